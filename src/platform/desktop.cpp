@@ -1,0 +1,66 @@
+#include "platform/desktop.h"
+
+#include <QApplication>
+#include <QGridLayout>
+#include <QLabel>
+#include <QMessageBox>
+
+#include "platform/text_encoding.h"
+
+namespace tarnwell::platform {
+
+namespace {
+
+QMessageBox::Icon ToolkitIcon(MessageIcon icon) {
+  switch (icon) {
+    case MessageIcon::kInformation:
+      return QMessageBox::Information;
+    case MessageIcon::kWarning:
+      return QMessageBox::Warning;
+    case MessageIcon::kCritical:
+      return QMessageBox::Critical;
+    case MessageIcon::kNone:
+      break;
+  }
+  return QMessageBox::NoIcon;
+}
+
+/// The box's own setter reaches the first text only; the one below it would still guess at markup.
+void ShowPlain(QMessageBox& box) {
+  const auto labels = box.findChildren<QLabel*>();
+  for (QLabel* label : labels) label->setTextFormat(Qt::PlainText);
+}
+
+/// A box with a short text would be narrower than its own title.
+void MakeRoomForTitle(QMessageBox& box) {
+  constexpr int kWidth = 320;
+  auto* grid = qobject_cast<QGridLayout*>(box.layout());
+  if (grid != nullptr) grid->addItem(new QSpacerItem(kWidth, 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
+}  // namespace
+
+void ToolkitDesktop::ShowMessage(const Message& message) {
+  // The box names the program, not the window's title: the title says the link's state and may be a lost one.
+  QMessageBox box(ToolkitIcon(message.icon), QCoreApplication::applicationName(), Printable(message.text),
+                  QMessageBox::Ok, QApplication::activeWindow());
+  box.setInformativeText(Printable(message.details));
+  box.setDefaultButton(QMessageBox::Ok);
+  box.setEscapeButton(QMessageBox::Ok);
+  ShowPlain(box);
+  MakeRoomForTitle(box);
+  const bool busy = QApplication::overrideCursor() != nullptr;
+  SetBusyPointer(false);  // the box waits for the operator, not the operator for the program
+  box.exec();
+  SetBusyPointer(busy);
+}
+
+void ToolkitDesktop::Beep() { QApplication::beep(); }
+
+void ToolkitDesktop::SetBusyPointer(bool busy) {
+  const bool shown = QApplication::overrideCursor() != nullptr;
+  if (busy && !shown) QApplication::setOverrideCursor(Qt::WaitCursor);
+  if (!busy && shown) QApplication::restoreOverrideCursor();
+}
+
+}  // namespace tarnwell::platform

@@ -1,0 +1,216 @@
+#include "platform/qt_serial_port.h"
+
+#include <QMetaObject>
+#include <algorithm>
+#include <cctype>
+
+#include "platform/port_map.h"
+
+#ifdef Q_OS_UNIX
+#include <sys/ioctl.h>
+#include <termios.h>
+#endif
+
+namespace tarnwell::platform {
+
+namespace {
+
+constexpr int kMaxPort = 256;
+constexpr int kNoHandshaking = 0;
+constexpr int kRtsCts = 2;
+constexpr int kBinaryMode = 1;
+constexpr int kLookMilliseconds = 1;
+
+/// Sixteen of the longest replies; what comes above it waits in the operating system, and is lost there.
+constexpr qint64 kInputBufferSize = 4096;
+
+QSerialPort::FlowControl FlowControl(int handshaking) {
+  return handshaking == kRtsCts ? QSerialPort::HardwareControl : QSerialPort::NoFlowControl;
+}
+
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](unsigned char letter) { return static_cast<char>(std::tolower(letter)); });
+  return lower;
+}
+
+/// Bytes that the operating system took and the line has not: with RTS/CTS and no CTS they stay there.
+int QueuedInSystem(const QSerialPort& device) {
+  int queued = 0;
+#ifdef Q_OS_UNIX
+  if (ioctl(device.handle(), TIOCOUTQ, &queued) != 0) return 0;
+#else
+  Q_UNUSED(device)
+#endif
+  return queued;
+}
+
+}  // namespace
+
+QtSerialPort::QtSerialPort() {
+  m_device.setReadBufferSize(kInputBufferSize);
+  QObject::connect(&m_device, &QSerialPort::errorOccurred, &m_device,
+                   [this](QSerialPort::SerialPortError error) { NoteError(error); });
+}
+
+QtSerialPort::~QtSerialPort() {
+  m_device.disconnect();
+  CloseDevice();
+}
+
+bool QtSerialPort::SetCommPort(int number) {
+  if (m_open || number < 1 || number > kMaxPort) return false;
+  m_commPort = number;
+  return true;
+}
+
+bool QtSerialPort::SetSettings(std::string_view settings) {
+  const std::optional<PortFormat> format = ParsePortFormat(settings);
+  if (!format) return false;
+  if (!Apply(*format)) {
+    Apply(m_format);
+    return false;
+  }
+  m_format = *format;
+  m_settings = LowerCase(settings);
+  return true;
+}
+
+bool QtSerialPort::SetHandshaking(int handshaking) {
+  if (handshaking != kNoHandshaking && handshaking != kRtsCts) return false;
+  if (!m_device.setFlowControl(FlowControl(handshaking)) && Reachable()) return false;
+  m_handshaking = handshaking;
+  if (Reachable()) ApplyRts();
+  return true;
+}
+
+bool QtSerialPort::SetPortOpen(bool open) {
+  if (open == m_open) return true;
+  m_openFailure.clear();
+  if (!open) CloseDevice();
+  m_open = open && OpenPort();
+  return m_open == open;
+}
+
+bool QtSerialPort::SetInputMode(int mode) { return m_open && mode == kBinaryMode; }
+
+void QtSerialPort::SetRTSEnable(bool on) {
+  m_rts = on;
+  if (Reachable()) ApplyRts();
+}
+
+bool QtSerialPort::CTSHolding() const {
+  return m_device.isOpen() && m_device.pinoutSignals().testFlag(QSerialPort::ClearToSendSignal);
+}
+
+int QtSerialPort::InBufferCount() {
+  if (!Reachable()) return 0;
+  if (m_device.bytesAvailable() == 0) m_device.waitForReadyRead(kLookMilliseconds);
+  return static_cast<int>(m_device.bytesAvailable());
+}
+
+void QtSerialPort::DiscardInput() {
+  if (Reachable()) m_device.clear(QSerialPort::Input);
+}
+
+int QtSerialPort::OutBufferCount() {
+  if (!Reachable()) return 0;
+  if (m_device.bytesToWrite() > 0) m_device.waitForBytesWritten(kLookMilliseconds);
+  return Reachable() ? static_cast<int>(m_device.bytesToWrite()) + QueuedInSystem(m_device) : 0;
+}
+
+void QtSerialPort::DiscardOutput() {
+  if (Reachable()) m_device.clear(QSerialPort::Output);
+}
+
+void QtSerialPort::Output(std::string_view bytes) {
+  if (!Reachable()) return;
+  m_device.write(bytes.data(), static_cast<qint64>(bytes.size()));
+  // Writing only fills a buffer that nothing empties while the event loop stands still.
+  if (Reachable()) m_device.flush();
+}
+
+std::uint8_t QtSerialPort::Input() {
+  char byte = 0;
+  m_device.getChar(&byte);
+  return static_cast<std::uint8_t>(byte);
+}
+
+bool QtSerialPort::DevicePresent() { return m_open && (Reachable() || OpenDevice()); }
+
+bool QtSerialPort::OpenPort() {
+  const std::optional<QString> path = DeviceOfPort(m_commPort);
+  if (!path) {
+    m_openFailure = QStringLiteral("There is no port %1 on this computer.").arg(m_commPort);
+    return false;
+  }
+  m_path = *path;
+  if (OpenDevice()) return true;
+  const QString target = TargetOf(m_path);
+  m_openFailure = target + QStringLiteral(": ") + FailureReason(target);
+  return false;
+}
+
+bool QtSerialPort::OpenDevice() {
+  // The link is followed each time: the adapter may have come back under another name.
+  m_device.setPortName(TargetOf(m_path));
+  // Given while it is closed: some lines take a format only as they open. Given again: what a device refused because
+  // it was already gone would otherwise not be what Settings says.
+  Apply(m_format);
+  m_device.setFlowControl(FlowControl(m_handshaking));
+  const bool opened = m_device.open(QIODevice::ReadWrite);
+  m_deviceLost = false;
+  if (opened) ApplyRts();
+  return opened;
+}
+
+bool QtSerialPort::Apply(const PortFormat& format) {
+  const bool taken = m_device.setBaudRate(format.speed) && m_device.setDataBits(format.dataBits) &&
+                     m_device.setParity(format.parity) && m_device.setStopBits(format.stopBits);
+  return taken || !Reachable();
+}
+
+void QtSerialPort::ApplyRts() {
+  if (m_handshaking != kRtsCts) m_device.setRequestToSend(m_rts);
+}
+
+void QtSerialPort::CloseDevice() {
+  if (m_device.isOpen()) {
+    // What can't be sent would hold up the close for as long as the driver waits for it.
+    m_device.clear();
+    m_device.close();
+  }
+  m_deviceLost = false;
+}
+
+void QtSerialPort::NoteError(QSerialPort::SerialPortError error) {
+  const bool lost =
+      error == QSerialPort::ReadError || error == QSerialPort::WriteError || error == QSerialPort::ResourceError;
+  if (!lost || m_deviceLost || !m_device.isOpen()) return;
+  // The device is still at work on the stack: it is closed by the next call or the event loop, whichever is first. Left
+  // open, a device that is gone signals without end.
+  m_deviceLost = true;
+  QMetaObject::invokeMethod(
+      &m_device, [this] { Reachable(); }, Qt::QueuedConnection);
+}
+
+bool QtSerialPort::Reachable() {
+  if (m_deviceLost) CloseDevice();
+  return m_device.isOpen();
+}
+
+QString QtSerialPort::FailureReason(const QString& path) const {
+  switch (m_device.error()) {
+    case QSerialPort::DeviceNotFoundError:
+      return QStringLiteral("the device doesn't exist (adapter not plugged in?)");
+    case QSerialPort::PermissionError:
+      return PermissionReason(path);
+    case QSerialPort::UnsupportedOperationError:
+      return QStringLiteral("it isn't a serial port, or can't do %1").arg(QString::fromStdString(m_settings));
+    default:
+      return m_device.errorString();
+  }
+}
+
+}  // namespace tarnwell::platform

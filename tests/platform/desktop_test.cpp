@@ -1,0 +1,60 @@
+#include "platform/desktop.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QTest>
+#include <QTimer>
+
+namespace tarnwell::platform {
+namespace {
+
+/// Shows the message and runs `look` on its box, which must close it.
+template <typename Look>
+void Show(const Message& message, Look look) {
+  bool seen = false;
+  QTimer::singleShot(0, [&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    seen = true;
+    look(*box);
+    // A box that the keys left open would hold the test for ever.
+    const bool closed = !box->isVisible();
+    box->close();
+    EXPECT_TRUE(closed);
+  });
+  ToolkitDesktop().ShowMessage(message);
+  EXPECT_TRUE(seen);
+}
+
+TEST(Desktop, AMessageShowsItsTextsAsTheyAreAndClosesByKey) {
+  const QString text = QStringLiteral("<b>Unable</b> to open COM1\x1B");
+  const QString details = QStringLiteral("<i>/dev/ttyUSB0</i>: in use");
+  Show({text, MessageIcon::kWarning, details}, [&](QMessageBox& box) {
+    EXPECT_EQ(box.icon(), QMessageBox::Warning);
+    EXPECT_EQ(box.text(), QStringLiteral("<b>Unable</b> to open COM1\uFFFD"));
+    EXPECT_EQ(box.informativeText(), details);
+    const auto labels = box.findChildren<QLabel*>();
+    EXPECT_GE(labels.size(), 2);
+    for (const QLabel* label : labels) EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
+    QTest::keyClick(&box, Qt::Key_Escape);
+  });
+  Show({text, MessageIcon::kCritical}, [](QMessageBox& box) {
+    EXPECT_EQ(box.icon(), QMessageBox::Critical);
+    QTest::keyClick(QApplication::focusWidget() == nullptr ? &box : QApplication::focusWidget(), Qt::Key_Return);
+  });
+}
+
+TEST(Desktop, TheBusyPointerIsNotCounted) {
+  ToolkitDesktop desktop;
+  desktop.SetBusyPointer(true);
+  desktop.SetBusyPointer(true);
+  EXPECT_NE(QApplication::overrideCursor(), nullptr);
+  desktop.SetBusyPointer(false);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+}
+
+}  // namespace
+}  // namespace tarnwell::platform

@@ -1,0 +1,59 @@
+#include "platform/port_map.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+namespace tarnwell::platform {
+namespace {
+
+TEST(PortMap, OnBoardPortsComeFirstAndNumbersSortAsNumbers) {
+  const QString listed = QStringLiteral("ttyUSB10 ttyS4 ttyACM0 ttyUSB2 ttyS10 rfcomm0 ttyAMA0 ttyS0");
+  const QString expected = QStringLiteral("ttyAMA0 ttyS0 ttyS4 ttyS10 rfcomm0 ttyACM0 ttyUSB2 ttyUSB10");
+  EXPECT_EQ(InPortOrder(listed.split(QLatin1Char(' '))).join(QLatin1Char(' ')), expected);
+  // a number of the system's own that no hardware stands behind is no port
+  EXPECT_FALSE(IsRealPort(QStringLiteral("ttyS7"), QStringLiteral("0")));
+  EXPECT_TRUE(IsRealPort(QStringLiteral("ttyS0"), QStringLiteral("4")));
+  EXPECT_TRUE(IsRealPort(QStringLiteral("ttyUSB0"), QStringLiteral("0")));
+}
+
+TEST(PortMap, TheOperatorsLinkStandsForThePortAlsoWhenItIsBroken) {
+  QDir folder(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+              QStringLiteral("/tarnwell/ports"));
+  ASSERT_TRUE(folder.mkpath(QStringLiteral(".")));
+  const QString whole = folder.filePath(QStringLiteral("com101"));
+  const QString chained = folder.filePath(QStringLiteral("com102"));
+  const QString broken = folder.filePath(QStringLiteral("com103"));
+  ASSERT_TRUE(QFile::link(QStringLiteral("/dev/null"), whole));
+  ASSERT_TRUE(QFile::link(whole, chained));
+  ASSERT_TRUE(QFile::link(QStringLiteral("/nowhere/ttyUSB7"), broken));
+
+  EXPECT_EQ(DeviceOfPort(101), whole);
+  EXPECT_EQ(TargetOf(chained), QStringLiteral("/dev/null"));
+  EXPECT_EQ(DeviceOfPort(103), broken);
+  EXPECT_EQ(TargetOf(broken), QStringLiteral("/nowhere/ttyUSB7"));
+  EXPECT_EQ(DeviceOfPort(104), std::nullopt);
+  const QStringList descriptions = DescribePorts(104);
+  ASSERT_EQ(descriptions.size(), 104);
+  EXPECT_EQ(descriptions[102], QStringLiteral("/nowhere/ttyUSB7"));
+  EXPECT_EQ(descriptions[103], QStringLiteral("No such port on this computer"));
+  folder.removeRecursively();
+}
+
+TEST(PortMap, ADeniedDeviceSaysWhoMayOpenItAndWhatToDo) {
+  DeviceRights rights{QStringLiteral("ann"), QStringLiteral("root"), QStringLiteral("dialout"), true, false};
+  EXPECT_EQ(DeniedReason(rights),
+            QStringLiteral("only members of the group dialout may open it. Run \"sudo usermod -aG dialout ann\", then "
+                           "log out and in again."));
+  rights.userListedInGroup = true;
+  EXPECT_EQ(DeniedReason(rights),
+            QStringLiteral("only members of the group dialout may open it. You are one since you last logged in: log "
+                           "out and in again."));
+  rights.groupMayOpen = false;
+  EXPECT_EQ(DeniedReason(rights), QStringLiteral("only the user root may open it"));
+}
+
+}  // namespace
+}  // namespace tarnwell::platform

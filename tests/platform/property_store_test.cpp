@@ -1,0 +1,66 @@
+#include "platform/property_store.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QFile>
+#include <QSettings>
+
+namespace tarnwell::platform {
+namespace {
+
+const QString kSection = QStringLiteral("Properties");
+
+/// A store of its own for each test, with the file that the system keeps it in.
+class PropertyStoreTest : public testing::Test {
+ protected:
+  ~PropertyStoreTest() override { QDir(QFileInfo(m_path).path()).removeRecursively(); }
+
+  void WriteFile(const QByteArray& text) {
+    QDir().mkpath(QFileInfo(m_path).path());
+    QFile file(m_path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text);
+  }
+
+  QString Get(const QString& key) { return PropertyStore(m_application).Get(kSection, key); }
+
+  QString m_application =
+      QString::fromLatin1(testing::UnitTest::GetInstance()->current_test_info()->name()) + QStringLiteral(" v1.0");
+  QString m_path =
+      QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Tarnwell"), m_application).fileName();
+};
+
+TEST_F(PropertyStoreTest, KeepsTextsAsTheyAre) {
+  PropertyStore store(m_application);
+  EXPECT_EQ(store.Get(kSection, QStringLiteral("Settings")), QString());
+  for (const char* text : {"9600,n,8,1", "", "a = b; \"c\" \\ %41 @Invalid()", "\xC2\xB5 \xE2\x82\xAC"}) {
+    store.Save(kSection, QStringLiteral("Settings"), QString::fromUtf8(text));
+    EXPECT_EQ(Get(QStringLiteral("Settings")), QString::fromUtf8(text)) << "read back by another run";
+  }
+}
+
+TEST_F(PropertyStoreTest, AValueEditedByHandReadsAsOneText) {
+  WriteFile("[Properties]\nSettings=1200,e,7,2\nRS232=True\nConnectAddress= 31\n");
+  EXPECT_EQ(Get(QStringLiteral("Settings")), QStringLiteral("1200,e,7,2"));
+  EXPECT_EQ(Get(QStringLiteral("ConnectAddress")), QStringLiteral("31"));
+  EXPECT_EQ(QDir(QFileInfo(m_path).path()).entryList({QStringLiteral("*damaged*")}, QDir::Files).size(), 0);
+}
+
+TEST_F(PropertyStoreTest, ADamagedFileIsKeptBeforeAWriteDropsPartsOfIt) {
+  const QByteArray damaged = "[Properties]\nCommPort=3\nthis line says nothing\nSettings=1200,e,7,2\n";
+  WriteFile(damaged);
+  PropertyStore store(m_application);
+  store.Save(kSection, QStringLiteral("CommPort"), QStringLiteral("4"));
+  EXPECT_EQ(Get(QStringLiteral("CommPort")), QStringLiteral("4"));
+
+  const QDir folder(QFileInfo(m_path).path());
+  const QStringList copies = folder.entryList({QFileInfo(m_path).fileName() + QStringLiteral(".damaged-*")});
+  ASSERT_EQ(copies.size(), 1);
+  QFile copy(folder.filePath(copies[0]));
+  ASSERT_TRUE(copy.open(QIODevice::ReadOnly));
+  EXPECT_EQ(copy.readAll(), damaged);
+}
+
+}  // namespace
+}  // namespace tarnwell::platform

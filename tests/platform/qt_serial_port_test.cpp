@@ -1,0 +1,238 @@
+#include "platform/qt_serial_port.h"
+
+#include <gtest/gtest.h>
+#include <termios.h>
+#include <time.h>
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+#include "platform/counter.h"
+#include "platform/yield.h"
+#include "support/pty.h"
+
+namespace tarnwell::platform {
+namespace {
+
+using test::Pty;
+
+constexpr int kPort = 200;
+
+std::int64_t Count() {
+  std::int64_t count = 0;
+  MonotonicCounter().QueryCount(count);
+  return count;
+}
+
+constexpr std::int64_t Milliseconds(std::int64_t count) { return count * 1'000'000; }
+
+/// The processor time of this thread, in nanoseconds.
+std::int64_t ProcessorTime() {
+  timespec time = {};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+  return time.tv_sec * 1'000'000'000LL + time.tv_nsec;
+}
+
+class QtSerialPortTest : public testing::Test {
+ protected:
+  ~QtSerialPortTest() override { QFile::remove(m_link); }
+
+  /// Makes the port number stand for `device`, as an operator's link does.
+  void LinkPort(const std::string& device) {
+    QDir().mkpath(m_folder);
+    QFile::remove(m_link);
+    ASSERT_TRUE(QFile::link(QString::fromStdString(device), m_link));
+  }
+
+  void OpenLine() {
+    m_line.emplace();
+    LinkPort(m_line->Path());
+    ASSERT_TRUE(m_port.SetCommPort(kPort) && m_port.SetPortOpen(true)) << m_port.OpenFailure();
+  }
+
+  /// A request goes out whole and a reply comes in, with no event loop.
+  void ExpectExchange(std::string_view request = "{AS?0}", std::string_view reply = "{AS=OTU}") {
+    m_port.Output(request);
+    EXPECT_EQ(m_line->Read(request.size()), request);
+    m_line->Write(reply);
+    std::string bytes;
+    const std::int64_t deadline = Count() + Milliseconds(1000);
+    while (bytes.size() < reply.size() && Count() < deadline) {
+      if (m_port.InBufferCount() > 0) bytes += static_cast<char>(m_port.Input());
+    }
+    EXPECT_EQ(bytes, reply);
+  }
+
+  void ExpectOnTheLine(speed_t speed, bool twoStopBits) {
+    const termios format = m_line->Format();
+    EXPECT_EQ(cfgetospeed(&format), speed);
+    EXPECT_EQ((format.c_cflag & CSTOPB) != 0, twoStopBits);
+    ExpectExchange();
+  }
+
+  MonotonicCounter m_counter;
+  EventLoopYielder m_yielder{m_counter};
+  QString m_folder =
+      QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/tarnwell/ports");
+  QString m_link = m_folder + QStringLiteral("/com%1").arg(kPort);
+  std::optional<Pty> m_line;
+  QtSerialPort m_port;
+};
+
+TEST_F(QtSerialPortTest, TakesOnlyWholeKnownFormats) {
+  EXPECT_EQ(m_port.Settings(), "9600,n,8,1");
+  for (const char* taken : {"300,e,7,2", "1200,O,8,1", "115200,N,8,2", "2400,m,5,1", "9600,S,6,1"}) {
+    EXPECT_TRUE(m_port.SetSettings(taken)) << taken;
+  }
+  for (const char* refused : {"", "9600", "9600,n,8", "9600,n,8,1,", "9600,n,8,1,1", "9601,n,8,1", "09600,n,8,1",
+                              "-9600,n,8,1", "9600,x,8,1", "9600,ne,8,1", "9600,,8,1", "9600,n,9,1", "9600,n,4,1",
+                              "9600,n,8,3", "9600,n,8,1.5", " 9600,n,8,1", "9600, n,8,1", "9600;n;8;1"}) {
+    EXPECT_FALSE(m_port.SetSettings(refused)) << refused;
+    EXPECT_EQ(m_port.Settings(), "9600,s,6,1");
+  }
+}
+
+TEST_F(QtSerialPortTest, RefusesWhatDoesNotFitItsState) {
+  for (const int number : {-1, 0, 257}) EXPECT_FALSE(m_port.SetCommPort(number)) << number;
+  for (const int handshaking : {-1, 1, 3}) EXPECT_FALSE(m_port.SetHandshaking(handshaking)) << handshaking;
+  EXPECT_FALSE(m_port.SetInputMode(1)) << "on a closed port";
+  OpenLine();
+  EXPECT_FALSE(m_port.SetCommPort(2));
+  EXPECT_EQ(m_port.CommPort(), kPort);
+  EXPECT_TRUE(m_port.SetInputMode(1));
+  EXPECT_FALSE(m_port.SetInputMode(0));
+  EXPECT_TRUE(m_port.SetPortOpen(false));
+  EXPECT_TRUE(m_port.SetCommPort(2));
+}
+
+TEST_F(QtSerialPortTest, MovesBytesWithoutAnEventLoop) {
+  OpenLine();
+  // No byte is anybody's: neither line ends, nor the terminal's own keys, nor codes above 127; and none is echoed.
+  std::string everyByte;
+  for (int byte = 0; byte < 256; ++byte) everyByte += static_cast<char>(byte);
+  const std::int64_t start = Count();
+  ExpectExchange(everyByte, everyByte);
+  EXPECT_LT(Count() - start, Milliseconds(200)) << "a look that finds a byte doesn't wait";
+
+  m_line->Write("stale");
+  EXPECT_GT(m_port.InBufferCount(), 0);
+  m_port.DiscardInput();
+  EXPECT_EQ(m_port.InBufferCount(), 0);
+  m_port.Output(std::string(1'000'000, '~'));
+  EXPECT_GT(m_port.OutBufferCount(), 0) << "what nobody takes is counted";
+  m_port.DiscardOutput();
+  EXPECT_EQ(m_port.OutBufferCount(), 0);
+}
+
+TEST_F(QtSerialPortTest, LooksAtAnEmptyLineForAboutAMillisecond) {
+  OpenLine();
+  const std::int64_t start = Count();
+  const std::int64_t busy = ProcessorTime();
+  for (int look = 0; look < 20; ++look) EXPECT_EQ(m_port.InBufferCount(), 0);
+  EXPECT_GE(Count() - start, Milliseconds(15));
+  EXPECT_LT(ProcessorTime() - busy, Milliseconds(10));
+}
+
+TEST_F(QtSerialPortTest, AFormatIsTakenBeforeTheLineOpensAndOneRefusedLaterLeavesIt) {
+  ASSERT_TRUE(m_port.SetSettings("1200,E,7,2"));
+  OpenLine();
+  ExpectOnTheLine(B1200, true);
+  m_port.SetPortOpen(false);
+
+  ASSERT_TRUE(m_port.SetSettings("9600,n,8,1"));
+  OpenLine();
+  EXPECT_FALSE(m_port.SetSettings("1200,e,7,2")) << "a line of this kind, once open, has 8 data bits only";
+  EXPECT_EQ(m_port.Settings(), "9600,n,8,1");
+  ExpectOnTheLine(B9600, false);
+  EXPECT_TRUE(m_port.SetSettings("2400,n,8,2"));
+  EXPECT_EQ(m_port.Settings(), "2400,n,8,2");
+  ExpectOnTheLine(B2400, true);
+}
+
+TEST_F(QtSerialPortTest, HandshakingReachesTheLineBeforeAndAfterItOpens) {
+  const auto usesRtsCts = [this] { return (m_line->Format().c_cflag & CRTSCTS) != 0; };
+  ASSERT_TRUE(m_port.SetHandshaking(2));
+  OpenLine();
+  EXPECT_TRUE(usesRtsCts());
+  EXPECT_TRUE(m_port.SetHandshaking(0));
+  EXPECT_FALSE(usesRtsCts());
+
+  // a line without modem control takes a change of RTS as done, and stays up
+  EXPECT_FALSE(m_port.CTSHolding());
+  m_port.SetRTSEnable(true);
+  EXPECT_TRUE(m_port.DevicePresent());
+  ExpectExchange();
+}
+
+TEST_F(QtSerialPortTest, APulledAdapterCostsNothingAndComesBackUnderItsLink) {
+  OpenLine();
+  ASSERT_TRUE(m_port.DevicePresent());
+  m_line.reset();
+  const std::int64_t busy = ProcessorTime();
+  const std::int64_t deadline = Count() + Milliseconds(100);
+  while (Count() < deadline) m_yielder.Yield(deadline);
+  EXPECT_LT(ProcessorTime() - busy, Milliseconds(20));
+  EXPECT_FALSE(m_port.DevicePresent());
+  EXPECT_TRUE(m_port.PortOpen()) << "it is the operator who closes it";
+  m_port.Output("{lost}");
+  EXPECT_TRUE(m_port.SetSettings("1200,n,8,1"));
+
+  m_line.emplace();
+  LinkPort(m_line->Path());
+  EXPECT_TRUE(m_port.DevicePresent());
+  ExpectOnTheLine(B1200, false);
+}
+
+TEST_F(QtSerialPortTest, APullInTheMiddleOfAnExchangeIsSilence) {
+  OpenLine();
+  m_line.reset();
+  m_port.Output("{AS?0}");
+  EXPECT_EQ(m_port.InBufferCount() + m_port.OutBufferCount(), 0);
+  m_port.SetRTSEnable(true);
+  EXPECT_FALSE(m_port.CTSHolding());
+  EXPECT_FALSE(m_port.DevicePresent());
+  EXPECT_TRUE(m_port.SetPortOpen(false)) << "closed by the operator while it is gone";
+}
+
+TEST_F(QtSerialPortTest, AFloodFillsNeitherMemoryNorTimeAndEndsWithADiscard) {
+  OpenLine();
+  std::size_t taken = 0;
+  const std::int64_t busy = ProcessorTime();
+  const std::int64_t deadline = Count() + Milliseconds(100);
+  while (Count() < deadline) {
+    taken += m_line->Write(std::string(1024, '~'));
+    m_yielder.Yield(Count() + Milliseconds(5));
+  }
+  EXPECT_LT(taken, 100'000U);
+  EXPECT_LT(ProcessorTime() - busy, Milliseconds(40));
+  EXPECT_LE(m_port.InBufferCount(), 4096);
+
+  // The operating system holds some more; the console's way is to discard before each command.
+  while (m_port.InBufferCount() > 0) m_port.DiscardInput();
+  ExpectExchange();
+}
+
+TEST_F(QtSerialPortTest, ARefusedOpeningSaysWhichDeviceAndWhy) {
+  const auto refusal = [this](int number) {
+    m_port.SetCommPort(number);
+    EXPECT_FALSE(m_port.SetPortOpen(true));
+    return m_port.OpenFailure();
+  };
+  EXPECT_EQ(refusal(199), "There is no port 199 on this computer.");
+  LinkPort("/nowhere/ttyUSB7");
+  EXPECT_EQ(refusal(kPort), "/nowhere/ttyUSB7: the device doesn't exist (adapter not plugged in?)");
+  LinkPort("/dev/null");
+  EXPECT_EQ(refusal(kPort), "/dev/null: it isn't a serial port, or can't do 9600,n,8,1");
+
+  QtSerialPort other;
+  Pty line;
+  LinkPort(line.Path());
+  other.SetCommPort(kPort);
+  EXPECT_TRUE(other.SetPortOpen(true));
+  EXPECT_EQ(refusal(kPort).find(line.Path() + ": in use by another program"), 0U);
+  EXPECT_FALSE(m_port.PortOpen());
+}
+
+}  // namespace
+}  // namespace tarnwell::platform

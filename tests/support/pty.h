@@ -1,0 +1,59 @@
+#pragma once
+
+#include <fcntl.h>
+#include <poll.h>
+#include <stdlib.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <string>
+#include <string_view>
+
+namespace tarnwell::test {
+
+/// The far end of a real line: a pseudo-terminal whose near end has a path to open. Its end is pulling the adapter.
+class Pty {
+ public:
+  Pty() : m_master(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK)) {
+    grantpt(m_master);
+    unlockpt(m_master);
+    m_path = ptsname(m_master);
+  }
+  ~Pty() { close(m_master); }
+  Pty(const Pty&) = delete;
+  Pty& operator=(const Pty&) = delete;
+
+  const std::string& Path() const { return m_path; }
+
+  /// What the near end has set the line to.
+  termios Format() const {
+    termios format = {};
+    tcgetattr(m_master, &format);
+    return format;
+  }
+
+  /// Bytes that the line took; fewer than given when it is full.
+  std::size_t Write(std::string_view bytes) {
+    const ssize_t written = write(m_master, bytes.data(), bytes.size());
+    return written < 0 ? 0 : static_cast<std::size_t>(written);
+  }
+
+  /// The next `count` bytes, or what came of them within a second.
+  std::string Read(std::size_t count) {
+    std::string bytes;
+    pollfd line = {m_master, POLLIN, 0};
+    while (bytes.size() < count && poll(&line, 1, 1000) > 0) {
+      char piece[256];
+      const ssize_t got = read(m_master, piece, sizeof piece);
+      if (got <= 0) break;
+      bytes.append(piece, static_cast<std::size_t>(got));
+    }
+    return bytes;
+  }
+
+ private:
+  int m_master;
+  std::string m_path;
+};
+
+}  // namespace tarnwell::test

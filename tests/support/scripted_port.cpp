@@ -1,0 +1,177 @@
+#include "support/scripted_port.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <utility>
+
+namespace tarnwell::test {
+
+namespace {
+
+/// How long the port may look at an empty line before it says so, in counts.
+constexpr std::int64_t kLookTakes = VirtualCounter::kRate / 1000;
+
+char Checksum(std::string_view addressAndText) {
+  int sum = 0;
+  for (const char byte : addressAndText) sum += static_cast<unsigned char>(byte);
+  const int low = sum % 256;
+  return static_cast<char>(((low % 64) ^ (low / 64)) + ' ');
+}
+
+}  // namespace
+
+std::string Framed(std::string_view text, std::uint8_t address) {
+  std::string body(1, static_cast<char>('@' + address));
+  body += text;
+  return "{" + body + Checksum(body) + "}";
+}
+
+ScriptedPort::~ScriptedPort() {
+  std::string unsent;
+  for (const Exchange& exchange : m_script) unsent += exchange.m_command + ' ';
+  EXPECT_EQ(unsent, "") << "was expected and never sent";
+  std::string unread;
+  for (const ReceivedByte& received : m_received) unread += received.byte;
+  EXPECT_EQ(unread, "") << "was received and never read";
+}
+
+Exchange& ScriptedPort::Expect(std::string command) { return m_script.emplace_back(std::move(command)); }
+
+void ScriptedPort::ExpectSilence(const std::string& command, int tries) {
+  for (; tries > 0; --tries) Expect(command);
+}
+
+std::string ScriptedPort::Joined(bool commandsAlone) const {
+  std::string text;
+  for (const Entry& entry : m_transcript) {
+    if (entry.isCommand || !commandsAlone) text += (text.empty() ? "" : " ") + entry.text;
+  }
+  return text;
+}
+
+std::string ScriptedPort::TakeTranscript() {
+  std::string text = Transcript();
+  m_transcript.clear();
+  m_transcriptStart = m_counter.Now();
+  return text;
+}
+
+std::string ScriptedPort::TimedTranscript() const {
+  std::string text;
+  for (const Entry& entry : m_transcript) {
+    char time[32];
+    const double seconds = static_cast<double>(entry.at - m_transcriptStart) / VirtualCounter::kRate;
+    std::snprintf(time, sizeof time, "%.5f ", seconds);
+    text += time + entry.text + '\n';
+  }
+  return text;
+}
+
+bool ScriptedPort::SetCommPort(int number) {
+  const bool taken = Take(!m_open && number >= 1 && number <= 256, "CommPort=" + std::to_string(number));
+  if (taken) m_commPort = number;
+  return taken;
+}
+
+bool ScriptedPort::SetSettings(std::string_view settings) {
+  const bool taken = Take(!m_refusesSettings, "Settings=" + std::string(settings));
+  if (taken) m_settings = settings;
+  return taken;
+}
+
+bool ScriptedPort::SetHandshaking(int handshaking) {
+  const bool taken = Take(handshaking == 0 || handshaking == 2, "Handshaking=" + std::to_string(handshaking));
+  if (taken) m_handshaking = handshaking;
+  return taken;
+}
+
+bool ScriptedPort::SetPortOpen(bool open) {
+  m_openFailure = open ? m_openRefusal : "";
+  const bool taken = Take(m_openFailure.empty(), open ? "PortOpen=1" : "PortOpen=0");
+  if (taken) m_open = open;
+  return taken;
+}
+
+bool ScriptedPort::SetInputMode(int mode) {
+  return Take(!m_refusesInputMode && m_open && mode == 1, "InputMode=" + std::to_string(mode));
+}
+
+int ScriptedPort::InBufferCount() {
+  if (Arrived() == 0) {
+    const std::int64_t end = m_counter.Now() + kLookTakes;
+    m_counter.AdvanceTo(m_received.empty() ? end : std::min(end, m_received.front().at));
+  }
+  return Arrived();
+}
+
+void ScriptedPort::DiscardInput() { m_received.erase(m_received.begin(), m_received.begin() + Arrived()); }
+
+void ScriptedPort::Output(std::string_view bytes) {
+  EXPECT_TRUE(m_open) << "sent on a closed port: " << bytes;
+  const std::string command = CommandOf(bytes);
+  Record(command, true);
+  if (m_script.empty() && m_model) {
+    Exchange exchange(command);
+    exchange.m_text = m_model(command);
+    Reply(exchange);
+    return;
+  }
+  if (m_script.empty() || m_script.front().m_command != command) {
+    ADD_FAILURE() << "sent \"" << command << "\", expected "
+                  << (m_script.empty() ? "nothing" : '"' + m_script.front().m_command + '"')
+                  << "; so far: " << Commands();
+    return;
+  }
+  const Exchange exchange = std::move(m_script.front());
+  m_script.pop_front();
+  Reply(exchange);
+}
+
+std::uint8_t ScriptedPort::Input() {
+  if (Arrived() == 0) {
+    ADD_FAILURE() << "read from an empty buffer";
+    return 0;
+  }
+  const char byte = m_received.front().byte;
+  m_received.pop_front();
+  return static_cast<std::uint8_t>(byte);
+}
+
+void ScriptedPort::Record(std::string text, bool isCommand) {
+  m_transcript.push_back({m_counter.Now(), std::move(text), isCommand});
+}
+
+/// A refused value is recorded too: it was asked for.
+bool ScriptedPort::Take(bool taken, const std::string& entry) {
+  Record(taken ? entry : entry + "(refused)");
+  return taken;
+}
+
+std::string ScriptedPort::CommandOf(std::string_view frame) const {
+  constexpr std::size_t kOverhead = 4;
+  std::string command(frame.size() < kOverhead ? frame : frame.substr(2, frame.size() - kOverhead));
+  EXPECT_EQ(frame, Framed(command, m_address)) << "is no whole frame to address " << int{m_address};
+  return command;
+}
+
+void ScriptedPort::Reply(const Exchange& exchange) {
+  if (exchange.m_action) exchange.m_action();
+  const std::string bytes =
+      exchange.m_text ? Framed(*exchange.m_text, exchange.m_from.value_or(m_address)) : exchange.m_bytes;
+  double seconds = exchange.m_delay;
+  for (const char byte : bytes) {
+    m_received.push_back({m_counter.Now() + std::llround(seconds * VirtualCounter::kRate), byte});
+    seconds += exchange.m_gap;
+  }
+  const auto earlier = [](const ReceivedByte& a, const ReceivedByte& b) { return a.at < b.at; };
+  std::stable_sort(m_received.begin(), m_received.end(), earlier);
+}
+
+int ScriptedPort::Arrived() const {
+  const auto later = [this](const ReceivedByte& received) { return received.at > m_counter.Now(); };
+  return static_cast<int>(std::find_if(m_received.begin(), m_received.end(), later) - m_received.begin());
+}
+
+}  // namespace tarnwell::test

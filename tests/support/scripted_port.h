@@ -1,0 +1,161 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/serial_port.h"
+#include "support/virtual_counter.h"
+
+namespace tarnwell::test {
+
+/// `text` in a whole frame, by the tests' own reckoning of the checksum.
+std::string Framed(std::string_view text, std::uint8_t address = 0);
+
+/// One expected request and what comes back. Without an answer the device is silent.
+class Exchange {
+ public:
+  explicit Exchange(std::string command) : m_command(std::move(command)) {}
+
+  /// The reply text, framed by the port from the address it has when the request comes.
+  Exchange& Answer(std::string text) { return Set(m_text, std::move(text)); }
+  /// The reply byte by byte, as it stands.
+  Exchange& AnswerBytes(std::string bytes) { return Set(m_bytes, std::move(bytes)); }
+  /// The address that the reply comes from, if it isn't the port's.
+  Exchange& From(std::uint8_t address) { return Set(m_from, address); }
+  /// Seconds from the request to the first byte of the reply; 0.02 unless told.
+  Exchange& After(double seconds) { return Set(m_delay, seconds); }
+  /// `gap` seconds from one byte of the reply to the next.
+  Exchange& WithGaps(double gap) { return Set(m_gap, gap); }
+  /// Something that happens as the request arrives.
+  Exchange& Do(std::function<void()> action) { return Set(m_action, std::move(action)); }
+
+ private:
+  friend class ScriptedPort;
+
+  template <class T, class V>
+  Exchange& Set(T& place, V value) {
+    place = std::move(value);
+    return *this;
+  }
+
+  std::string m_command;
+  std::optional<std::string> m_text;
+  std::string m_bytes;
+  std::optional<std::uint8_t> m_from;
+  double m_delay = 0.02;
+  double m_gap = 0.0;
+  std::function<void()> m_action;
+};
+
+/// A serial port whose other end follows a script on the virtual counter:
+///
+///     VirtualCounter counter;
+///     ScriptedPort port(counter);
+///     port.Expect("S?").Answer("S=OT");
+///     port.ExpectSilence("VR?");
+///
+/// A request that is not the next one of the script fails the test at once and gets no answer; what was never sent or
+/// never read fails it when the port is destroyed. The port starts closed.
+class ScriptedPort final : public platform::SerialPort {
+ public:
+  /// Gives the reply text to a command, or nothing for a silent device.
+  using Model = std::function<std::optional<std::string>(std::string command)>;
+
+  explicit ScriptedPort(VirtualCounter& counter) : m_counter(counter) {}
+  ~ScriptedPort() override;
+
+  /// The next request of the script. The reference is good until the request has come.
+  Exchange& Expect(std::string command);
+  /// The same request `tries` times, with no answer to any.
+  void ExpectSilence(const std::string& command, int tries = 3);
+  /// Requests that come when the script is at its end are answered by `model`.
+  void AnswerAlways(Model model) { m_model = std::move(model); }
+  /// The address that requests must carry and that replies echo, 0 to 31; 0 unless told.
+  void SetAddress(std::uint8_t address) { m_address = address; }
+
+  /// What the console did to the port since the last Take, in order: commands, and "RTS=1", "PortOpen=1",
+  /// "Settings=9600,n,8,1", "CommPort=2", "Handshaking=2", "InputMode=1", joined by blanks; "(refused)" stands
+  /// behind what was not taken.
+  std::string Transcript() const { return Joined(false); }
+  std::string TakeTranscript();
+  /// The same for the commands alone.
+  std::string Commands() const { return Joined(true); }
+  /// A line for each: seconds since the port was made, or since the last Take, with five decimals, a blank, the entry.
+  std::string TimedTranscript() const;
+
+  /// Every opening fails with this reason until "" is given.
+  void RefuseOpening(std::string reason) { m_openRefusal = std::move(reason); }
+  void RefuseInputMode(bool refused) { m_refusesInputMode = refused; }
+  void RefuseSettings(bool refused) { m_refusesSettings = refused; }
+  void SetCTSHolding(bool holding) { m_ctsHolding = holding; }
+  /// Bytes that stand in the output buffer until it is discarded.
+  void HoldOutput(int bytes) { m_outBuffered = bytes; }
+  /// The adapter pulled, or plugged back in.
+  void SetDevicePresent(bool present) { m_present = present; }
+
+  int CommPort() const override { return m_commPort; }
+  bool SetCommPort(int number) override;
+  std::string Settings() const override { return m_settings; }
+  bool SetSettings(std::string_view settings) override;
+  int Handshaking() const override { return m_handshaking; }
+  bool SetHandshaking(int handshaking) override;
+  bool PortOpen() const override { return m_open; }
+  bool SetPortOpen(bool open) override;
+  bool SetInputMode(int mode) override;
+  std::string OpenFailure() const override { return m_openFailure; }
+  void SetRTSEnable(bool on) override { Record(on ? "RTS=1" : "RTS=0"); }
+  bool CTSHolding() const override { return m_ctsHolding; }
+  int InBufferCount() override;
+  void DiscardInput() override;
+  int OutBufferCount() override { return m_outBuffered; }
+  void DiscardOutput() override { m_outBuffered = 0; }
+  void Output(std::string_view bytes) override;
+  std::uint8_t Input() override;
+  bool DevicePresent() override { return m_present; }
+
+ private:
+  struct Entry {
+    std::int64_t at;
+    std::string text;
+    bool isCommand;
+  };
+  struct ReceivedByte {
+    std::int64_t at;
+    char byte;
+  };
+
+  void Record(std::string text, bool isCommand = false);
+  bool Take(bool taken, const std::string& entry);
+  std::string Joined(bool commandsAlone) const;
+  std::string CommandOf(std::string_view frame) const;
+  void Reply(const Exchange& exchange);
+  int Arrived() const;
+
+  VirtualCounter& m_counter;
+  std::deque<Exchange> m_script;
+  Model m_model;
+  std::uint8_t m_address = 0;
+  std::vector<Entry> m_transcript;
+  std::int64_t m_transcriptStart = m_counter.Now();
+  std::deque<ReceivedByte> m_received;  // in order of arrival; later ones are still on their way
+
+  std::string m_openRefusal;
+  std::string m_openFailure;
+  bool m_refusesInputMode = false;
+  bool m_refusesSettings = false;
+  bool m_present = true;
+
+  int m_commPort = 1;
+  std::string m_settings = "9600,n,8,1";
+  int m_handshaking = 0;
+  bool m_open = false;
+  bool m_ctsHolding = true;
+  int m_outBuffered = 0;
+};
+
+}  // namespace tarnwell::test
