@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "link/interval_timing.h"
+#include "link/sspa_public.h"
+#include "platform/serial_port.h"
+
+namespace tarnwell::link {
+
+/// The time in seconds that the line is held for one frame: its bits at the speed and format of `settings`, which is
+/// the port's text such as "9600,n,8,1", and 0.01 s.
+double TransmitTime(std::string_view settings, std::size_t frameBytes);
+
+/// The one way to the device.
+class SerialLink {
+ public:
+  SerialLink(SSPA_Public& shared, const IntervalTiming& timing, platform::SerialPort& comConnect)
+      : m_shared(shared), m_timing(timing), m_port(comConnect) {}
+
+  /// One command and its reply, the whole exchange repeated up to `tries` times. Never lets other code run.
+  /// `maxReply` (at most 251) is the largest reply text in bytes; `expected` must occur in a valid reply.
+  /// True: `reply` holds the reply text, the command's echo included, and CommsLost is false.
+  /// False: no valid reply came, and CommsLost is true. Called only while the port is open.
+  bool SendCommand(std::string_view command, std::string& reply, std::uint8_t tries, std::uint8_t maxReply,
+                   std::string_view expected);
+
+ private:
+  bool Try(std::string_view frame, std::string& reply, std::uint8_t maxReply, std::string_view expected);
+  bool PassGates();
+  void Transmit(std::string_view frame);
+  std::string Gather(std::size_t limit);
+  void EndFailedTry();
+
+  SSPA_Public& m_shared;
+  const IntervalTiming& m_timing;
+  platform::SerialPort& m_port;
+};
+
+}  // namespace tarnwell::link

@@ -1,0 +1,78 @@
+#include "link/interval_timing.h"
+
+#include <gtest/gtest.h>
+
+#include "support/virtual_counter.h"
+
+namespace tarnwell::link {
+namespace {
+
+using test::VirtualCounter;
+using test::VirtualYielder;
+
+class IntervalTimingTest : public testing::Test {
+ protected:
+  IntervalTimingTest() { EXPECT_TRUE(m_timing.InitCounter()); }
+
+  VirtualCounter m_counter;
+  VirtualYielder m_yielder{m_counter};
+  IntervalTiming m_timing{m_counter, m_yielder};
+};
+
+TEST_F(IntervalTimingTest, ADeadlineIsRoundedToTheNearestCountAndReachedWhenEqual) {
+  m_counter.SetReadTakes(0);
+  const std::int64_t now = m_counter.Now();
+  EXPECT_EQ(m_timing.MakeDeadline(0.0000026) - now, 3);
+  EXPECT_EQ(m_timing.MakeDeadline(0.0000024) - now, 2);
+  EXPECT_EQ(m_timing.MakeDeadline(0.29) - now, 290'000) << "not a count less for a fraction cut off";
+
+  const Deadline deadline = m_timing.MakeDeadline(0.05);
+  m_counter.AdvanceTo(deadline - 1);
+  EXPECT_FALSE(m_timing.DeadlineReached(deadline));
+  m_counter.AdvanceTo(deadline);
+  EXPECT_TRUE(m_timing.DeadlineReached(deadline));
+}
+
+TEST_F(IntervalTimingTest, ABlockingDelayHoldsItsTimeAndMovesNoOtherDeadline) {
+  const double start = m_counter.Seconds();
+  const Deadline deadline = m_timing.MakeDeadline(0.01625);
+  m_timing.DelayBlocking(0.002);
+  EXPECT_NEAR(m_counter.Seconds() - start, 0.002, 0.0001);
+  m_timing.WaitForDeadline(deadline);
+  EXPECT_NEAR(m_counter.Seconds() - start, 0.01625, 0.0001);
+  m_timing.WaitForDeadline(deadline);
+  EXPECT_NEAR(m_counter.Seconds() - start, 0.01625, 0.0001) << "at once for a deadline that has passed";
+  EXPECT_EQ(m_yielder.Yields(), 0);
+}
+
+TEST_F(IntervalTimingTest, APumpedDelayYieldsUntilItsEndAndNoLonger) {
+  m_timing.DelayPumped(0);
+  EXPECT_EQ(m_yielder.Yields(), 0);
+  m_timing.DelayPumped(0.05);
+  EXPECT_EQ(m_yielder.Yields(), 1);
+  m_yielder.OnYield([this] { m_counter.Advance(3.0); });
+  m_timing.DelayPumped(0.05);
+  EXPECT_EQ(m_yielder.Yields(), 2) << "no further yield after a handler that outlasted the delay";
+}
+
+/// A yield that comes back early, as the real one does for each event.
+class EarlyYielder final : public platform::Yielder {
+ public:
+  explicit EarlyYielder(VirtualCounter& counter) : m_counter(counter) {}
+  void Yield(std::int64_t) override { m_counter.Advance(0.01); }
+
+ private:
+  VirtualCounter& m_counter;
+};
+
+TEST_F(IntervalTimingTest, APumpedDelayIsNeverShorterForEventsThatEndItsYield) {
+  EarlyYielder early(m_counter);
+  IntervalTiming timing(m_counter, early);
+  ASSERT_TRUE(timing.InitCounter());
+  const double start = m_counter.Seconds();
+  timing.DelayPumped(0.05);
+  EXPECT_NEAR(m_counter.Seconds() - start, 0.055, 0.006);
+}
+
+}  // namespace
+}  // namespace tarnwell::link

@@ -1,0 +1,218 @@
+#include "link/send_command.h"
+
+#include <gtest/gtest.h>
+
+#include "support/scripted_port.h"
+#include "support/virtual_counter.h"
+
+namespace tarnwell::link {
+namespace {
+
+using test::Framed;
+using test::ScriptedPort;
+using test::VirtualCounter;
+using test::VirtualYielder;
+
+class SendCommandTest : public testing::Test {
+ protected:
+  SendCommandTest() {
+    EXPECT_TRUE(m_timing.InitCounter());
+    m_port.SetPortOpen(true);
+    m_port.TakeTranscript();
+  }
+
+  /// One exchange of "S?"; the seconds that it took are in m_took.
+  bool Send(std::uint8_t tries = 3, std::uint8_t maxReply = 15) {
+    const double start = m_counter.Seconds();
+    const bool valid = m_link.SendCommand("S?", m_reply, tries, maxReply, "S=");
+    m_took = m_counter.Seconds() - start;
+    EXPECT_EQ(m_shared.CommsLost, !valid);
+    EXPECT_EQ(m_yielder.Yields(), 0) << "an exchange lets nothing in";
+    return valid;
+  }
+
+  SSPA_Public m_shared;
+  VirtualCounter m_counter;
+  VirtualYielder m_yielder{m_counter};
+  IntervalTiming m_timing{m_counter, m_yielder};
+  ScriptedPort m_port{m_counter};
+  SerialLink m_link{m_shared, m_timing, m_port};
+  std::string m_reply;
+  double m_took = 0.0;
+};
+
+constexpr double kWindow = 0.01625;  // of a frame of 6 bytes at 9600,n,8,1
+constexpr double kLook = 0.002;      // what the gate's look at an empty line may take
+
+TEST(TransmitTime, FollowsSpeedAndFormat) {
+  const struct {
+    const char* settings;
+    std::size_t bytes;
+    double seconds;
+  } cases[] = {
+      {"9600,n,8,1", 6, 0.01625},
+      {"1200,e,7,2", 6, 0.065},
+      {"300,n,8,2", 8, 11 * 8 / 300. + 0.01},
+      {"2400,o,7,1", 10, 10 * 10 / 2400. + 0.01},
+      {"4800,n,8,1", 6, 10 * 6 / 9600. + 0.01},
+  };
+  for (const auto& row : cases) EXPECT_NEAR(TransmitTime(row.settings, row.bytes), row.seconds, 1e-9) << row.settings;
+}
+
+TEST_F(SendCommandTest, AReplyComesBackAtOnceButNotBeforeTheTransmitWindowEnds) {
+  m_port.Expect("S?").Answer("S=OT").After(0.05);
+  EXPECT_TRUE(Send());
+  EXPECT_EQ(m_reply, "S=OT");
+  EXPECT_NEAR(m_took, 0.002 + 0.05, kLook) << "no delay behind a valid reply";
+
+  m_port.Expect("S?").Answer("S=OT").After(0.003);
+  EXPECT_TRUE(Send());
+  EXPECT_NEAR(m_took, kWindow, kLook);
+}
+
+TEST_F(SendCommandTest, Rs485UnderControlHasRtsAroundEachTry) {
+  const struct {
+    bool rs232;
+    int rs485Control;
+    const char* transcript;
+  } cases[] = {{true, 0, "S?"}, {true, 1, "S?"}, {false, 0, "S?"}, {false, 1, "RTS=1 S? RTS=0"}};
+  for (const auto& row : cases) {
+    m_shared.PortRS232 = row.rs232;
+    m_shared.RS485Control = row.rs485Control;
+    m_port.TakeTranscript();
+    m_port.Expect("S?").Answer("S=OT");
+    EXPECT_TRUE(Send());
+    EXPECT_EQ(m_port.Transcript(), row.transcript);
+  }
+  const std::string times = m_port.TimedTranscript();
+  double rtsOn = 0, sent = 0, rtsOff = 0;
+  ASSERT_EQ(std::sscanf(times.c_str(), "%lf RTS=1\n%lf S?\n%lf RTS=0", &rtsOn, &sent, &rtsOff), 3) << times;
+  EXPECT_NEAR(sent - rtsOn, 0.002, 0.0001);
+  EXPECT_NEAR(rtsOff - rtsOn, kWindow, 0.0001);
+
+  m_port.TakeTranscript();
+  m_port.ExpectSilence("S?", 2);
+  EXPECT_FALSE(Send(2));
+  EXPECT_EQ(m_port.Transcript(), "RTS=1 S? RTS=0 RTS=1 S? RTS=0");
+}
+
+TEST_F(SendCommandTest, ASilentDeviceIsAskedAsOftenAsToldAndThenLost) {
+  m_port.ExpectSilence("S?");
+  EXPECT_FALSE(Send());
+  EXPECT_NEAR(m_took, 3 * (kWindow + 2.0 + 0.05), 0.01);
+  EXPECT_FALSE(Send(0)) << "no try at all";
+  EXPECT_LT(m_took, 0.001);
+}
+
+TEST_F(SendCommandTest, CommsLostKeepsTheLastVerdictDuringACall) {
+  m_shared.CommsLost = true;
+  std::string during;
+  const auto note = [&] { during += m_shared.CommsLost ? "lost " : "up "; };
+  m_port.Expect("S?").Do(note);
+  m_port.Expect("S?").Do(note).Answer("S=OT");
+  EXPECT_TRUE(Send()) << "a second try that succeeds";
+  for (int i = 0; i < 2; ++i) m_port.Expect("S?").Do(note);
+  EXPECT_FALSE(Send(2));
+  EXPECT_EQ(during, "lost lost up up ");
+}
+
+TEST_F(SendCommandTest, OneBadReplyIsOneFailedTry) {
+  const struct {
+    const char* what;
+    std::string bytes;
+    double seconds;  // of the bad try
+  } cases[] = {
+      {"a wrong checksum", "{@S=OTV}", 0.022},
+      {"another command's reply", Framed("A=0"), 0.022},
+      {"a frame cut in two", "@S=OTT}", 0.022},
+      {"no closing brace", "{@S=OTT", kWindow + 2.0},
+      {"longer than the buffer", "{@S=0123456789ABCDEFGHIJ}", 0.022},
+      {"noise without end", std::string(500, '~'), 0.022},
+  };
+  for (const auto& row : cases) {
+    m_port.Expect("S?").AnswerBytes(row.bytes);
+    m_port.Expect("S?").Answer("S=OT");
+    EXPECT_TRUE(Send()) << row.what;
+    EXPECT_EQ(m_reply, "S=OT") << row.what;
+    EXPECT_NEAR(m_took, row.seconds + 0.05 + 0.022, 0.003) << row.what;
+  }
+}
+
+TEST_F(SendCommandTest, TheLargestReplyFitsAndOneByteMoreDoesNot) {
+  m_port.Expect("S?").Answer("S=0123456789ABC");
+  EXPECT_TRUE(Send(1, 15));
+  EXPECT_EQ(m_reply, "S=0123456789ABC");
+  m_port.Expect("S?").Answer("S=0123456789ABCD");
+  EXPECT_FALSE(Send(1, 15));
+  EXPECT_EQ(m_port.InBufferCount(), 0) << "the rest of it doesn't stay in the port";
+}
+
+TEST_F(SendCommandTest, PiecesAreOneReplyInAWindowThatOpensWhenTheFrameHasGone) {
+  m_port.Expect("S?").Answer("S=OT").After(0.3).WithGaps(0.2);
+  EXPECT_TRUE(Send(1));
+  EXPECT_NEAR(m_took, 0.002 + 0.3 + 7 * 0.2, 0.01);
+
+  // The request goes out 0.002 s into the transmit window; the reply window is the 2 s behind that.
+  const double last = kWindow - 0.002 + 2.0 - 7 * 0.2;
+  m_port.Expect("S?").Answer("S=OT").After(last - 0.005).WithGaps(0.2);
+  EXPECT_TRUE(Send(1));
+  m_port.Expect("S?").Answer("S=OT").After(last + 0.005).WithGaps(0.2);
+  EXPECT_FALSE(Send(1));
+  m_port.DiscardInput();
+}
+
+TEST_F(SendCommandTest, WhatLayUnreadIsNotTakenForTheReply) {
+  m_port.Expect("S?").Answer("S=ON").After(2.03);  // within the pause between the tries
+  m_port.Expect("S?").AnswerBytes(Framed("S=OT") + "{@S=");
+  EXPECT_TRUE(Send());
+  EXPECT_EQ(m_reply, "S=OT") << "what comes behind the brace waits for the next command";
+  m_port.Expect("S?").Answer("S=OF");
+  EXPECT_TRUE(Send());
+  EXPECT_EQ(m_reply, "S=OF");
+}
+
+TEST_F(SendCommandTest, OnlyRs232WithHandshakingWaitsForClearToSend) {
+  m_port.SetCTSHolding(false);
+  const struct {
+    bool rs232;
+    int handshaking;
+    bool sends;
+  } cases[] = {{true, 2, false}, {true, 0, true}, {false, 2, true}, {false, 0, true}};
+  for (const auto& row : cases) {
+    m_shared.PortRS232 = row.rs232;
+    m_port.SetHandshaking(row.handshaking);
+    if (row.sends) m_port.Expect("S?").Answer("S=OT");
+    EXPECT_EQ(Send(), row.sends) << row.rs232 << row.handshaking;
+    EXPECT_NEAR(m_took, row.sends ? 0.022 : 3 * (0.1 + 0.05), 0.01);
+  }
+}
+
+TEST_F(SendCommandTest, AStuckOutputAndAPulledAdapterAreFailedTries) {
+  m_port.HoldOutput(6);
+  m_port.Expect("S?").Answer("S=OT");
+  EXPECT_TRUE(Send()) << "the first try empties the buffer, the second goes out";
+  EXPECT_NEAR(m_took, 0.05 + 0.022, 0.003);
+
+  m_port.SetDevicePresent(false);
+  EXPECT_FALSE(Send());
+  EXPECT_NEAR(m_took, 3 * 0.05, 0.01);
+  m_port.SetDevicePresent(true);
+  m_port.Expect("S?").Answer("S=OT");
+  EXPECT_TRUE(Send());
+}
+
+TEST_F(SendCommandTest, TheAddressIsAskedAndEchoedButForAddressZero) {
+  m_shared.ConnectAddress = 31;
+  m_port.SetAddress(31);
+  m_port.Expect("S?").Answer("S=OT");
+  EXPECT_TRUE(Send(1));
+  m_port.Expect("S?").Answer("S=OT").From(30);
+  EXPECT_FALSE(Send(1)) << "another device's reply";
+  m_shared.ConnectAddress = 0;
+  m_port.SetAddress(0);
+  m_port.Expect("S?").Answer("S=OT").From(30);
+  EXPECT_TRUE(Send(1));
+}
+
+}  // namespace
+}  // namespace tarnwell::link
