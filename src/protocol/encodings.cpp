@@ -1,0 +1,93 @@
+#include "protocol/encodings.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+namespace tarnwell::protocol {
+
+namespace {
+
+constexpr int kSignificantDigits = 7;
+
+constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+
+/// The C++ library's conversion, since it alone doesn't follow the user's locale.
+std::string FixedDigits(double value, int decimals) {
+  std::array<char, 400> buffer;  // a double has at most 309 digits before the point
+  const auto result =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed, decimals);
+  return {buffer.data(), result.ptr};
+}
+
+/// Decimals that give `magnitude`, more than 0, its significant digits.
+int SignificantDecimals(double magnitude) {
+  const int digitsAhead = static_cast<int>(std::floor(std::log10(magnitude))) + 1;
+  return std::clamp(kSignificantDigits - digitsAhead, 0, 60);
+}
+
+void TrimDecimals(std::string& digits) {
+  if (digits.find('.') == std::string::npos) return;
+  digits.erase(digits.find_last_not_of('0') + 1);
+  if (digits.back() == '.') digits.pop_back();
+}
+
+void DropLeadingZero(std::string& digits) {
+  if (digits.substr(0, 2) == "0.") digits.erase(0, 1);
+}
+
+std::string PaddedDigits(int magnitude, std::size_t width) {
+  std::string digits = std::to_string(magnitude);
+  if (digits.size() < width) digits.insert(0, width - digits.size(), '0');
+  return digits;
+}
+
+}  // namespace
+
+std::string NumberText(double value) {
+  const double single = static_cast<float>(value);
+  if (single == 0.0 || !std::isfinite(single)) return " 0";
+  const double magnitude = std::abs(single);
+  std::string digits = FixedDigits(magnitude, SignificantDecimals(magnitude));
+  TrimDecimals(digits);
+  DropLeadingZero(digits);
+  return (single < 0 ? '-' : ' ') + digits;
+}
+
+double LeadingNumber(std::string_view text) {
+  const std::size_t start = std::min(text.find_first_not_of(' '), text.size());
+  text.remove_prefix(start);
+  const bool negative = !text.empty() && text.front() == '-';
+  if (negative || (!text.empty() && text.front() == '+')) text.remove_prefix(1);
+
+  // from_chars would also take "inf" and "nan"
+  const bool number = !text.empty() && (IsDigit(text[0]) || (text.size() > 1 && text[0] == '.' && IsDigit(text[1])));
+  if (!number) return 0.0;
+  double magnitude = 0.0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), magnitude, std::chars_format::fixed);
+  if (result.ec != std::errc{}) return 0.0;
+  return negative ? -magnitude : magnitude;
+}
+
+int Tenths(double value) {
+  constexpr double kLowest = std::numeric_limits<int>::min();
+  constexpr double kHighest = std::numeric_limits<int>::max();
+  return static_cast<int>(std::clamp(std::nearbyint(value * 10.0), kLowest, kHighest));
+}
+
+std::string IndexText(int index) { return PaddedDigits(index, 2); }
+
+std::string TemperatureText(int degrees) { return (degrees < 0 ? "-" : "") + PaddedDigits(std::abs(degrees), 3); }
+
+std::string FixedText(double value, int decimals, LeadingZero zero) {
+  const double scale = std::pow(10.0, decimals);
+  const double scaled = std::round(std::abs(value) * scale);
+  std::string digits = FixedDigits(scaled / scale, decimals);
+  if (zero == LeadingZero::kNone) DropLeadingZero(digits);
+  return (value < 0 && scaled != 0.0 ? "-" : "") + digits;
+}
+
+}  // namespace tarnwell::protocol

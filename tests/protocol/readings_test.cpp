@@ -1,0 +1,65 @@
+#include "protocol/readings.h"
+
+#include <gtest/gtest.h>
+
+namespace tarnwell::protocol {
+namespace {
+
+TEST(Readings, ModelTextDecidesKindAndModules) {
+  struct Case {
+    const char* text;
+    int type;
+    bool single;
+    bool kBand;
+  };
+  for (const Case& c :
+       {Case{"60W C-BAND", 1, true, false}, Case{"120W C-BAND", 2, true, false}, Case{"240W C-BAND", 3, false, false},
+        Case{"40W K-BAND", 4, true, true}, Case{"80W K-BAND", 5, false, true}, Case{"160W C-120", 1, true, false},
+        Case{"240W K-BAND", 4, true, true}, Case{"7316 C 60", 6, false, false}, Case{"60w c-band", 0, false, false},
+        Case{"", 0, false, false}}) {
+    const Model model = ReadModel(c.text);
+    EXPECT_EQ(std::tuple(model.type, model.singleModule, model.kBand), std::tuple(c.type, c.single, c.kBand)) << c.text;
+  }
+}
+
+TEST(Readings, FirmwareClassRestsOnOneDigitAheadOfThePoint) {
+  const std::pair<const char*, int> cases[] = {{"0264C-01 V6.0", 2}, {"V5.31", 1}, {"V6.01", 3}, {"V10.2", 1},
+                                               {"V7.0", 3},          {"V6", 1},    {".60", 1},   {"", 1},
+                                               {"6.0", 2},           {"V6.", 2},   {"9.9.9", 3}, {"V6.0 B.7", 2}};
+  for (const auto& [text, firmwareClass] : cases) EXPECT_EQ(ReadFirmwareClass(text), firmwareClass) << text;
+}
+
+TEST(Readings, PlatformTestsTheLongerNameFirst) {
+  const std::pair<const char*, int> cases[] = {{"0712/0358", 1}, {"842", 2},      {"857", 3},  {"857E", 4},
+                                               {"857 E", 3},     {"857E/842", 2}, {"857e", 3}, {"", 1}};
+  for (const auto& [text, platform] : cases) EXPECT_EQ(ReadPlatform(text), platform) << text;
+}
+
+TEST(Readings, StatusLettersHaveAnOrder) {
+  EXPECT_EQ(ReadCommsMode("ZY"), CommsMode::kLLO);
+  EXPECT_EQ(ReadCommsMode("OTZ"), CommsMode::kRLO);
+  EXPECT_EQ(ReadCommsMode("OTyz"), CommsMode::kREM);
+  EXPECT_EQ(ReadOperatingState("MSO"), OperatingState::kOnline);
+  EXPECT_EQ(ReadOperatingState("MS"), OperatingState::kStandby);
+  EXPECT_EQ(ReadOperatingState("TX"), OperatingState::kNotTold);
+  EXPECT_EQ(ReadControllerMode("MA"), ControllerMode::kAutomatic);
+  EXPECT_EQ(ReadConfigurationCode("=21"), Configuration::k1to1);
+  EXPECT_EQ(ReadConfigurationCode("="), Configuration::kNotTold);
+  EXPECT_EQ(ReadPriority("BA"), PriorityPath::kPathA);
+  EXPECT_EQ(ReadPriority("N"), PriorityPath::kNone);
+}
+
+TEST(Readings, RFOutputTellsTheMuteReason) {
+  const std::tuple<const char*, RFOutput, bool> cases[] = {
+      {"OT", RFOutput::kOn, false},          {"OTB", RFOutput::kOnButModuleFailed, true},
+      {"SXD", RFOutput::kMutedDirect, true}, {"SXB", RFOutput::kMutedModuleFailed, true},
+      {"SX", RFOutput::kMutedByUser, false}, {"XDB", RFOutput::kMutedDirect, true},
+      {"TX", RFOutput::kOn, false},          {"O", RFOutput::kNotTold, false}};
+  for (const auto& [status, output, forced] : cases) {
+    EXPECT_EQ(ReadRFOutput(status), output) << status;
+    EXPECT_EQ(MuteIsForced(status), forced) << status;
+  }
+}
+
+}  // namespace
+}  // namespace tarnwell::protocol
