@@ -1,0 +1,30 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+namespace tarnwell::sim {
+
+/// The end of a line that can be pulled and plugged.
+class Line {
+ public:
+  virtual ~Line() = default;
+
+  /// Opens the line. Gives what went wrong, or nothing.
+  virtual std::string Open() = 0;
+  virtual void Close() = 0;
+
+  /// -1 while closed.
+  virtual int Descriptor() const = 0;
+  /// What the other end opens.
+  virtual const std::string& Path() const = 0;
+};
+
+/// A pseudo-terminal in raw mode. A symbolic link to it stands at `link`, unless that is empty, as long as it is open.
+/// A link that is there already is replaced; a file isn't.
+std::unique_ptr<Line> MakePty(const std::string& link);
+
+/// A real serial device at 8 data bits, no parity, one stop bit, and `bitsPerSecond`, 9600 where that is 0.
+std::unique_ptr<Line> MakePort(const std::string& path, int bitsPerSecond);
+
+}  // namespace tarnwell::sim
