@@ -1,0 +1,72 @@
+#include "forms/controls/command_button.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+
+#include "forms/controls/input_gate.h"
+#include "forms/controls/reading_order.h"
+
+namespace tarnwell::forms {
+
+namespace {
+
+QColor Between(const QColor& a, const QColor& b) {
+  return QColor::fromRgb((a.red() + b.red()) / 2, (a.green() + b.green()) / 2, (a.blue() + b.blue()) / 2);
+}
+
+bool IsArrow(int key) {
+  return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
+}
+
+}  // namespace
+
+CommandButton::CommandButton(const char* name, Container container, const char* caption, const char* toolTip,
+                             Settings settings)
+    : QPushButton(QString::fromUtf8(caption), container.Widget()) {
+  setAutoDefault(false);
+  InitControl(*this, name, toolTip, settings);
+  if (settings.background != 0) SetBackground(QColor::fromRgb(settings.background));
+  connect(this, &QAbstractButton::clicked, this, [this] {
+    Q_EMIT Click();
+    InputGate::Instance().HandlerEnded();
+  });
+}
+
+void CommandButton::SetCaption(const QString& caption) { setText(caption); }
+
+void CommandButton::SetBackground(const QColor& colour) {
+  if (m_background == colour) return;
+  m_background = colour;
+  QPalette colours;
+  if (colour.isValid()) {
+    const QColor dimmed = Between(colour, colours.color(QPalette::Window));
+    colours.setColor(QPalette::Button, colour);
+    colours.setColor(QPalette::ButtonText, ReadableOn(colour));
+    colours.setColor(QPalette::Disabled, QPalette::Button, dimmed);
+    colours.setColor(QPalette::Disabled, QPalette::ButtonText, ReadableOn(dimmed));
+  }
+  setPalette(colours);
+}
+
+bool CommandButton::event(QEvent* event) {
+  if (event->type() != QEvent::Shortcut) return QPushButton::event(event);
+  if (!TakesFocus(*this)) return true;
+  setFocus(Qt::ShortcutFocusReason);
+  if (!static_cast<QShortcutEvent*>(event)->isAmbiguous()) click();
+  return true;
+}
+
+// The second press of a double click must not make a second click.
+void CommandButton::mouseDoubleClickEvent(QMouseEvent* event) { event->accept(); }
+
+void CommandButton::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    if (!event->isAutoRepeat()) click();
+  } else if (IsArrow(event->key())) {
+    event->ignore();  // the toolkit would move the focus
+  } else {
+    QPushButton::keyPressEvent(event);
+  }
+}
+
+}  // namespace tarnwell::forms

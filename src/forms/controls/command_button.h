@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QPushButton>
+
+#include "forms/controls/control.h"
+
+namespace tarnwell::forms {
+
+/// A push button. Return held on it clicks once, and a double click is one click.
+class CommandButton : public QPushButton {
+  Q_OBJECT
+
+ public:
+  CommandButton(const char* name, Container container, const char* caption = "", const char* toolTip = "",
+                Settings settings = {});
+
+  QString Caption() const { return text(); }
+  void SetCaption(const QString& caption);
+
+  /// The background of a graphical button. An invalid colour: the style's own.
+  QColor Background() const { return m_background; }
+  void SetBackground(const QColor& colour);
+
+ Q_SIGNALS:
+  void Click();
+
+ protected:
+  bool event(QEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+
+ private:
+  QColor m_background;
+};
+
+}  // namespace tarnwell::forms

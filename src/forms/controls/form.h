@@ -1,0 +1,136 @@
+#pragma once
+
+#include <QFont>
+#include <QPointer>
+#include <QWidget>
+
+class QEventLoop;
+class QMenuBar;
+
+namespace tarnwell::forms {
+
+class OptionButton;
+
+/// Lengths of the layout, 1/1440 inch; 15 make a logical pixel.
+using Twips = int;
+inline constexpr int kTwipsPerPixel = 15;
+
+/// The size of a form's font where it names none.
+inline constexpr double kDefaultPoints = 8.25;
+
+/// A window that is a view: named controls in an inner area, below the menu bar where it has one. Logic hears of its
+/// life through the signals and acts through the controls.
+class Form : public QWidget {
+  Q_OBJECT
+
+ public:
+  enum class Border { kFixedSingle, kFixedDialog };
+
+  /// The buttons of the title bar beside the one that closes.
+  enum class TitleButtons { kNone, kMinimiseMaximise };
+
+  /// `width` and `height` are the inner area's, in twips; `points` is the size of the form's own font.
+  Form(const char* name, const char* title, Border border, Twips width, Twips height,
+       TitleButtons buttons = TitleButtons::kNone, double points = kDefaultPoints);
+  ~Form() override;
+
+  /// The widget that holds the controls.
+  QWidget& Inner() { return *m_inner; }
+  QMenuBar& MenuBar();
+
+  QString Title() const { return m_title; }
+  /// Control characters and line feeds become replacement characters.
+  void SetTitle(const QString& title);
+
+  Twips ScaleWidth() const;
+  Twips ScaleHeight() const;
+  /// Gives the inner area another size; raises Resize at once, also before the form is shown, but for a minimised
+  /// form when it is restored.
+  void SetInnerSize(Twips width, Twips height);
+
+  /// The width and height of a text in the form's measuring font, in twips. The measuring font is no control's.
+  double TextWidth(const QString& text) const;
+  double TextHeight(const QString& text) const;
+  void SetMeasuringFont(const QFont& font) { m_measuringFont = font; }
+  /// False when the platform can't give the size.
+  bool SetMeasuringFontSize(double points);
+  double MeasuringFontSize() const { return m_measuringFont.pointSizeF(); }
+  const QFont& MeasuringFont() const { return m_measuringFont; }
+
+  /// Raises Load, then shows the form modeless unless Load unloaded it. A form is opened once.
+  void Show();
+
+  /// Raises Load, then shows the form application-modal and returns when it has been unloaded.
+  void ShowModal();
+
+  /// Raises Unload once, hides the form and ends ShowModal.
+  void UnloadForm();
+  bool Unloaded() const { return m_unloaded; }
+
+  /// Hides and shows the form again without raising Load or Unload, for a loop that stalls.
+  void HideAndShow();
+
+  /// The control that gets the focus when the focused one goes: never an option. While it takes no focus itself the
+  /// next control gets it that is no option; where none is set, the first such control of the form.
+  void SetSafeFocus(QWidget& control) { m_safeFocus = &control; }
+
+  /// Moves the focus as the Tab key does: in reading order, a group of options at its selected one alone.
+  void MoveFocus(bool forward);
+
+  /// The control that has the focus in the operator's eyes: also while another window is active or a menu is open.
+  QWidget* FocusedControl() const { return m_focusedControl; }
+
+ Q_SIGNALS:
+  void Load();
+  void Activate();
+  void Resize();
+  void Unload();
+
+ protected:
+  bool focusNextPrevChild(bool next) override;
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  bool event(QEvent* event) override;
+
+ private:
+  friend class OptionButton;
+
+  bool Open();
+  void ResizeWindow();
+  void PlaceInner();
+  void RaiseResize();
+  void FollowFocus(QWidget* now);
+  void FocusSafely();
+  QWidget* SafeTarget() const;
+
+  QString m_title;
+  QWidget* m_inner;
+  bool m_sizable;
+  QSize m_innerSize;   ///< wanted, in pixels
+  QSize m_raisedSize;  ///< the inner area's when Resize was last raised
+  QMenuBar* m_menuBar = nullptr;
+  QEventLoop* m_modalLoop = nullptr;
+  QFont m_measuringFont;
+  QPointer<QWidget> m_safeFocus;
+  QPointer<QWidget> m_focusedControl;
+  bool m_unloaded = false;
+};
+
+/// What a control stands in: a form's inner area or a frame.
+class Container {
+ public:
+  // NOLINTBEGIN(google-explicit-constructor): a row of a table names the form or the frame itself
+  Container(Form& form) : m_widget(&form.Inner()) {}
+  Container(QWidget& frame) : m_widget(&frame) {}
+  // NOLINTEND(google-explicit-constructor)
+  QWidget* Widget() const { return m_widget; }
+
+ private:
+  QWidget* m_widget;
+};
+
+/// The form that a control stands on.
+Form& FormOf(const QWidget& control);
+
+}  // namespace tarnwell::forms

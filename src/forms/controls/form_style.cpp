@@ -1,0 +1,157 @@
+#include "forms/controls/form_style.h"
+
+#include <QApplication>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QPointer>
+#include <QStyleOptionButton>
+#include <algorithm>
+#include <cmath>
+
+#include "forms/controls/colours.h"
+#include "forms/controls/command_button.h"
+
+namespace tarnwell::forms {
+
+namespace {
+
+constexpr int kButtonMargin = 2;  ///< pixels at both sides of a button's text
+
+QSizeF TextSize(const QFont& font, int flags, const QString& text, const QSize& room) {
+  return QFontMetricsF(font).boundingRect(QRectF(QPointF(), QSizeF(room)), flags, text).size();
+}
+
+bool Fits(const QFont& font, int flags, const QString& text, const QSize& room) {
+  const QSizeF size = TextSize(font, flags, text, room);
+  // a line higher than its room loses nothing but leading; only a further line would be cut
+  const bool oneLine = size.height() < 1.5 * QFontMetricsF(font).height();
+  return size.width() <= room.width() && (oneLine || size.height() <= room.height());
+}
+
+void DrawButtonLabel(const QStyle& style, const QStyleOptionButton& button, QPainter* painter) {
+  // the blanks in front of a caption are for the line that it breaks into
+  const QString text = button.text.trimmed();
+  const QRect room = button.rect.adjusted(kButtonMargin, 0, -kButtonMargin, 0);
+  style.drawItemText(painter, room, Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextWordWrap, button.palette,
+                     (button.state & QStyle::State_Enabled) != 0, text, QPalette::ButtonText);
+}
+
+/// A corner that tells the alarm colours apart for those who can't: full for active, a line for latched.
+void DrawMark(QPainter& painter, const QRectF& area, QRgb colour) {
+  const double side = std::min(area.width(), area.height()) * 0.35;
+  const QPolygonF corner({area.topRight() - QPointF(side, 0), area.topRight(), area.topRight() + QPointF(0, side)});
+  if (colour == kActiveColour) {
+    painter.setBrush(Qt::black);
+    painter.drawPolygon(corner);
+  } else if (colour == kLatchedColour) {
+    painter.drawLine(corner[0], corner[2]);
+  }
+}
+
+/// The toolkit's own bevel would wash the colour out.
+void DrawColouredButton(const QStyleOption& option, QPainter& painter, QRgb background) {
+  const QColor colour = option.palette.color(QPalette::Button);
+  const bool pressed = (option.state & (QStyle::State_Sunken | QStyle::State_On)) != 0;
+  const QRectF area = QRectF(option.rect).adjusted(1.5, 1.5, -1.5, -1.5);
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(colour.darker(220), 1.0));
+  painter.setBrush(pressed ? colour.darker(130) : colour);
+  painter.drawRect(area);
+  DrawMark(painter, area, background);
+  painter.restore();
+}
+
+/// The toolkit draws tabs and their pane lighter than the pages that stand on it.
+QPalette TabColours(QPalette colours) {
+  colours.setColor(QPalette::Button, colours.color(QPalette::Window).darker(103));
+  return colours;
+}
+
+void DrawPane(const QStyleOption& option, QPainter& painter) {
+  painter.setPen(option.palette.color(QPalette::Mid));
+  painter.setBrush(option.palette.window());
+  painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+}
+
+}  // namespace
+
+FormStyle::FormStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
+
+FormStyle* FormStyle::Instance() {
+  static QPointer<FormStyle> instance;
+  if (instance.isNull()) {
+    instance = new FormStyle;
+    instance->setParent(qApp);
+  }
+  return instance;
+}
+
+int FormStyle::Stretch(const QFont& font, int flags, const QString& text, const QSize& room) {
+  constexpr int kNarrowest = 50;
+  QFont narrow = font;
+  int stretch = 100;
+  while (stretch > kNarrowest && !Fits(narrow, flags, text, room)) {
+    const double width = TextSize(narrow, flags, text, room).width();
+    const int wanted = static_cast<int>(std::floor(stretch * room.width() / std::max(width, 1.0)));
+    stretch = std::clamp(wanted, kNarrowest, stretch - 1);
+    narrow.setStretch(stretch);
+  }
+  return stretch;
+}
+
+void FormStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                            const QWidget* widget) const {
+  const auto* label = qstyleoption_cast<const QStyleOptionButton*>(option);
+  const auto* button = qobject_cast<const CommandButton*>(widget);
+  const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option);
+  if (element == CE_PushButtonLabel && label != nullptr) {
+    DrawButtonLabel(*this, *label, painter);
+  } else if (element == CE_PushButtonBevel && button != nullptr && button->Background().isValid()) {
+    DrawColouredButton(*option, *painter, button->Background().rgb());
+  } else if (element == CE_TabBarTabShape && tab != nullptr) {
+    QStyleOptionTab coloured = *tab;
+    coloured.palette = TabColours(tab->palette);
+    QProxyStyle::drawControl(element, &coloured, painter, widget);
+  } else {
+    QProxyStyle::drawControl(element, option, painter, widget);
+  }
+}
+
+void FormStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                              const QWidget* widget) const {
+  if (element == PE_FrameTabWidget) {
+    DrawPane(*option, *painter);
+  } else {
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+  }
+}
+
+void FormStyle::drawItemText(QPainter* painter, const QRect& rect, int flags, const QPalette& palette, bool enabled,
+                             const QString& text, QPalette::ColorRole textRole) const {
+  const QFont font = painter->font();
+  const int stretch = Stretch(font, flags, text, rect.size());
+  if (stretch < 100) {
+    QFont narrow = font;
+    narrow.setStretch(stretch);
+    painter->setFont(narrow);
+  }
+  QProxyStyle::drawItemText(painter, rect, flags, palette, enabled, text, textRole);
+  painter->setFont(font);
+}
+
+int FormStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+  constexpr int kSmallestCircle = 10;
+  const int em = widget != nullptr ? QFontInfo(widget->font()).pixelSize() : 0;
+  switch (metric) {
+    case PM_ExclusiveIndicatorWidth:
+    case PM_ExclusiveIndicatorHeight:
+      return std::max(em * 4 / 5, kSmallestCircle);
+    case PM_RadioButtonLabelSpacing:
+      return std::max(em / 4, 3);
+    default:
+      return QProxyStyle::pixelMetric(metric, option, widget);
+  }
+}
+
+}  // namespace tarnwell::forms

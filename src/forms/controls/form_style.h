@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace tarnwell::forms {
+
+/// How the controls are drawn. Their places and font sizes follow from the form's size alone, so that a text may be
+/// wider than its control: it is then drawn narrower (a button's breaks into lines first) instead of cut off.
+class FormStyle : public QProxyStyle {
+  Q_OBJECT
+
+ public:
+  /// The one instance; it lives as long as the application.
+  static FormStyle* Instance();
+
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override;
+  void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
+  void drawItemText(QPainter* painter, const QRect& rect, int flags, const QPalette& palette, bool enabled,
+                    const QString& text, QPalette::ColorRole textRole) const override;
+
+  /// An option's circle is as large as its text.
+  int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+
+  /// How narrow a text has to be drawn to fit the room: per cent of its font's own width, 100 where it fits.
+  static int Stretch(const QFont& font, int flags, const QString& text, const QSize& room);
+
+ private:
+  FormStyle();
+};
+
+}  // namespace tarnwell::forms

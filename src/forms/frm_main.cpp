@@ -1,0 +1,31 @@
+#include "forms/frm_main.h"
+
+#include "forms/layout.h"
+#include "forms/view.h"
+
+namespace tarnwell::forms {
+
+namespace {
+
+void NameFields(frmMain& f) {
+  PairUp({{f.lblAddress, f.txtConnectAddress},
+          {f.lblGainAdjust, f.txtGainAdjust},
+          {f.lblRF, f.lblRFLevel},
+          {f.lblMod1, f.lblTempMod1},
+          {f.lblMod2, f.lblTempMod2},
+          {f.lbl7316SSPA1, f.lbl7316SSPA1State},
+          {f.lbl7316SSPA2, f.lbl7316SSPA2State},
+          {f.lbl7316SSPA3, f.lbl7316SSPA3State}});
+}
+
+}  // namespace
+
+frmMain::frmMain() : Form("frmMain", "", Border::kFixedSingle, 9510, 6960, TitleButtons::kMinimiseMaximise, 9.75) {
+  NameFields(*this);
+  SetSafeFocus(cmdConnect);
+  fra7316Status.raise();
+  GiveIcon(*this);
+  connect(this, &Form::Resize, this, [this] { ArrangeMain(*this); });
+}
+
+}  // namespace tarnwell::forms
