@@ -1,0 +1,101 @@
+#include "console/commands.h"
+
+#include "console/entry_text.h"
+#include "console/view_rules.h"
+#include "protocol/encodings.h"
+#include "protocol/readings.h"
+
+namespace tarnwell::console {
+
+namespace {
+
+constexpr double kPauseAroundCommand = 0.1;
+constexpr double kPauseBeforeReadBack = 0.05;
+constexpr double kPauseAroundGain = 0.05;
+
+bool PassesIntoGain(char16_t character) {
+  return (character >= u'0' && character <= u'9') || character == u'.' || character == u',' || character == u'-' ||
+         character == forms::KeyAscii::kBackspace;
+}
+
+}  // namespace
+
+template <typename ReadBack>
+void Commands::SendAndReadBack(const protocol::Request& request, ReadBack readBack) {
+  m_timing.DelayBlocking(kPauseAroundCommand);
+  std::string reply;
+  if (protocol::Send(m_line, request, reply)) {
+    m_timing.DelayBlocking(kPauseBeforeReadBack);
+    readBack();
+  }
+  m_timing.DelayBlocking(kPauseAroundCommand);
+}
+
+void Commands::SendStateCommand(char code) {
+  SendAndReadBack(protocol::SetStatus(code), [this] { m_readers.ReadStatus(); });
+}
+
+void Commands::SendCommsMode(const protocol::Request& mode) {
+  SendAndReadBack(mode, [this] { m_readers.ReadStatus(); });
+}
+
+void Commands::SendPathCommand(std::string_view setting) {
+  const int which = protocol::Holds(setting, "A=") ? 5 : 6;
+  SendAndReadBack(protocol::SetPath(setting), [this, which] { m_readers.ReadPathSelection(which); });
+}
+
+void Commands::WriteGain() {
+  m_timing.DelayBlocking(kPauseAroundGain);
+  const std::optional<double> gain = NumberFromEntry(m_form.txtGainAdjust.Text());
+  if (!gain) {
+    updwnGainAdjust_Change();
+    return;
+  }
+  std::string reply;
+  if (protocol::Send(m_line, protocol::SetGain(*gain), reply)) {
+    m_form.updwnGainAdjust.SetValue(protocol::Tenths(protocol::LeadingNumber(protocol::AfterEcho(reply, 2))));
+  }
+  m_timing.DelayBlocking(kPauseAroundGain);
+}
+
+void Commands::txtGainAdjust_KeyPress(forms::KeyAscii& key) {
+  if (key.character == forms::KeyAscii::kEscape) updwnGainAdjust_Change();
+  if (key.character == forms::KeyAscii::kEnter) EnterGain();
+  if (!PassesIntoGain(key.character)) key.character = forms::KeyAscii::kSwallowed;
+}
+
+void Commands::EnterGain() {
+  const std::optional<double> gain = NumberFromEntry(m_form.txtGainAdjust.Text());
+  if (!gain) {
+    updwnGainAdjust_Change();
+    return;
+  }
+  m_form.updwnGainAdjust.SetValue(protocol::Tenths(*gain));
+  // A value held at a limit is shown even where the spin stood there already: what is sent is what the field shows.
+  const int spin = m_form.updwnGainAdjust.Value();
+  if (protocol::Tenths(*gain) != spin) updwnGainAdjust_Change();
+  WriteGain();
+}
+
+void Commands::txtGainAdjust_KeyDown(int key) {
+  if (key == Qt::Key_Up) StepGain(+1);
+  if (key == Qt::Key_Down) StepGain(-1);
+}
+
+void Commands::StepGain(int direction) {
+  forms::UpDown& spin = m_form.updwnGainAdjust;
+  const bool atLimit = direction > 0 ? spin.Value() >= spin.Maximum() : spin.Value() <= spin.Minimum();
+  if (atLimit) return;
+  spin.SetValue(spin.Value() + direction * spin.Increment());
+  WriteGain();
+}
+
+void Commands::updwnGainAdjust_Change() { ShowGain(m_form); }
+
+void Commands::updwnGainAdjust_MouseUp() {
+  // At its limit the spin changes nothing, and what was half typed would go out.
+  ShowGain(m_form);
+  WriteGain();
+}
+
+}  // namespace tarnwell::console

@@ -1,0 +1,27 @@
+#include "console/entry_text.h"
+
+#include <QLocale>
+#include <cmath>
+#include <limits>
+
+namespace tarnwell::console {
+
+std::optional<double> NumberFromEntry(const QString& text) {
+  QString number = text.trimmed();
+  number.replace(QLatin1Char(','), QLatin1Char('.'));
+  bool valid = false;
+  const double value = QLocale::c().toDouble(number, &valid);
+  if (!valid || !std::isfinite(value)) return std::nullopt;
+  return value;
+}
+
+std::optional<int> WholeNumberFromEntry(const QString& text) {
+  using Range = std::numeric_limits<std::int16_t>;
+  const std::optional<double> value = NumberFromEntry(text);
+  if (!value) return std::nullopt;
+  const double whole = std::nearbyint(*value);
+  if (whole < Range::min() || whole > Range::max()) return std::nullopt;
+  return static_cast<int>(whole);
+}
+
+}  // namespace tarnwell::console

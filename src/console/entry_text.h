@@ -1,0 +1,15 @@
+#pragma once
+
+#include <QString>
+#include <optional>
+
+namespace tarnwell::console {
+
+/// A number that a person typed, with "." or "," before its decimals, blanks around it allowed. Empty for anything
+/// else, "nan" and "inf" included.
+std::optional<double> NumberFromEntry(const QString& text);
+
+/// The same, rounded to a whole number, halves to the even neighbour; empty also outside the 16-bit range.
+std::optional<int> WholeNumberFromEntry(const QString& text);
+
+}  // namespace tarnwell::console

@@ -1,0 +1,232 @@
+#include "console/readers.h"
+
+#include <array>
+
+#include "console/view_rules.h"
+#include "forms/controls/colours.h"
+#include "platform/text_encoding.h"
+#include "protocol/encodings.h"
+#include "protocol/readings.h"
+
+namespace tarnwell::console {
+
+namespace {
+
+constexpr double kPauseBeforeGain = 0.05;
+
+void ShowCaption(forms::Frame& frame, const QString& caption) {
+  if (frame.Caption() != caption) frame.SetCaption(caption);
+}
+
+void ShowSSPAState(forms::Label& label, bool online) {
+  label.SetCaption(online ? QStringLiteral("ONLINE") : QStringLiteral("STBY/ALARM"));
+  label.SetBackground(online ? forms::kGoodColour : forms::kLatchedColour);
+}
+
+/// What a 1:1 controller, with two amplifiers and one path, has no use for.
+std::array<QWidget*, 6> OnlyIn1to2(forms::frmMain& f) {
+  return {&f.lbl7316SSPA3,  &f.lbl7316SSPA3State, &f.lbl7316PathBState,
+          &f.opt7316PathB3, &f.opt7316PathB2,     &f.fra7316PathBSelect};
+}
+
+/// One of the two amplifiers that a path can select.
+struct PathChoice {
+  std::string_view digit;
+  QString name;
+  forms::OptionButton& option;
+};
+
+void ShowPath(std::string_view text, forms::Label& label, const std::array<PathChoice, 2>& choices) {
+  for (const PathChoice& choice : choices) {
+    if (label.Caption().contains(choice.name) || !protocol::Holds(text, choice.digit)) continue;
+    label.SetCaption(choice.name);
+    choice.option.Select();
+    return;
+  }
+  if (protocol::Holds(text, "?")) label.SetCaption(QStringLiteral("UNKNOWN"));
+}
+
+}  // namespace
+
+bool Readers::Ask(const protocol::Request& request, std::size_t echo, std::string& text) {
+  std::string reply;
+  if (!protocol::Send(m_line, request, reply)) return false;
+  text = protocol::AfterEcho(reply, echo);
+  return true;
+}
+
+void Readers::ReadStatus() {
+  std::string status;
+  if (!Ask(protocol::kStatusQuery, 2, status)) return;
+  ShowCommsMode(status);
+  if (m_shared.SSPAType == link::kRedundancyController) {
+    ShowControllerMode(status);
+    return;
+  }
+  ShowOperatingState(status);
+  ShowRFOutput(status);
+  AllowUserMute(status);
+}
+
+void Readers::ShowCommsMode(std::string_view status) {
+  const protocol::CommsMode mode = protocol::ReadCommsMode(status);
+  switch (mode) {
+    case protocol::CommsMode::kLLO:
+      m_form.optLLO.Select();
+      break;
+    case protocol::CommsMode::kRLO:
+      m_form.optRLO.Select();
+      break;
+    case protocol::CommsMode::kREM:
+      m_form.optREM.Select();
+      break;
+  }
+  const bool lockout = mode == protocol::CommsMode::kRLO;
+  if (lockout == m_shared.RemoteLockout) return;
+  m_shared.RemoteLockout = lockout;
+  SetConsoleEnabled(m_form, m_shared, true);
+}
+
+void Readers::ShowOperatingState(std::string_view status) {
+  switch (protocol::ReadOperatingState(status)) {
+    case protocol::OperatingState::kOnline:
+      m_form.optOnline.Select();
+      break;
+    case protocol::OperatingState::kStandby:
+      m_form.optStandby.Select();
+      break;
+    case protocol::OperatingState::kMaintenance:
+      m_form.optMaint.Select();
+      break;
+    case protocol::OperatingState::kNotTold:
+      break;
+  }
+}
+
+void Readers::ShowRFOutput(std::string_view status) {
+  using protocol::RFOutput;
+  const RFOutput output = protocol::ReadRFOutput(status);
+  if (output == RFOutput::kNotTold) return;
+  const bool on = output == RFOutput::kOn || output == RFOutput::kOnButModuleFailed;
+  (on ? m_form.optRFOn : m_form.optRFMute).Select();
+
+  const QString caption = output == RFOutput::kOn            ? QStringLiteral("RF On")
+                          : output == RFOutput::kMutedDirect ? QStringLiteral("RF Mute (Direct I/O)")
+                          : output == RFOutput::kMutedByUser ? QStringLiteral("RF Mute (User)")
+                                                             : QStringLiteral("RF Mute (Amp Module Fail)");
+  m_form.lblSSPAMute.SetCaption(caption);
+}
+
+void Readers::AllowUserMute(std::string_view status) {
+  const bool forced = protocol::MuteIsForced(status);
+  if (!forced && m_shared.RemoteLockout) return;
+  m_form.optRFOn.setEnabled(!forced);
+  m_form.optRFMute.setEnabled(!forced);
+  m_form.fraUserMute.setEnabled(!forced);
+}
+
+void Readers::ShowControllerMode(std::string_view status) {
+  const protocol::ControllerMode mode = protocol::ReadControllerMode(status);
+  if (mode == protocol::ControllerMode::kNotTold) return;
+  const bool automatic = mode == protocol::ControllerMode::kAutomatic;
+  (automatic ? m_form.opt7316Auto : m_form.opt7316Manual).Select();
+  if (automatic == m_shared.AutoMode) return;
+  m_shared.AutoMode = automatic;
+  SetConsoleEnabled(m_form, m_shared, true);
+}
+
+void Readers::ReadConfiguration() {
+  std::string text;
+  if (!Ask(protocol::kConfigurationQuery, 2, text)) return;
+  const protocol::Configuration configuration = protocol::ReadConfigurationCode(text);
+  if (configuration == protocol::Configuration::k1to1 && !m_shared.Config1to1) ChangeTo1to1();
+  if (configuration == protocol::Configuration::k1to2 && m_shared.Config1to1) ChangeTo1to2();
+  m_session.PollLength = m_shared.Config1to1 ? 5 : 7;
+}
+
+void Readers::ChangeTo1to1() {
+  m_shared.Config1to1 = true;
+  for (QWidget* control : OnlyIn1to2(m_form)) {
+    control->setEnabled(false);
+    control->setVisible(false);
+  }
+  SetConsoleEnabled(m_form, m_shared, true);
+  m_form.fra7316PathASelect.SetCaption(QStringLiteral("Path &A SSPA Selection"));
+}
+
+void Readers::ChangeTo1to2() {
+  m_shared.Config1to1 = false;
+  for (QWidget* control : OnlyIn1to2(m_form)) {
+    control->setVisible(true);
+    control->setEnabled(!m_shared.AutoMode);
+  }
+  SetConsoleEnabled(m_form, m_shared, true);
+}
+
+void Readers::ReadPathPriority() {
+  std::string text;
+  if (!Ask(protocol::kPriorityOrDiodeQuery, 2, text)) return;
+  const auto caption = [](const QString& path, bool priority) {
+    return path + (priority ? QStringLiteral(" [Priority]") : QString());
+  };
+  const protocol::PriorityPath path = protocol::ReadPriority(text);
+  ShowCaption(m_form.fra7316PathASelect,
+              caption(QStringLiteral("Path &A SSPA Selection"), path == protocol::PriorityPath::kPathA));
+  ShowCaption(m_form.fra7316PathBSelect,
+              caption(QStringLiteral("Path &B SSPA Selection"), path == protocol::PriorityPath::kPathB));
+}
+
+void Readers::ReadSSPAStates() {
+  std::string text;
+  if (!Ask(protocol::kOnlineQuery, 2, text)) return;
+  ShowSSPAState(m_form.lbl7316SSPA1State, protocol::Holds(text, "1"));
+  ShowSSPAState(m_form.lbl7316SSPA2State, protocol::Holds(text, "2"));
+  if (!m_shared.Config1to1) ShowSSPAState(m_form.lbl7316SSPA3State, protocol::Holds(text, "3"));
+}
+
+void Readers::ReadPathSelection(int which) {
+  const bool pathA = which == 5;
+  std::string text;
+  if (!Ask(pathA ? protocol::kPathAQuery : protocol::kPathBQuery, 2, text)) return;
+  const QString second = QStringLiteral("SSPA2");
+  if (pathA) {
+    ShowPath(text, m_form.lbl7316PathAState,
+             {{{"1", QStringLiteral("SSPA1"), m_form.opt7316PathA1}, {"2", second, m_form.opt7316PathA2}}});
+  } else {
+    ShowPath(text, m_form.lbl7316PathBState,
+             {{{"3", QStringLiteral("SSPA3"), m_form.opt7316PathB3}, {"2", second, m_form.opt7316PathB2}}});
+  }
+}
+
+void Readers::ReadAlarms() {
+  std::string letters;
+  if (!Ask(protocol::kAlarmQuery, 2, letters)) return;
+  m_indicator.ShowReply(alarms::DecodeAlarmReply(letters, m_shared.AlarmStatus));
+}
+
+void Readers::ReadTemperature(int which) {
+  if (which != 6 && which != 12) return;
+  const bool module1 = which == 6;
+  std::string text;
+  if (!Ask(module1 ? protocol::kTemperature1Query : protocol::kTemperature2Query, module1 ? 3 : 4, text)) return;
+  forms::Label& label = module1 ? m_form.lblTempMod1 : m_form.lblTempMod2;
+  label.SetCaption(platform::FromDevice(text) + QStringLiteral("°C"));
+}
+
+void Readers::ReadRFLevel() {
+  std::string text;
+  if (!Ask(protocol::kRFLevelQuery, 3, text)) return;
+  const std::string level = protocol::FixedText(protocol::LeadingNumber(text), 1, protocol::LeadingZero::kNone);
+  m_form.lblRFLevel.SetCaption(QString::fromStdString(level) + QStringLiteral(" dBm"));
+}
+
+bool Readers::ReadGain() {
+  m_timing.DelayBlocking(kPauseBeforeGain);
+  std::string text;
+  if (!Ask(protocol::kGainQuery, 2, text)) return false;
+  m_form.updwnGainAdjust.SetValue(protocol::Tenths(protocol::LeadingNumber(text)));
+  ShowGain(m_form);  // also where the value is the one that the spin starts with
+  return true;
+}
+
+}  // namespace tarnwell::console

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <string>
+
+#include "alarms/indicator.h"
+#include "console/session_state.h"
+#include "forms/frm_main.h"
+#include "link/send_command.h"
+#include "protocol/vocabulary.h"
+
+namespace tarnwell::console {
+
+/// The readers of the main form. Each sends one query, and on a valid reply sets shared variables and what the console
+/// shows. Without one it changes nothing; CommsLost tells. Selecting an option here sends nothing, optRFMute excepted.
+class Readers {
+ public:
+  Readers(forms::frmMain& form, link::SSPA_Public& shared, link::SerialLink& line, const link::IntervalTiming& timing,
+          SessionState& session, alarms::AlarmIndicator& indicator)
+      : m_form(form), m_shared(shared), m_line(line), m_timing(timing), m_session(session), m_indicator(indicator) {}
+
+  void ReadStatus();
+  void ReadConfiguration();
+  void ReadPathPriority();
+  void ReadSSPAStates();
+  /// 5 reads path A, anything else path B.
+  void ReadPathSelection(int which);
+  void ReadAlarms();
+  /// 6 reads module 1, 12 module 2; anything else reads nothing.
+  void ReadTemperature(int which);
+  void ReadRFLevel();
+  /// False: the device didn't answer.
+  bool ReadGain();
+
+ private:
+  bool Ask(const protocol::Request& request, std::size_t echo, std::string& text);
+
+  void ShowCommsMode(std::string_view status);
+  void ShowOperatingState(std::string_view status);
+  void ShowRFOutput(std::string_view status);
+  void AllowUserMute(std::string_view status);
+  void ShowControllerMode(std::string_view status);
+  void ChangeTo1to1();
+  void ChangeTo1to2();
+
+  forms::frmMain& m_form;
+  link::SSPA_Public& m_shared;
+  link::SerialLink& m_line;
+  const link::IntervalTiming& m_timing;
+  SessionState& m_session;
+  alarms::AlarmIndicator& m_indicator;
+};
+
+}  // namespace tarnwell::console

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "forms/frm_main.h"
+#include "link/sspa_public.h"
+#include "session/stored_properties.h"
+
+namespace tarnwell::session {
+
+/// The entry of the bus address on the main form, while there is no session.
+class ConnectAddressEntry {
+ public:
+  ConnectAddressEntry(forms::frmMain& form, link::SSPA_Public& shared, StoredProperties& properties)
+      : m_form(form), m_shared(shared), m_properties(properties) {}
+
+  /// Shows the spin's value, puts it in use and stores it. Also takes a half-typed entry back.
+  void updwnConnectAddress_Change();
+  void txtConnectAddress_KeyPress(forms::KeyAscii& key);
+  void txtConnectAddress_KeyDown(int key);
+
+ private:
+  void EnterAddress();
+
+  forms::frmMain& m_form;
+  link::SSPA_Public& m_shared;
+  StoredProperties& m_properties;
+};
+
+}  // namespace tarnwell::session

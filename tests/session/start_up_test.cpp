@@ -1,0 +1,112 @@
+#include <QScreen>
+
+#include "support/program_test.h"
+
+namespace tarnwell::test {
+namespace {
+
+class StartUpTest : public ProgramTest {};
+
+TEST_F(StartUpTest, FirstRunWithAnEmptyStore) {
+  Start();
+  EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
+  EXPECT_EQ(Title(), "Vorel Tarnwell v2.01 : No Connection");
+  EXPECT_EQ(EnabledControls(), "cmdConnect fraCommsConnect lblAddress txtConnectAddress updwnConnectAddress");
+  EXPECT_EQ(Find<forms::TextBox>("txtConnectAddress").Text(), QStringLiteral("0"));
+  EXPECT_TRUE(Find("fra7316Status").isHidden() && Find("imgAlarm").isHidden() && Find("imgOk").isHidden());
+  EXPECT_FALSE(Main().mnuSnapshot.isEnabled() || Main().mnuSSPASettings.isEnabled());
+  EXPECT_TRUE(Main().mnuExit.isEnabled() && Main().mnuSWOpt.isEnabled());
+  EXPECT_TRUE(Shared().AudibleNotify && Shared().PortRS232);
+  EXPECT_EQ(Shared().RS485Control, 0);
+  EXPECT_TRUE(Main().tmrForcePollResume.Enabled());
+  EXPECT_FALSE(Main().tmrFlasher.Enabled());
+  EXPECT_EQ(Main().size(), QSize(640, 480));
+  EXPECT_EQ(Main().geometry().center(), Main().screen()->geometry().center());
+  EXPECT_EQ(m_port.Commands(), "");
+  EXPECT_FALSE(m_port.PortOpen());
+}
+
+TEST_F(StartUpTest, WithoutACounterTheProgramEnds) {
+  m_counter.Break();
+  m_program.emplace(app::Machine{m_counter, m_yielder, m_port, m_desktop});
+  EXPECT_FALSE(m_program->Start());
+  EXPECT_EQ(m_desktop.TakeMessages(),
+            QStringList(QStringLiteral("(X) PC does not support high performance counters needed!")));
+  EXPECT_TRUE(Main().Unloaded());
+  EXPECT_FALSE(Main().isVisible());
+}
+
+TEST_F(StartUpTest, GoodPropertiesAreApplied) {
+  SaveProperty("Settings", "1200,e,7,2");
+  SaveProperty("CommPort", "3");
+  SaveProperty("Handshaking", "2");
+  SaveProperty("ConnectAddress", "31");
+  SaveProperty("AudibleNotify", "False");
+  SaveProperty("RS232", "False");
+  SaveProperty("RS485Control", "1");
+  Start();
+  EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
+  EXPECT_EQ(m_port.Settings(), "1200,e,7,2");
+  EXPECT_EQ(m_port.CommPort(), 3);
+  EXPECT_EQ(m_port.Handshaking(), 2);
+  EXPECT_EQ(Shared().ConnectAddress, 31);
+  EXPECT_FALSE(Shared().AudibleNotify || Shared().PortRS232);
+  EXPECT_EQ(Shared().RS485Control, 1);
+}
+
+TEST_F(StartUpTest, EachRefusedPropertyHasItsOwnMessageAlone) {
+  m_port.RefuseSettings(true);
+  SaveProperty("Settings", "fast");
+  SaveProperty("CommPort", "none");
+  SaveProperty("Handshaking", "many");
+  SaveProperty("ConnectAddress", "32");
+  SaveProperty("AudibleNotify", "maybe");
+  SaveProperty("RS232", "maybe");
+  SaveProperty("RS485Control", "x");
+  Start();
+  EXPECT_EQ(m_desktop.TakeMessages(),
+            QStringList({QStringLiteral("(!) Corrupted Registry entry for data format or baud rate, using default."),
+                         QStringLiteral("(!) Corrupted Registry entry for handshaking, using default."),
+                         QStringLiteral("(!) Corrupted Registry entry for address, using default.")}));
+  EXPECT_EQ(m_port.Settings(), "9600,n,8,1");
+  EXPECT_EQ(m_port.CommPort(), 1);
+  EXPECT_EQ(m_port.Handshaking(), 0);
+  EXPECT_EQ(Shared().ConnectAddress, 0);
+  EXPECT_FALSE(Shared().AudibleNotify || Shared().PortRS232);
+  EXPECT_EQ(StoredProperty("ConnectAddress"), QStringLiteral("32")) << "a bad value stays in the store";
+}
+
+TEST_F(StartUpTest, StoredAddressIsANumberInRange) {
+  const std::tuple<const char*, int, int> cases[] = {{"31", 31, 0}, {"-1", 0, 1},   {"abc", 0, 1}, {"3.7", 4, 0},
+                                                     {"0", 0, 0},   {"31.2", 0, 1}, {"nan", 0, 1}, {" 5 ", 5, 0}};
+  for (const auto& [text, address, messages] : cases) {
+    SaveProperty("ConnectAddress", text);
+    Start();
+    EXPECT_EQ(Shared().ConnectAddress, address) << text;
+    EXPECT_EQ(Find<forms::TextBox>("txtConnectAddress").Text(), QString::number(address)) << text;
+    EXPECT_EQ(m_desktop.TakeMessages().size(), messages) << text;
+  }
+}
+
+TEST_F(StartUpTest, AddressEntryIsStoredAtOnce) {
+  Start();
+  QWidget& field = Find("txtConnectAddress");
+  ClickOn("txtConnectAddress");
+  QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(&field, QStringLiteral("4x5"));
+  EXPECT_EQ(StoredProperty("ConnectAddress"), QString()) << "typing alone stores nothing";
+  QTest::keyClick(&field, Qt::Key_Return);
+  EXPECT_EQ(Shared().ConnectAddress, 31) << "45 is held at the limit";
+  EXPECT_EQ(StoredProperty("ConnectAddress"), QStringLiteral("31"));
+  QTest::keyClick(&field, Qt::Key_Up);
+  EXPECT_EQ(Shared().ConnectAddress, 31);
+  QTest::keyClick(&field, Qt::Key_Down);
+  EXPECT_EQ(StoredProperty("ConnectAddress"), QStringLiteral("30"));
+  QTest::keyClick(&field, Qt::Key_Backspace);
+  QTest::keyClick(&field, Qt::Key_Tab);
+  EXPECT_EQ(Find<forms::TextBox>("txtConnectAddress").Text(), QStringLiteral("30")) << "left without Enter: dropped";
+  EXPECT_EQ(Shared().ConnectAddress, 30);
+}
+
+}  // namespace
+}  // namespace tarnwell::test

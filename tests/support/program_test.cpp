@@ -1,0 +1,91 @@
+#include "support/program_test.h"
+
+#include <QSettings>
+
+namespace tarnwell::test {
+
+namespace {
+
+QSettings Store() {
+  return {QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Tarnwell"), QStringLiteral("Tarnwell v2.01")};
+}
+
+QString PropertyPath(const char* key) { return QStringLiteral("Properties/") + QString::fromLatin1(key); }
+
+std::string SortedNames(const QList<QWidget*>& controls, bool (*chosen)(const QWidget&)) {
+  QStringList names;
+  for (const QWidget* control : controls) {
+    const bool named = !control->objectName().isEmpty() && !control->objectName().startsWith(QLatin1String("qt_"));
+    if (named && chosen(*control)) names += control->objectName();
+  }
+  names.sort();
+  return names.join(QLatin1Char(' ')).toStdString();
+}
+
+}  // namespace
+
+void FakeDesktop::ShowMessage(const platform::Message& message) {
+  const char* icons[] = {"", "(i) ", "(!) ", "(X) "};
+  QString text = QString::fromLatin1(icons[static_cast<int>(message.icon)]) + message.text;
+  if (!message.details.isEmpty()) text += QLatin1String(" | ") + message.details;
+  m_messages += text;
+  if (m_onMessage) m_onMessage();
+}
+
+ReplyTable AmplifierReplies() {
+  return {{"CT?", "CT=240W C-BAND"}, {"CV?", "CV=0264C-01 V6.01"}, {"CP?", "CP=PIN 3"}, {"CH?", "CH=842"},
+          {"G?", "G=-3.4"},          {"VR?", "VR=12.34"},          {"S?", "S=OT"},      {"A?", "A="},
+          {"VT?", "VT=41"},          {"VT2?", "VT2=42.5"},         {"S=X", "S=OX"},     {"S=S", "S=ST"}};
+}
+
+ReplyTable ControllerReplies() {
+  return {{"CT?", "CT=7316 RCP"}, {"S?", "S=M"},   {"CM?", "CM=2"}, {"A?", "A="},
+          {"O?", "O=13"},         {"PA?", "PA=1"}, {"PB?", "PB=3"}, {"CP?", "CP=N"}};
+}
+
+ProgramTest::ProgramTest() {
+  Store().clear();
+  m_port.AnswerAlways([this](const std::string& command) -> std::optional<std::string> {
+    const auto row = m_replies.find(command);
+    if (row == m_replies.end()) return std::nullopt;
+    return row->second;
+  });
+}
+
+ProgramTest::~ProgramTest() = default;
+
+void ProgramTest::SaveProperty(const char* key, const char* text) {
+  Store().setValue(PropertyPath(key), QString::fromLatin1(text));
+}
+
+QString ProgramTest::StoredProperty(const char* key) { return Store().value(PropertyPath(key)).toString(); }
+
+void ProgramTest::Start() {
+  m_program.emplace(app::Machine{m_counter, m_yielder, m_port, m_desktop});
+  ASSERT_TRUE(m_program->Start() && QTest::qWaitForWindowActive(&Main()));
+  m_port.TakeTranscript();
+}
+
+void ProgramTest::ClickOn(const char* name) {
+  QWidget& control = Find(name);
+  ASSERT_TRUE(control.isVisible() && control.isEnabled()) << name << " can't be reached";
+  QTest::mouseClick(&control, Qt::LeftButton);
+}
+
+void ProgramTest::DisconnectAfter(int polls) {
+  m_yielder.SkipYields(polls - 1);
+  m_yielder.OnYield([this] { ClickOn("cmdConnect"); });
+}
+
+std::string ProgramTest::EnabledControls() {
+  return SortedNames(Main().Inner().findChildren<QWidget*>(), [](const QWidget& w) { return w.isEnabled(); });
+}
+
+std::string ProgramTest::SelectedOptions() {
+  return SortedNames(Main().Inner().findChildren<QWidget*>(), [](const QWidget& control) {
+    const auto* option = qobject_cast<const forms::OptionButton*>(&control);
+    return option != nullptr && option->Value();
+  });
+}
+
+}  // namespace tarnwell::test

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QStringList>
+#include <QtTest/QTest>
+#include <functional>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "app/program.h"
+#include "support/scripted_port.h"
+#include "support/virtual_counter.h"
+
+namespace tarnwell::test {
+
+/// A desktop that shows nothing: message boxes are noted, and closed at once after `OnMessage`.
+class FakeDesktop final : public platform::Desktop {
+ public:
+  void ShowMessage(const platform::Message& message) override;
+  void Beep() override { ++m_beeps; }
+  void SetBusyPointer(bool busy) override { m_busy = busy; }
+
+  /// Runs while a message box is up.
+  void OnMessage(std::function<void()> action) { m_onMessage = std::move(action); }
+
+  /// The texts shown since the last call, "(!)", "(i)" or "(X)" for the icon ahead, details behind a "|".
+  QStringList TakeMessages() { return std::exchange(m_messages, {}); }
+  int TakeBeeps() { return std::exchange(m_beeps, 0); }
+  bool Busy() const { return m_busy; }
+
+ private:
+  QStringList m_messages;
+  std::function<void()> m_onMessage;
+  int m_beeps = 0;
+  bool m_busy = false;
+};
+
+/// A device that answers by a table: "S?" gives "S=OT". A command without a row is met with silence.
+using ReplyTable = std::map<std::string, std::string>;
+
+ReplyTable AmplifierReplies();   ///< class 3, two modules, platform 2; online, RF on, gain -3.4
+ReplyTable ControllerReplies();  ///< 1:2, manual, no priority
+
+/// The whole program on a scripted port, a virtual counter and an empty store. A session runs inside Connect(): what is
+/// to happen in it is queued as actions of the yield.
+class ProgramTest : public testing::Test {
+ protected:
+  ProgramTest();
+  ~ProgramTest() override;
+
+  void SaveProperty(const char* key, const char* text);
+  QString StoredProperty(const char* key);
+
+  void Start();
+  forms::frmMain& Main() { return m_program->MainForm(); }
+  link::SSPA_Public& Shared() { return m_program->Shared(); }
+
+  /// The control of that object name; fails the test and stops it when there is none.
+  template <typename Control = QWidget>
+  Control& Find(const char* name) {
+    auto* control = m_program->MainForm().findChild<Control*>(QString::fromLatin1(name));
+    if (control == nullptr) ADD_FAILURE() << "no control " << name;
+    return *control;
+  }
+
+  /// A mouse click on a control that the operator can reach.
+  void ClickOn(const char* name);
+
+  /// Presses cmdConnect and stays in the session until it ends.
+  void Connect() { ClickOn("cmdConnect"); }
+  /// Ends the session after that many polls.
+  void DisconnectAfter(int polls);
+
+  /// Object names of what is enabled, sorted, joined by blanks.
+  std::string EnabledControls();
+  /// Names of the options that are selected, sorted, joined by blanks.
+  std::string SelectedOptions();
+  std::string Title() { return Main().Title().toStdString(); }
+  std::string CaptionOf(const char* label) { return Find<forms::Label>(label).Caption().toStdString(); }
+
+  VirtualCounter m_counter;
+  VirtualYielder m_yielder{m_counter};
+  ScriptedPort m_port{m_counter};
+  FakeDesktop m_desktop;
+  ReplyTable m_replies;
+  std::optional<app::Program> m_program;
+};
+
+}  // namespace tarnwell::test

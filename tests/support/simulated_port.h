@@ -1,0 +1,89 @@
+#pragma once
+
+#include <string>
+
+#include "platform/serial_port.h"
+#include "sim/faults.h"
+#include "sim/frame_server.h"
+#include "sim/outbox.h"
+#include "support/virtual_counter.h"
+
+namespace tarnwell::test {
+
+/// A line to simulated devices, faults and all, in virtual time.
+class SimulatedPort final : public platform::SerialPort {
+ public:
+  static constexpr double kLookTakes = 0.001;   ///< seconds that an empty line is looked at
+  static constexpr double kAnswerTime = 0.005;  ///< seconds
+
+  SimulatedPort(VirtualCounter& counter, sim::FrameServer& devices, sim::Faults& faults)
+      : m_counter(counter), m_devices(devices), m_faults(faults) {}
+
+  /// Commands sent so far, each try counted.
+  int Sent() const { return m_sent; }
+  /// Of them, those that ask nothing.
+  int SentOrders() const { return m_orders; }
+  /// The bytes that were read since the last command went out.
+  const std::string& Read() const { return m_read; }
+  /// What the device made of the last command, before the line's faults.
+  const std::string& TrueReply() const { return m_trueReply; }
+
+  int CommPort() const override { return 1; }
+  bool SetCommPort(int) override { return true; }
+  std::string Settings() const override { return "9600,n,8,1"; }
+  bool SetSettings(std::string_view) override { return true; }
+  int Handshaking() const override { return 0; }
+  bool SetHandshaking(int) override { return true; }
+  bool PortOpen() const override { return m_open; }
+  bool SetPortOpen(bool open) override {
+    m_open = open;
+    return true;
+  }
+  bool SetInputMode(int) override { return true; }
+  std::string OpenFailure() const override { return {}; }
+  void SetRTSEnable(bool) override {}
+  bool CTSHolding() const override { return true; }
+  int OutBufferCount() override { return 0; }
+  void DiscardOutput() override {}
+  bool DevicePresent() override { return true; }
+
+  int InBufferCount() override {
+    if (Arrived().empty()) m_counter.Advance(kLookTakes);
+    return static_cast<int>(Arrived().size());
+  }
+  void DiscardInput() override { Arrived().clear(); }
+
+  void Output(std::string_view bytes) override {
+    ++m_sent;
+    if (bytes[bytes.size() - 3] != '?') ++m_orders;
+    m_read.clear();
+    m_trueReply.clear();
+    for (const sim::Exchange& exchange : m_devices.Receive(bytes)) {
+      if (!exchange.reply) continue;
+      m_trueReply = *exchange.reply;
+      m_line.Add(m_counter.Seconds() + kAnswerTime, m_faults.Apply(exchange.frame));
+    }
+  }
+
+  std::uint8_t Input() override {
+    m_read += m_arrived.front();
+    m_arrived.erase(0, 1);
+    return static_cast<std::uint8_t>(m_read.back());
+  }
+
+ private:
+  std::string& Arrived() { return m_arrived += m_line.Take(m_counter.Seconds()); }
+
+  VirtualCounter& m_counter;
+  sim::FrameServer& m_devices;
+  sim::Faults& m_faults;
+  sim::Outbox m_line{0};
+  std::string m_arrived;
+  std::string m_read;
+  std::string m_trueReply;
+  int m_sent = 0;
+  int m_orders = 0;
+  bool m_open = false;
+};
+
+}  // namespace tarnwell::test
