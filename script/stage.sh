@@ -1,0 +1,49 @@
+# Sourced by script/run and script/bench from the project's folder: a simulated device as COM1 in a configuration folder
+# of its own, and a display where there is none. What was started ends with the script that sourced this.
+
+bin=$PWD/build/release/bin
+mkdir -p build/run
+# The operator's own stored properties and port map stay untouched.
+run=$(mktemp -d "$PWD/build/run/XXXXXX")
+export XDG_CONFIG_HOME=$run/config
+
+children=()
+finish() {
+  trap - EXIT
+  for child in "${children[@]}"; do kill "$child" 2>/dev/null || true; done
+  wait
+  rm -rf "$run"
+}
+trap finish EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM HUP
+
+# wait_until PID COMMAND...: until the command holds; false when the process ends first or ten seconds have gone.
+wait_until() {
+  local pid=$1
+  shift
+  for _ in {1..1000}; do
+    "$@" && return 0
+    kill -0 "$pid" 2>/dev/null || return 1
+    sleep 0.01
+  done
+  return 1
+}
+
+# Its standard input is the script's: what is typed goes to the simulator.
+start_simulator() {
+  local link=$XDG_CONFIG_HOME/tarnwell/ports/com1
+  mkdir -p "$(dirname "$link")"
+  "$bin/vorel-sim" --link "$link" "$@" <&0 &
+  children+=($!)
+  wait_until $! test -e "$link" || { echo "$0: the simulator did not start" >&2; exit 1; }
+}
+
+start_display() {
+  Xvfb -displayfd 3 -screen 0 1280x1024x24 -dpi 96 -nolisten tcp 3>"$run/display" 2>"$run/xvfb.log" &
+  children+=($!)
+  wait_until $! test -s "$run/display" || { cat "$run/xvfb.log" >&2; exit 1; }
+  export DISPLAY=":$(<"$run/display")" QT_QPA_PLATFORM=xcb
+  openbox --sm-disable >/dev/null 2>&1 &
+  children+=($!)
+}

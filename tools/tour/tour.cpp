@@ -1,0 +1,104 @@
+#include "tour.h"
+
+#include <QApplication>
+#include <QScreen>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+
+namespace tarnwell::tour {
+
+namespace {
+
+constexpr int kBetweenLooks = 400;        // ms; long enough to draw what changed
+constexpr qint64 kLongestStage = 30'000;  // ms
+
+bool IsBlank(const QImage& picture) {
+  if (picture.isNull()) return true;
+  QImage plain(picture.size(), picture.format());
+  plain.fill(picture.pixelColor(0, 0));
+  return picture == plain;
+}
+
+bool HasText(const forms::Label& label) { return !label.Caption().trimmed().isEmpty(); }
+
+}  // namespace
+
+const std::array<Tour::Stage, 3> Tour::kStages = {{
+    {&Tour::IsDisconnected, &Tour::StartPicture, &Tour::PressConnect},
+    {&Tour::ShowsDevice, &Tour::DevicePicture, &Tour::PressConnect},
+    {&Tour::IsDisconnected, &Tour::EndPicture, &Tour::Close},
+}};
+
+int Tour::Run() {
+  m_sinceLastStage.start();
+  LookAgain();
+  QApplication::exec();
+  return m_result;
+}
+
+// A timer of its own for each look: a press that starts a session doesn't return before the session's end.
+void Tour::LookAgain() {
+  QTimer::singleShot(kBetweenLooks, &m_program.MainForm(), [this] { Look(); });
+}
+
+void Tour::Look() {
+  if (m_sinceLastStage.elapsed() > kLongestStage) {
+    Fail(QStringLiteral("stage %1 did not come in time; the window says: %2")
+             .arg(m_stage)
+             .arg(m_program.MainForm().Title()));
+    return;
+  }
+  // What is ready at two looks in a row has been drawn.
+  const Stage& stage = kStages[m_stage];
+  const bool ready = (this->*stage.ready)();
+  if (!ready || !std::exchange(m_wasReady, ready) || !TakePicture((this->*stage.picture)())) {
+    m_wasReady = ready;
+    LookAgain();
+    return;
+  }
+  if (m_failed) return;
+  m_wasReady = false;
+  m_sinceLastStage.restart();
+  if (++m_stage < kStages.size()) LookAgain();
+  (this->*stage.act)();
+}
+
+bool Tour::TakePicture(const QString& name) {
+  const forms::Form& form = m_program.MainForm();
+  const QRect frame = form.frameGeometry();
+  const QImage picture = form.screen()->grabWindow(0, frame.x(), frame.y(), frame.width(), frame.height()).toImage();
+  const QString path = m_pictures.filePath(name + QStringLiteral(".png"));
+  if (IsBlank(picture)) return false;
+  if (!picture.save(path)) Fail(QStringLiteral("no picture in ") + path);
+  return true;
+}
+
+bool Tour::IsDisconnected() const { return m_program.MainForm().Title().contains(QLatin1String("No Connection")); }
+
+bool Tour::ShowsDevice() const {
+  const forms::frmMain& form = m_program.MainForm();
+  if (!form.Title().contains(QLatin1String("Connected to")) || !HasText(form.lblAlarm)) return false;
+  const bool controller = m_program.Shared().SSPAType == link::kRedundancyController;
+  return controller ? HasText(form.lbl7316PathAState) : HasText(form.lblRFLevel) && HasText(form.lblTempMod1);
+}
+
+QString Tour::DevicePicture() const {
+  const bool controller = m_program.Shared().SSPAType == link::kRedundancyController;
+  return controller ? QStringLiteral("controller") : QStringLiteral("amplifier");
+}
+
+void Tour::PressConnect() { QTest::mouseClick(&m_program.MainForm().cmdConnect, Qt::LeftButton); }
+
+void Tour::Close() {
+  m_result = 0;
+  m_program.MainForm().UnloadForm();
+}
+
+void Tour::Fail(const QString& reason) {
+  m_failed = true;
+  qCritical("tour: %s", qUtf8Printable(reason));
+  m_program.MainForm().UnloadForm();
+}
+
+}  // namespace tarnwell::tour

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QImage>
+
+#include "app/program.h"
+
+namespace tarnwell::tour {
+
+/// Takes the operator's part: presses the buttons of a running console and leaves a picture of every stage.
+class Tour {
+ public:
+  Tour(app::Program& program, QDir pictures) : m_program(program), m_pictures(std::move(pictures)) {}
+
+  /// Runs the event loop until the tour is over. 0: every picture was taken.
+  int Run();
+
+  /// Ends the tour without success. Safe from any depth of the stack.
+  void Fail(const QString& reason);
+
+ private:
+  /// A stage: once `ready` holds, its picture is taken and `act` leads to the next one.
+  struct Stage {
+    bool (Tour::*ready)() const;
+    QString (Tour::*picture)() const;
+    void (Tour::*act)();
+  };
+  static const std::array<Stage, 3> kStages;
+
+  void LookAgain();
+  void Look();
+  /// False: nothing has been drawn yet.
+  bool TakePicture(const QString& name);
+
+  bool IsDisconnected() const;
+  bool ShowsDevice() const;
+  QString StartPicture() const { return QStringLiteral("start"); }
+  QString DevicePicture() const;
+  QString EndPicture() const { return QStringLiteral("disconnected"); }
+  void PressConnect();
+  void Close();
+
+  app::Program& m_program;
+  QDir m_pictures;
+  QElapsedTimer m_sinceLastStage;
+  std::size_t m_stage = 0;
+  bool m_wasReady = false;
+  bool m_failed = false;
+  int m_result = 1;
+};
+
+}  // namespace tarnwell::tour
