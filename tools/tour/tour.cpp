@@ -6,6 +6,11 @@
 #include <QTimer>
 #include <algorithm>
 
+#include "forms/frm_alarms.h"
+#include "forms/frm_options.h"
+#include "forms/frm_save_snapshot.h"
+#include "forms/frm_settings.h"
+
 namespace tarnwell::tour {
 
 namespace {
@@ -24,9 +29,10 @@ bool HasText(const forms::Label& label) { return !label.Caption().trimmed().isEm
 
 }  // namespace
 
-const std::array<Tour::Stage, 3> Tour::kStages = {{
+const std::array<Tour::Stage, 4> Tour::kStages = {{
     {&Tour::IsDisconnected, &Tour::StartPicture, &Tour::PressConnect},
-    {&Tour::ShowsDevice, &Tour::DevicePicture, &Tour::PressConnect},
+    {&Tour::ShowsDevice, &Tour::DevicePicture, &Tour::Maximise},
+    {&Tour::IsMaximised, &Tour::MaximisedPicture, &Tour::RestoreAndDisconnect},
     {&Tour::IsDisconnected, &Tour::EndPicture, &Tour::Close},
 }};
 
@@ -90,7 +96,30 @@ QString Tour::DevicePicture() const {
 
 void Tour::PressConnect() { QTest::mouseClick(&m_program.MainForm().cmdConnect, Qt::LeftButton); }
 
+void Tour::Maximise() { m_program.MainForm().showMaximized(); }
+
+bool Tour::IsMaximised() const { return m_program.MainForm().isMaximized() && ShowsDevice(); }
+
+void Tour::RestoreAndDisconnect() {
+  m_program.MainForm().showNormal();
+  PressConnect();
+}
+
+// The forms that no logic opens yet, as they are when they are made.
+void Tour::TakePicturesOfViews() {
+  forms::frmAlarms alarms;
+  forms::frmSettings settings(m_program.MainForm().lblRFLevel);
+  forms::frmOptions options;
+  forms::frmSaveSnapshot snapshot;
+  for (forms::Form* form : std::initializer_list<forms::Form*>{&alarms, &settings, &options, &snapshot}) {
+    const QString path = m_pictures.filePath(form->objectName() + QStringLiteral(".png"));
+    if (!form->grab().save(path)) Fail(QStringLiteral("no picture in ") + path);
+  }
+}
+
 void Tour::Close() {
+  TakePicturesOfViews();
+  if (m_failed) return;
   m_result = 0;
   m_program.MainForm().UnloadForm();
 }

@@ -26,7 +26,7 @@ class Tour {
     QString (Tour::*picture)() const;
     void (Tour::*act)();
   };
-  static const std::array<Stage, 3> kStages;
+  static const std::array<Stage, 4> kStages;
 
   void LookAgain();
   void Look();
@@ -37,8 +37,13 @@ class Tour {
   bool ShowsDevice() const;
   QString StartPicture() const { return QStringLiteral("start"); }
   QString DevicePicture() const;
+  QString MaximisedPicture() const { return QStringLiteral("maximised"); }
   QString EndPicture() const { return QStringLiteral("disconnected"); }
   void PressConnect();
+  void Maximise();
+  bool IsMaximised() const;
+  void RestoreAndDisconnect();
+  void TakePicturesOfViews();
   void Close();
 
   app::Program& m_program;
