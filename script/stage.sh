@@ -46,4 +46,8 @@ start_display() {
   export DISPLAY=":$(<"$run/display")" QT_QPA_PLATFORM=xcb
   openbox --sm-disable >/dev/null 2>&1 &
   children+=($!)
+  # A window that is there before its manager may stay where no picture finds it.
+  wait_until $! has_window_manager || { echo "$0: the window manager did not start" >&2; exit 1; }
 }
+
+has_window_manager() { xdotool get_num_desktops >/dev/null 2>&1; }
