@@ -1,19 +1,12 @@
 #include "app/program.h"
 
+#include "app/wires.h"
+
 namespace tarnwell::app {
 
-namespace {
-
-/// One wire: `handler` is called in the event itself.
-template <typename Control, typename Event, typename Handler>
-void On(Control& control, Event event, Handler handler) {
-  QObject::connect(&control, event, &control, handler);
-}
-
-}  // namespace
-
 Program::Program(const Machine& machine)
-    : m_timing(machine.counter, machine.yielder),
+    : m_machine(machine),
+      m_timing(machine.counter, machine.yielder),
       m_line(m_shared, m_timing, machine.comConnect),
       m_indicator(m_main, m_shared, machine.desktop),
       m_readers(m_main, m_shared, m_line, m_timing, m_session, m_indicator),
@@ -22,6 +15,7 @@ Program::Program(const Machine& machine)
       m_polls(m_main, m_shared, m_timing, m_session, m_readers),
       m_connection(m_main, m_shared, m_line, m_timing, machine.comConnect, machine.desktop, m_session, m_readers,
                    m_polls),
+      m_opener(m_main, m_timing),
       m_startUp(m_main, m_shared, m_timing, machine.comConnect, machine.desktop, m_properties) {
   WireForm();
   WireCommands();

@@ -8,6 +8,7 @@
 #include "link/send_command.h"
 #include "session/connect_address.h"
 #include "session/connection.h"
+#include "session/form_opener.h"
 #include "session/poll_cycle.h"
 #include "session/start_up.h"
 #include "session/stored_properties.h"
@@ -40,6 +41,7 @@ class Program {
   void WireCommands();
   void WireEntries();
 
+  Machine m_machine;
   link::SSPA_Public m_shared;
   link::IntervalTiming m_timing;
   link::SerialLink m_line;
@@ -52,6 +54,7 @@ class Program {
   session::ConnectAddressEntry m_address;
   session::PollCycle m_polls;
   session::Connection m_connection;
+  session::FormOpener m_opener;
   session::StartUp m_startUp;
 };
 
