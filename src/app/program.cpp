@@ -34,6 +34,8 @@ void Program::WireForm() {
   On(m_main, &Form::Load, [this] { m_startUp.Form_Load(); });
   On(m_main, &Form::Unload, [this] { m_session.PollRunning = false; });
   On(m_main.cmdConnect, &CommandButton::Click, [this] { m_connection.cmdConnect_Click(); });
+  On(m_main.cmdViewAlarms, &CommandButton::Click, [this] { OpenAlarms(); });
+  On(m_main.mnuSWOpt, &Menu::Click, [this] { OpenOptions(); });
   On(m_main.mnuExit, &Menu::Click, [this] { m_main.UnloadForm(); });
   On(m_main.tmrFlasher, &Timer::Tick, [this] { m_indicator.FlashAlarmIndicators(); });
   On(m_main.tmrForcePollResume, &Timer::Tick, [this] { m_polls.tmrForcePollResume_Timer(); });

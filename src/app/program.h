@@ -40,6 +40,8 @@ class Program {
   void WireForm();
   void WireCommands();
   void WireEntries();
+  void OpenAlarms();
+  void OpenOptions();
 
   Machine m_machine;
   link::SSPA_Public m_shared;

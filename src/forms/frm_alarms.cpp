@@ -45,6 +45,7 @@ frmAlarms::frmAlarms() : Form("frmAlarms", "", Border::kFixedSingle, 9480, 6795)
                  kDisabled | kGraphical | Background(kUnusedColour) | kBold | Points(9.75)});
   NameValues(*this);
   SetSafeFocus(cmdExit);
+  SetCancelButton(cmdExit);
   fra7316Alarms.raise();
   GiveIcon(*this);
   connect(this, &Form::Resize, this, [this] { ArrangeAlarms(*this); });

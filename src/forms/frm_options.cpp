@@ -21,6 +21,8 @@ void NameFields(frmOptions& f) {
 frmOptions::frmOptions() : Form("frmOptions", "", Border::kFixedDialog, 7110, 5025) {
   NameFields(*this);
   SetSafeFocus(cmdCancel);
+  SetCancelButton(cmdCancel);
+  SetDefaultButton(cmdOK);
   tabOptions.lower();
   Place(fraGeneral, kOutOfSight, 0, ScaleWidth(), ScaleHeight());
   GiveIcon(*this);

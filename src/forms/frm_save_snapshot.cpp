@@ -13,6 +13,7 @@ frmSaveSnapshot::frmSaveSnapshot() : Form("frmSaveSnapshot", "Save Snapshot", Bo
   Place(cmdCancel, 5040, 1305, 1200, 420);
   PairUp({{lblFileDescription, txtSnapShotID}, {lblProgressBar, prgSaveSnapshot}});
   SetSafeFocus(cmdCancel);
+  SetCancelButton(cmdCancel);
   GiveIcon(*this);
 }
 

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <optional>
 
 namespace tarnwell::protocol {
 
@@ -45,6 +46,22 @@ std::string PaddedDigits(int magnitude, std::size_t width) {
   return digits;
 }
 
+/// Takes the longest decimal number off the front of `text`, blanks ahead of it included.
+std::optional<double> TakeNumber(std::string_view& text) {
+  std::string_view rest = text.substr(std::min(text.find_first_not_of(' '), text.size()));
+  const bool negative = !rest.empty() && rest.front() == '-';
+  if (negative || (!rest.empty() && rest.front() == '+')) rest.remove_prefix(1);
+
+  // from_chars would also take "inf" and "nan"
+  const bool number = !rest.empty() && (IsDigit(rest[0]) || (rest.size() > 1 && rest[0] == '.' && IsDigit(rest[1])));
+  if (!number) return std::nullopt;
+  double magnitude = 0.0;
+  const auto result = std::from_chars(rest.data(), rest.data() + rest.size(), magnitude, std::chars_format::fixed);
+  if (result.ec != std::errc{}) return std::nullopt;
+  text = rest.substr(static_cast<std::size_t>(result.ptr - rest.data()));
+  return negative ? -magnitude : magnitude;
+}
+
 }  // namespace
 
 std::string NumberText(double value) {
@@ -57,19 +74,13 @@ std::string NumberText(double value) {
   return (single < 0 ? '-' : ' ') + digits;
 }
 
-double LeadingNumber(std::string_view text) {
-  const std::size_t start = std::min(text.find_first_not_of(' '), text.size());
-  text.remove_prefix(start);
-  const bool negative = !text.empty() && text.front() == '-';
-  if (negative || (!text.empty() && text.front() == '+')) text.remove_prefix(1);
+double LeadingNumber(std::string_view text) { return TakeNumber(text).value_or(0.0); }
 
-  // from_chars would also take "inf" and "nan"
-  const bool number = !text.empty() && (IsDigit(text[0]) || (text.size() > 1 && text[0] == '.' && IsDigit(text[1])));
-  if (!number) return 0.0;
-  double magnitude = 0.0;
-  const auto result = std::from_chars(text.data(), text.data() + text.size(), magnitude, std::chars_format::fixed);
-  if (result.ec != std::errc{}) return 0.0;
-  return negative ? -magnitude : magnitude;
+std::string RoundedText(std::string_view text) {
+  std::string_view rest = text;
+  const std::optional<double> value = TakeNumber(rest);
+  const bool whole = value && rest.find_first_not_of(' ') == std::string_view::npos;
+  return whole ? FixedText(*value, 0, LeadingZero::kAlways) : std::string(text);
 }
 
 int Tenths(double value) {

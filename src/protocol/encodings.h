@@ -19,6 +19,9 @@ std::string NumberText(double value);
 /// No exponent, hexadecimal, "nan" or "inf" is read.
 double LeadingNumber(std::string_view text);
 
+/// A text that is one number, rounded to a whole one, halves away from zero; any other text as it is.
+std::string RoundedText(std::string_view text);
+
 /// Tenths as a spin control holds them: the value times 10, rounded, halves to the even neighbour, held within the
 /// range of an int.
 int Tenths(double value);

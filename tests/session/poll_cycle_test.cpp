@@ -84,32 +84,19 @@ TEST_F(PollCycleTest, LockoutHoldsOverALostLink) {
 
 TEST_F(PollCycleTest, WatchdogActsOnTheSecondTickWithoutABeat) {
   Start();
-  int hidden = 0;
-  struct HideWatch : QObject {
-    int& count;
-    explicit HideWatch(int& c) : count(c) {}
-    bool eventFilter(QObject*, QEvent* event) override {
-      if (event->type() == QEvent::Hide) ++count;
-      return false;
-    }
-  } watch(hidden);
-  Main().installEventFilter(&watch);
-  const auto tick = [this] { Q_EMIT Main().tmrForcePollResume.Tick(); };
-  tick();
-  tick();
-  EXPECT_EQ(hidden, 0) << "no session, no watch";
+  HideCounter hidden(Main());
+  const auto tick = [&] {
+    Q_EMIT Main().tmrForcePollResume.Tick();
+    return hidden.Take();
+  };
+  EXPECT_EQ(tick() + tick(), 0) << "no session, no watch";
   m_replies = AmplifierReplies();
   m_yielder.OnYield([&] {
-    tick();
-    EXPECT_EQ(hidden, 0);
-    tick();
-    EXPECT_EQ(hidden, 1);
+    EXPECT_EQ(tick(), 0);
+    EXPECT_EQ(tick(), 1);
     EXPECT_TRUE(Main().isVisible() && !Main().Unloaded());
   });
-  m_yielder.OnYield([&] {
-    tick();
-    EXPECT_EQ(hidden, 1) << "the pass in between was a beat";
-  });
+  m_yielder.OnYield([&] { EXPECT_EQ(tick(), 0) << "the pass in between was a beat"; });
   DisconnectAfter(1);
   Connect();
 }

@@ -1,6 +1,7 @@
 #include "support/program_test.h"
 
 #include <QSettings>
+#include <QTimer>
 
 namespace tarnwell::test {
 
@@ -66,6 +67,20 @@ void ProgramTest::Start() {
   m_port.TakeTranscript();
 }
 
+forms::Form& ProgramTest::Front() {
+  auto* modal = qobject_cast<forms::Form*>(QApplication::activeModalWidget());
+  return modal != nullptr ? *modal : Main();
+}
+
+void ProgramTest::Open(const std::function<void()>& open, std::function<void()> act) {
+  QTimer::singleShot(0, [this, act = std::move(act)] {
+    ASSERT_NE(&Front(), &Main()) << "no form has opened";
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&Front()));
+    act();
+  });
+  open();
+}
+
 void ProgramTest::ClickOn(const char* name) {
   QWidget& control = Find(name);
   ASSERT_TRUE(control.isVisible() && control.isEnabled()) << name << " can't be reached";
@@ -78,11 +93,11 @@ void ProgramTest::DisconnectAfter(int polls) {
 }
 
 std::string ProgramTest::EnabledControls() {
-  return SortedNames(Main().Inner().findChildren<QWidget*>(), [](const QWidget& w) { return w.isEnabled(); });
+  return SortedNames(Front().Inner().findChildren<QWidget*>(), [](const QWidget& w) { return w.isEnabled(); });
 }
 
 std::string ProgramTest::SelectedOptions() {
-  return SortedNames(Main().Inner().findChildren<QWidget*>(), [](const QWidget& control) {
+  return SortedNames(Front().Inner().findChildren<QWidget*>(), [](const QWidget& control) {
     const auto* option = qobject_cast<const forms::OptionButton*>(&control);
     return option != nullptr && option->Value();
   });

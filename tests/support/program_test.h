@@ -37,6 +37,22 @@ class FakeDesktop final : public platform::Desktop {
   bool m_busy = false;
 };
 
+/// Counts how often a window is hidden.
+class HideCounter final : public QObject {
+ public:
+  explicit HideCounter(QObject& window) { window.installEventFilter(this); }
+  int Take() { return std::exchange(m_count, 0); }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() == QEvent::Hide) ++m_count;
+    return false;
+  }
+
+ private:
+  int m_count = 0;
+};
+
 /// A device that answers by a table: "S?" gives "S=OT". A command without a row is met with silence.
 using ReplyTable = std::map<std::string, std::string>;
 
@@ -57,10 +73,15 @@ class ProgramTest : public testing::Test {
   forms::frmMain& Main() { return m_program->MainForm(); }
   link::SSPA_Public& Shared() { return m_program->Shared(); }
 
-  /// The control of that object name; fails the test and stops it when there is none.
+  /// The modal form that is up, else the main form.
+  forms::Form& Front();
+  /// Opens a modal form and runs `act` as soon as it is up. Returns when the form is gone.
+  void Open(const std::function<void()>& open, std::function<void()> act);
+
+  /// The control of that object name on the form in front; fails the test and stops it when there is none.
   template <typename Control = QWidget>
   Control& Find(const char* name) {
-    auto* control = m_program->MainForm().findChild<Control*>(QString::fromLatin1(name));
+    auto* control = Front().findChild<Control*>(QString::fromLatin1(name));
     if (control == nullptr) ADD_FAILURE() << "no control " << name;
     return *control;
   }
@@ -73,11 +94,11 @@ class ProgramTest : public testing::Test {
   /// Ends the session after that many polls.
   void DisconnectAfter(int polls);
 
-  /// Object names of what is enabled, sorted, joined by blanks.
+  /// Object names of what is enabled on the form in front, sorted, joined by blanks.
   std::string EnabledControls();
   /// Names of the options that are selected, sorted, joined by blanks.
   std::string SelectedOptions();
-  std::string Title() { return Main().Title().toStdString(); }
+  std::string Title() { return Front().Title().toStdString(); }
   std::string CaptionOf(const char* label) { return Find<forms::Label>(label).Caption().toStdString(); }
 
   VirtualCounter m_counter;

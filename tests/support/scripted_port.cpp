@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdio>
 #include <utility>
 
@@ -76,19 +77,25 @@ bool ScriptedPort::SetCommPort(int number) {
 }
 
 bool ScriptedPort::SetSettings(std::string_view settings) {
-  const bool taken = Take(!m_refusesSettings, "Settings=" + std::string(settings));
-  if (taken) m_settings = settings;
+  const bool taken =
+      Take(!m_refusesSettings && settings.find(",,") == std::string_view::npos, "Settings=" + std::string(settings));
+  if (taken) {
+    m_settings = settings;
+    for (char& letter : m_settings) letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+  }
   return taken;
 }
 
 bool ScriptedPort::SetHandshaking(int handshaking) {
-  const bool taken = Take(handshaking == 0 || handshaking == 2, "Handshaking=" + std::to_string(handshaking));
+  const bool taken = Take(!m_refusesHandshaking && (handshaking == 0 || handshaking == 2),
+                          "Handshaking=" + std::to_string(handshaking));
   if (taken) m_handshaking = handshaking;
   return taken;
 }
 
 bool ScriptedPort::SetPortOpen(bool open) {
-  m_openFailure = open ? m_openRefusal : "";
+  const bool refused = open && (m_refusedPort == 0 || m_refusedPort == m_commPort);
+  m_openFailure = refused ? m_openRefusal : "";
   const bool taken = Take(m_openFailure.empty(), open ? "PortOpen=1" : "PortOpen=0");
   if (taken) m_open = open;
   return taken;

@@ -88,10 +88,14 @@ class ScriptedPort final : public platform::SerialPort {
   /// A line for each: seconds since the port was made, or since the last Take, with five decimals, a blank, the entry.
   std::string TimedTranscript() const;
 
-  /// Every opening fails with this reason until "" is given.
-  void RefuseOpening(std::string reason) { m_openRefusal = std::move(reason); }
+  /// Every opening, or that of one port number, fails with this reason until "" is given.
+  void RefuseOpening(std::string reason, int port = 0) {
+    m_openRefusal = std::move(reason);
+    m_refusedPort = port;
+  }
   void RefuseInputMode(bool refused) { m_refusesInputMode = refused; }
   void RefuseSettings(bool refused) { m_refusesSettings = refused; }
+  void RefuseHandshaking(bool refused) { m_refusesHandshaking = refused; }
   void SetCTSHolding(bool holding) { m_ctsHolding = holding; }
   /// Bytes that stand in the output buffer until it is discarded.
   void HoldOutput(int bytes) { m_outBuffered = bytes; }
@@ -145,9 +149,11 @@ class ScriptedPort final : public platform::SerialPort {
   std::deque<ReceivedByte> m_received;  // in order of arrival; later ones are still on their way
 
   std::string m_openRefusal;
+  int m_refusedPort = 0;
   std::string m_openFailure;
   bool m_refusesInputMode = false;
   bool m_refusesSettings = false;
+  bool m_refusesHandshaking = false;
   bool m_present = true;
 
   int m_commPort = 1;

@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QEventLoop>
 #include <QFontMetricsF>
+#include <QKeyEvent>
 #include <QMenuBar>
 #include <QWindow>
 #include <algorithm>
@@ -99,6 +100,18 @@ void Form::SetInnerSize(Twips width, Twips height) {
   ResizeWindow();
   PlaceInner();
   RaiseResize();
+}
+
+void Form::CoverForm(const Form& other) {
+  const int menuBar = m_menuBar != nullptr ? m_menuBar->sizeHint().height() : 0;
+  SetInnerSize(other.width() * kTwipsPerPixel, (other.height() - menuBar) * kTwipsPerPixel);
+  move(other.pos());
+}
+
+// The frames of both windows count as equal: a window that was never shown doesn't know its own.
+void Form::CentreOn(const Form& other) {
+  const QSize margins = (other.size() - size()) / 2;
+  move(other.pos() + QPoint(margins.width(), margins.height()));
 }
 
 double Form::TextWidth(const QString& text) const {
@@ -241,6 +254,17 @@ void Form::RaiseResize() {
 void Form::closeEvent(QCloseEvent* event) {
   event->accept();
   UnloadForm();
+}
+
+void Form::keyPressEvent(QKeyEvent* event) {
+  const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  QAbstractButton* button = event->key() == Qt::Key_Escape ? m_cancelButton : enter ? m_defaultButton : nullptr;
+  const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == 0 && !event->isAutoRepeat();
+  if (button == nullptr || !plain) {
+    QWidget::keyPressEvent(event);
+  } else if (button->isVisible()) {
+    button->click();
+  }
 }
 
 void Form::resizeEvent(QResizeEvent* event) {

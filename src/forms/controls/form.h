@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractButton>
 #include <QFont>
 #include <QPointer>
 #include <QWidget>
@@ -48,6 +49,11 @@ class Form : public QWidget {
   /// form when it is restored.
   void SetInnerSize(Twips width, Twips height);
 
+  /// Takes the place and the size of `other`, before being shown over it.
+  void CoverForm(const Form& other);
+  /// Takes the place in the middle of `other`, before being shown over it.
+  void CentreOn(const Form& other);
+
   /// The width and height of a text in the form's measuring font, in twips. The measuring font is no control's.
   double TextWidth(const QString& text) const;
   double TextHeight(const QString& text) const;
@@ -74,6 +80,10 @@ class Form : public QWidget {
   /// next control gets it that is no option; where none is set, the first such control of the form.
   void SetSafeFocus(QWidget& control) { m_safeFocus = &control; }
 
+  /// The button that Escape presses, and the one that Enter presses, where the focused control has no use for the key.
+  void SetCancelButton(QAbstractButton& button) { m_cancelButton = &button; }
+  void SetDefaultButton(QAbstractButton& button) { m_defaultButton = &button; }
+
   /// Moves the focus as the Tab key does: in reading order, a group of options at its selected one alone.
   void MoveFocus(bool forward);
 
@@ -89,6 +99,7 @@ class Form : public QWidget {
  protected:
   bool focusNextPrevChild(bool next) override;
   void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
   bool event(QEvent* event) override;
@@ -114,6 +125,8 @@ class Form : public QWidget {
   QFont m_measuringFont;
   QPointer<QWidget> m_safeFocus;
   QPointer<QWidget> m_focusedControl;
+  QPointer<QAbstractButton> m_cancelButton;
+  QPointer<QAbstractButton> m_defaultButton;
   bool m_unloaded = false;
 };
 

@@ -1,0 +1,174 @@
+#include "options/options_dialog.h"
+
+#include "console/session_state.h"
+#include "forms/layout.h"
+#include "forms/pages.h"
+#include "platform/port_map.h"
+
+namespace tarnwell::options {
+
+namespace {
+
+constexpr int kPorts = 4;
+constexpr int kRtsCts = 2;
+constexpr double kShareOfMainForm = 0.75;
+
+/// Settings end in ",parity,data bits,stop bits", one character each.
+constexpr int kCharactersBehindRate = 6;
+
+/// Shows `text`. One that a hand-edited store brought is added to the list, so that cmdOK leaves it as it is.
+void ShowText(forms::ComboBox& list, const QString& text) {
+  if (list.findText(text) < 0) list.addItem(text);
+  list.setCurrentIndex(list.findText(text));
+}
+
+QString PortName(int number) { return QStringLiteral("Com%1").arg(number); }
+
+QString BooleanText(bool value) { return value ? QStringLiteral("True") : QStringLiteral("False"); }
+
+}  // namespace
+
+void OptionsDialog::Form_Load(const forms::Form& main) {
+  using forms::kTwipsPerPixel, forms::Rounded;
+  m_form.SetInnerSize(Rounded(kShareOfMainForm * main.width() * kTwipsPerPixel),
+                      Rounded(kShareOfMainForm * main.height() * kTwipsPerPixel));
+  m_form.CentreOn(main);
+  m_form.SetTitle(QStringLiteral("Software Options: ") + console::kApplicationTitle);
+  LoadOptions();
+}
+
+void OptionsDialog::LoadOptions() {
+  FillLists();
+  ShowDataFormat();
+  ShowPort();
+  m_form.optFlow(m_port.Handshaking() == kRtsCts ? 1 : 0)->Select();
+  m_form.opt485Control(m_shared.RS485Control == 1 ? 1 : 0)->Select();
+  (m_shared.AudibleNotify ? m_form.optAudibleOn : m_form.optAudibleOff).Select();
+  (m_shared.PortRS232 ? m_form.optRS232 : m_form.optRS4xx).Select();
+}
+
+void OptionsDialog::FillLists() {
+  const struct {
+    forms::ComboBox& list;
+    QStringList items;
+  } rows[] = {
+      {m_form.cboSpeed,
+       {QStringLiteral("300"), QStringLiteral("1200"), QStringLiteral("2400"), QStringLiteral("9600")}},
+      {m_form.cboDataBits, {QStringLiteral("7"), QStringLiteral("8")}},
+      {m_form.cboParity, {QStringLiteral("None"), QStringLiteral("Even"), QStringLiteral("Odd")}},
+      {m_form.cboStopBits, {QStringLiteral("1"), QStringLiteral("2")}},
+  };
+  for (const auto& row : rows) row.list.addItems(row.items);
+}
+
+void OptionsDialog::ShowDataFormat() {
+  const QString settings = QString::fromStdString(m_port.Settings());
+  ShowText(m_form.cboSpeed, settings.chopped(kCharactersBehindRate));
+  const QString format = settings.right(kCharactersBehindRate);
+  m_form.cboParity.setCurrentIndex(static_cast<int>(QStringLiteral("neo").indexOf(format[1])));
+  ShowText(m_form.cboDataBits, format.mid(3, 1));
+  ShowText(m_form.cboStopBits, format.right(1));
+}
+
+void OptionsDialog::ShowPort() {
+  QStringList devices = platform::DescribePorts(kPorts);
+  for (int number = 1; number <= kPorts; ++number) m_form.cboPort.addItem(PortName(number), number);
+  if (m_port.CommPort() > kPorts) {
+    const int number = m_port.CommPort();
+    m_form.cboPort.addItem(PortName(number), number);
+    devices += platform::DescribePorts(number).last();
+  }
+  for (int i = 0; i < devices.size(); ++i) {
+    m_form.cboPort.setItemData(i, devices[i], Qt::ToolTipRole);
+    devices[i].prepend(m_form.cboPort.itemText(i) + QStringLiteral(": "));
+  }
+  m_form.cboPort.setToolTip(devices.join(QLatin1Char('\n')));
+  m_form.cboPort.setCurrentIndex(m_form.cboPort.findData(m_port.CommPort()));
+}
+
+void OptionsDialog::AllowLine(bool rs232) {
+  m_form.fraFlow.setEnabled(rs232);
+  m_form.fraRS485.setEnabled(!rs232);
+  for (const int i : {0, 1}) {
+    m_form.optFlow(i)->setEnabled(rs232);
+    m_form.opt485Control(i)->setEnabled(!rs232);
+  }
+}
+
+void OptionsDialog::optRS4xx_Click() {
+  m_form.optFlow(0)->Select();
+  AllowLine(false);
+}
+
+void OptionsDialog::tabOptions_Click() {
+  forms::ShowSelectedPage(m_form.tabOptions, {&m_form.fraCommunications, &m_form.fraGeneral});
+}
+
+void OptionsDialog::cmdOk_Click() {
+  if (!ApplyPort() || !ApplyDataFormat() || !ApplyFlow()) return;
+  TakeVariables();
+  StoreProperties();
+  m_form.UnloadForm();
+}
+
+bool OptionsDialog::Refuse(const QString& message, const QString& details) {
+  m_desktop.ShowMessage({message, platform::MessageIcon::kInformation, details});
+  return false;
+}
+
+bool OptionsDialog::ApplyPort() {
+  const int number = m_form.cboPort.currentData().toInt();
+  if (number == m_port.CommPort()) return true;
+  const int oldNumber = m_port.CommPort();
+  const bool wasOpen = m_port.PortOpen();
+  if (wasOpen) m_port.SetPortOpen(false);
+  if (ChangePort(number) && (wasOpen || m_port.SetPortOpen(false))) return true;
+
+  const QString message = QStringLiteral("Unable to use COM%1").arg(m_port.CommPort());
+  Refuse(message, QString::fromStdString(m_port.OpenFailure()));
+  m_port.SetCommPort(oldNumber);
+  if (wasOpen) m_port.SetPortOpen(true);
+  return false;
+}
+
+/// The port's number can only change while it is closed; opening it is the test of the new one.
+bool OptionsDialog::ChangePort(int number) { return m_port.SetCommPort(number) && m_port.SetPortOpen(true); }
+
+bool OptionsDialog::ApplyDataFormat() {
+  const QString settings =
+      QStringList{m_form.cboSpeed.currentText().trimmed(), m_form.cboParity.currentText().left(1),
+                  m_form.cboDataBits.currentText().trimmed(), m_form.cboStopBits.currentText().trimmed()}
+          .join(QLatin1Char(','));
+  return m_port.SetSettings(settings.toStdString()) || Refuse(QStringLiteral("Unable to use data format or data rate"));
+}
+
+bool OptionsDialog::ApplyFlow() {
+  return m_port.SetHandshaking(m_form.optFlow(0)->Value() ? 0 : kRtsCts) ||
+         Refuse(QStringLiteral("Unable to use handshaking"));
+}
+
+void OptionsDialog::TakeVariables() {
+  m_shared.AudibleNotify = m_form.optAudibleOn.Value();
+  m_shared.EngineerUnits = m_form.optEngineer.Value();
+  m_shared.PortRS232 = m_form.optRS232.Value();
+  m_shared.RS485Control = Selected485Control;
+}
+
+void OptionsDialog::StoreProperties() {
+  const auto store = [this](const char* key, const QString& text) {
+    m_properties.SaveStoredProperty(QString::fromLatin1(key), text);
+  };
+  store("Settings", QString::fromStdString(m_port.Settings()));
+  store("CommPort", QString::number(m_port.CommPort()));
+  store("Handshaking", QString::number(m_port.Handshaking()));
+  store("AudibleNotify", BooleanText(m_shared.AudibleNotify));
+  store("Engineer", BooleanText(m_shared.EngineerUnits));
+  store("RS232", BooleanText(m_shared.PortRS232));
+  store("RS485Control", QString::number(m_shared.RS485Control));
+}
+
+void OptionsDialog::RaiseRTS() {
+  if (!m_shared.PortRS232 && m_shared.RS485Control == 0) m_port.SetRTSEnable(true);
+}
+
+}  // namespace tarnwell::options
