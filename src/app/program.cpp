@@ -10,7 +10,7 @@ Program::Program(const Machine& machine)
       m_line(m_shared, m_timing, machine.comConnect),
       m_indicator(m_main, m_shared, machine.desktop),
       m_readers(m_main, m_shared, m_line, m_timing, m_session, m_indicator),
-      m_commands(m_main, m_line, m_timing, m_readers),
+      m_commands(m_main, m_shared, m_line, m_timing, m_readers),
       m_address(m_main, m_shared, m_properties),
       m_polls(m_main, m_shared, m_timing, m_session, m_readers),
       m_connection(m_main, m_shared, m_line, m_timing, machine.comConnect, machine.desktop, m_session, m_readers,

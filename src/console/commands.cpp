@@ -41,7 +41,10 @@ void Commands::SendCommsMode(const protocol::Request& mode) {
 
 void Commands::SendPathCommand(std::string_view setting) {
   const int which = protocol::Holds(setting, "A=") ? 5 : 6;
-  SendAndReadBack(protocol::SetPath(setting), [this, which] { m_readers.ReadPathSelection(which); });
+  SendAndReadBack(protocol::SetPath(setting), [this, which] {
+    m_readers.ReadPathSelection(which);
+    if (!m_shared.CommsLost) m_readers.SelectShownPath(which);
+  });
 }
 
 void Commands::WriteGain() {

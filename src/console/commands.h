@@ -8,8 +8,9 @@ namespace tarnwell::console {
 /// what the device says. A writer that gets no answer shows nothing; the link watch does. None lets other code run.
 class Commands {
  public:
-  Commands(forms::frmMain& form, link::SerialLink& line, const link::IntervalTiming& timing, Readers& readers)
-      : m_form(form), m_line(line), m_timing(timing), m_readers(readers) {}
+  Commands(forms::frmMain& form, const link::SSPA_Public& shared, link::SerialLink& line,
+           const link::IntervalTiming& timing, Readers& readers)
+      : m_form(form), m_shared(shared), m_line(line), m_timing(timing), m_readers(readers) {}
 
   /// Operating state "O", "S"; RF on "T", mute "X"; a controller's mode "A", "M".
   void SendStateCommand(char code);
@@ -33,6 +34,7 @@ class Commands {
   void StepGain(int direction);
 
   forms::frmMain& m_form;
+  const link::SSPA_Public& m_shared;
   link::SerialLink& m_line;
   const link::IntervalTiming& m_timing;
   Readers& m_readers;

@@ -36,14 +36,16 @@ struct PathChoice {
   forms::OptionButton& option;
 };
 
-void ShowPath(std::string_view text, forms::Label& label, const std::array<PathChoice, 2>& choices) {
-  for (const PathChoice& choice : choices) {
-    if (label.Caption().contains(choice.name) || !protocol::Holds(text, choice.digit)) continue;
-    label.SetCaption(choice.name);
-    choice.option.Select();
-    return;
-  }
-  if (protocol::Holds(text, "?")) label.SetCaption(QStringLiteral("UNKNOWN"));
+struct PathView {
+  forms::Label& label;
+  std::array<PathChoice, 2> choices;
+};
+
+/// 5 is path A, anything else path B. The order of the choices is that of the tests.
+PathView ViewOfPath(forms::frmMain& f, int which) {
+  const PathChoice second{"2", QStringLiteral("SSPA2"), which == 5 ? f.opt7316PathA2 : f.opt7316PathB2};
+  if (which == 5) return {f.lbl7316PathAState, {{{"1", QStringLiteral("SSPA1"), f.opt7316PathA1}, second}}};
+  return {f.lbl7316PathBState, {{{"3", QStringLiteral("SSPA3"), f.opt7316PathB3}, second}}};
 }
 
 }  // namespace
@@ -185,16 +187,22 @@ void Readers::ReadSSPAStates() {
 }
 
 void Readers::ReadPathSelection(int which) {
-  const bool pathA = which == 5;
   std::string text;
-  if (!Ask(pathA ? protocol::kPathAQuery : protocol::kPathBQuery, 2, text)) return;
-  const QString second = QStringLiteral("SSPA2");
-  if (pathA) {
-    ShowPath(text, m_form.lbl7316PathAState,
-             {{{"1", QStringLiteral("SSPA1"), m_form.opt7316PathA1}, {"2", second, m_form.opt7316PathA2}}});
-  } else {
-    ShowPath(text, m_form.lbl7316PathBState,
-             {{{"3", QStringLiteral("SSPA3"), m_form.opt7316PathB3}, {"2", second, m_form.opt7316PathB2}}});
+  if (!Ask(which == 5 ? protocol::kPathAQuery : protocol::kPathBQuery, 2, text)) return;
+  const PathView view = ViewOfPath(m_form, which);
+  for (const PathChoice& choice : view.choices) {
+    if (view.label.Caption().contains(choice.name) || !protocol::Holds(text, choice.digit)) continue;
+    view.label.SetCaption(choice.name);
+    choice.option.Select();
+    return;
+  }
+  if (protocol::Holds(text, "?")) view.label.SetCaption(QStringLiteral("UNKNOWN"));
+}
+
+void Readers::SelectShownPath(int which) {
+  const PathView view = ViewOfPath(m_form, which);
+  for (const PathChoice& choice : view.choices) {
+    if (view.label.Caption() == choice.name) choice.option.Select();
   }
 }
 

@@ -24,6 +24,9 @@ class Readers {
   void ReadSSPAStates();
   /// 5 reads path A, anything else path B.
   void ReadPathSelection(int which);
+  /// Selects the option of the amplifier that the path's label names. ReadPathSelection leaves the options alone while
+  /// the label is right, so a refused choice would stay.
+  void SelectShownPath(int which);
   void ReadAlarms();
   /// 6 reads module 1, 12 module 2; anything else reads nothing.
   void ReadTemperature(int which);

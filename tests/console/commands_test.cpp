@@ -22,37 +22,91 @@ class CommandsTest : public ProgramTest {
   std::string m_caused;
 };
 
-TEST_F(CommandsTest, AClickOnAnOptionSendsAndReadsBack) {
-  m_replies = AmplifierReplies();
-  Start();
-  for (const auto& [option, commands] : std::initializer_list<std::pair<const char*, const char*>>{
-           {"optStandby", "S=S S?"}, {"optRFMute", "S=X S?"}, {"optRFOn", "S=T S=T S=T"}, {"optLLO", "LLO LLO LLO"}}) {
-    const char* name = option;
-    EXPECT_EQ(CommandsOf([this, name] { ClickOn(name); }), commands) << option;
-  }
-  EXPECT_EQ(SelectedOptions(), "optLLO optOnline optRFOn")
-      << "an option that got no answer stands until the next status";
+/// An option, another one of its group, and a device that stands at the other.
+struct OptionRow {
+  bool controller;
+  const char* option;
+  const char* sibling;
+  const char* command;
+  const char* query;
+  const char* before;   ///< the query's reply
+  const char* obeyed;   ///< the same once the command was obeyed
+  const char* refused;  ///< commands with a device that answers and stays as it is
+};
 
-  m_replies = ControllerReplies();
-  m_replies["PB=2"] = "PB=2";
-  EXPECT_EQ(CommandsOf([this] { ClickOn("opt7316PathB2"); }), "PB=2 PB?");
-  EXPECT_EQ(CommandsOf([this] { ClickOn("opt7316Auto"); }), "S=A S=A S=A");
-}
+constexpr OptionRow kOptionRows[] = {
+    {false, "optOnline", "optStandby", "S=O", "S?", "S=ST", "S=OT", "S=O S?"},
+    {false, "optStandby", "optOnline", "S=S", "S?", "S=OT", "S=ST", "S=S S?"},
+    // a mute that the device tells is taken over as the operator's own, and sent
+    {false, "optRFOn", "optRFMute", "S=T", "S?", "S=OX", "S=OT", "S=T S? S=X S?"},
+    {false, "optRFMute", "optRFOn", "S=X", "S?", "S=OT", "S=OX", "S=X S?"},
+    {false, "optLLO", "optREM", "LLO", "S?", "S=OT", "S=OTY", "LLO S?"},
+    {false, "optREM", "optLLO", "REM", "S?", "S=OTY", "S=OT", "REM S?"},
+    {true, "opt7316Auto", "opt7316Manual", "S=A", "S?", "S=M", "S=A", "S=A S?"},
+    {true, "opt7316Manual", "opt7316Auto", "S=M", "S?", "S=A", "S=M", "S=M S?"},
+    {true, "opt7316PathA1", "opt7316PathA2", "PA=1", "PA?", "PA=2", "PA=1", "PA=1 PA?"},
+    {true, "opt7316PathA2", "opt7316PathA1", "PA=2", "PA?", "PA=1", "PA=2", "PA=2 PA?"},
+    {true, "opt7316PathB2", "opt7316PathB3", "PB=2", "PB?", "PB=3", "PB=2", "PB=2 PB?"},
+    {true, "opt7316PathB3", "opt7316PathB2", "PB=3", "PB?", "PB=2", "PB=3", "PB=3 PB?"},
+};
 
-TEST_F(CommandsTest, TheDevicesWordStandsWhenTheButtonIsReleased) {
-  m_replies = AmplifierReplies();
-  m_replies["S=S"] = "S=OT";  // answered, not obeyed
-  Start();
-  const std::string commands = CommandsOf([this] {
-    QWidget& option = Find("optStandby");
-    QTest::mousePress(&option, Qt::LeftButton);
+enum class Device { kObeys, kRefuses, kIsSilent };
+
+class OptionTest : public CommandsTest, public testing::WithParamInterface<OptionRow> {
+ protected:
+  void Choose(bool byKeys) {
+    const OptionRow& row = GetParam();
+    QWidget& option = Find(row.option);
+    if (byKeys) {
+      const bool forward = Find(row.sibling).x() < option.x() || Find(row.sibling).y() < option.y();
+      QTest::keyClick(&Find(row.sibling), forward ? Qt::Key_Right : Qt::Key_Left);
+    } else {
+      QTest::mousePress(&option, Qt::LeftButton);
+      QCoreApplication::processEvents();
+      QTest::mouseRelease(&option, Qt::LeftButton);
+    }
     QCoreApplication::processEvents();
-    QTest::mouseRelease(&option, Qt::LeftButton);
-    EXPECT_TRUE(Find<forms::OptionButton>("optOnline").Value());
-    EXPECT_FALSE(Find<forms::OptionButton>("optStandby").Value() || Find<QAbstractButton>("optStandby").isDown());
-  });
-  EXPECT_EQ(commands, "S=S S?");
+  }
+
+  /// What goes out when the option is chosen, and which of the two is shown as soon as that is over.
+  std::string Story(Device device, bool byKeys) {
+    const OptionRow& row = GetParam();
+    m_replies = row.controller ? ControllerReplies() : AmplifierReplies();
+    for (const char* command : {"S=O", "S=S", "S=T", "S=X", "LLO", "REM", "S=A", "S=M"}) m_replies[command] = "S=";
+    for (const char* command : {"PA=1", "PA=2", "PB=2", "PB=3"}) m_replies[command] = command;
+    m_replies[row.query] = row.before;
+    std::string shown;
+    const std::string commands = CommandsOf([&] {
+      if (byKeys) {  // the keys start from the option that the device stands at
+        Find(row.sibling).setFocus();
+        QCoreApplication::processEvents();
+      }
+      m_port.TakeTranscript();
+      if (device == Device::kObeys) m_replies[row.query] = row.obeyed;
+      if (device == Device::kIsSilent) m_replies.erase(row.command);
+      Choose(byKeys);
+      shown = Find<forms::OptionButton>(row.option).Value() ? row.option : row.sibling;
+      EXPECT_NE(Find<forms::OptionButton>(row.option).Value(), Find<forms::OptionButton>(row.sibling).Value());
+      EXPECT_FALSE(Find<QAbstractButton>(row.option).isDown());
+    });
+    return commands + " > " + shown;
+  }
+};
+
+TEST_P(OptionTest, SendsReadsBackAndShowsWhatTheDeviceSays) {
+  const OptionRow& row = GetParam();
+  const std::string command = row.command;
+  Start();
+  for (const bool byKeys : {false, true}) {
+    EXPECT_EQ(Story(Device::kObeys, byKeys), command + ' ' + row.query + " > " + row.option);
+    EXPECT_EQ(Story(Device::kRefuses, byKeys), row.refused + std::string(" > ") + row.sibling);
+    EXPECT_EQ(Story(Device::kIsSilent, byKeys), command + ' ' + command + ' ' + command + " > " + row.option);
+  }
+  EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
 }
+
+INSTANTIATE_TEST_SUITE_P(All, OptionTest, testing::ValuesIn(kOptionRows),
+                         [](const auto& row) { return std::string(row.param.option); });
 
 TEST_F(CommandsTest, GainTypedWithKeys) {
   struct Case {

@@ -40,6 +40,13 @@ class IdleOperatorTest : public ProgramTest {
     Main().activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&Main()));
     ExpectOnlyQueries(option);
+    Open([this] { Q_EMIT Main().mnuSWOpt.Click(); }, [this] { ClickOn("cmdCancel"); });
+    Open([this] { Q_EMIT Main().cmdViewAlarms.Click(); }, [this] { Front().close(); });
+    EXPECT_EQ(Main().focusWidget(), &Main().cmdConnect);
+    ExpectOnlyQueries(option);
+    Find(option).setFocus();
+    QCoreApplication::processEvents();
+    m_port.TakeTranscript();
     Main().HideAndShow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&Main()));
     ExpectOnlyQueries(option);

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/serial_port.h"
 #include "sim/faults.h"
@@ -21,8 +23,8 @@ class SimulatedPort final : public platform::SerialPort {
 
   /// Commands sent so far, each try counted.
   int Sent() const { return m_sent; }
-  /// Of them, those that ask nothing.
-  int SentOrders() const { return m_orders; }
+  /// Of them, those that ask nothing, since the last call.
+  std::vector<std::string> TakeOrders() { return std::exchange(m_orders, {}); }
   /// The bytes that were read since the last command went out.
   const std::string& Read() const { return m_read; }
   /// What the device made of the last command, before the line's faults.
@@ -55,7 +57,7 @@ class SimulatedPort final : public platform::SerialPort {
 
   void Output(std::string_view bytes) override {
     ++m_sent;
-    if (bytes[bytes.size() - 3] != '?') ++m_orders;
+    if (bytes[bytes.size() - 3] != '?') m_orders.emplace_back(bytes.substr(2, bytes.size() - 4));
     m_read.clear();
     m_trueReply.clear();
     for (const sim::Exchange& exchange : m_devices.Receive(bytes)) {
@@ -82,7 +84,7 @@ class SimulatedPort final : public platform::SerialPort {
   std::string m_read;
   std::string m_trueReply;
   int m_sent = 0;
-  int m_orders = 0;
+  std::vector<std::string> m_orders;
   bool m_open = false;
 };
 

@@ -1,0 +1,237 @@
+#include <QComboBox>
+#include <QPointer>
+#include <QTimer>
+#include <cstdio>
+#include <random>
+
+#include "forms/frm_alarms.h"
+#include "sim/device.h"
+#include "support/program_test.h"
+#include "support/simulated_port.h"
+
+namespace tarnwell::test {
+namespace {
+
+constexpr double kVirtualSeconds = 20 * 60;
+
+/// What an act on a control may send. A control without a row may send nothing.
+struct Power {
+  const char* control;
+  const char* orders;  ///< the beginnings of the commands, with a blank behind each
+};
+
+constexpr Power kPowers[] = {
+    {"optOnline", "S=O "},      {"optStandby", "S=S "},     {"optRFOn", "S=T "},
+    {"optRFMute", "S=X "},      {"opt7316Auto", "S=A "},    {"opt7316Manual", "S=M "},
+    {"optLLO", "LLO "},         {"optREM", "REM "},         {"opt7316PathA1", "PA=1 "},
+    {"opt7316PathA2", "PA=2 "}, {"opt7316PathB2", "PB=2 "}, {"opt7316PathB3", "PB=3 "},
+    {"txtGainAdjust", "G= "},   {"updwnGainAdjust", "G= "}, {"cmd7316ClearAlarms", "ZA "},
+    {"cmdClear", "ZA "},
+};
+
+bool MaySend(const QString& control, const std::string& order) {
+  for (const Power& power : kPowers) {
+    if (control != QLatin1String(power.control)) continue;
+    const std::string begin = order.substr(0, order.find('=') == std::string::npos ? 3 : order.find('=') + 1);
+    if (begin == "G=") return power.orders == std::string("G= ");
+    if (power.orders == order + ' ') return true;
+  }
+  return false;
+}
+
+/// An operator who does anything at all, at any moment that a form gives him.
+class RandomOperator final : public platform::Yielder {
+ public:
+  RandomOperator(VirtualCounter& counter, std::uint32_t seed) : m_counter(counter), m_random(seed) {}
+
+  void Watch(forms::frmMain& main, SimulatedPort& port) {
+    m_main = &main;
+    m_port = &port;
+  }
+
+  void Yield(std::int64_t deadline) override {
+    ExpectNoOrders("a poll");
+    if (m_main != nullptr && Chance(3)) Act();
+    QCoreApplication::processEvents();
+    m_counter.AdvanceTo(deadline);
+  }
+
+  /// One act, and the judgement of what it sent.
+  void Act() {
+    if (m_counter.Seconds() > m_end) {
+      EndAll();
+      return;
+    }
+    const int kind = Pick(10);
+    if (kind < 5) Click();
+    if (kind >= 5 && kind < 9) PressKey();
+    if (kind == 9) LookAway();
+  }
+
+  void EndAt(double seconds) { m_end = seconds; }
+  bool Ended() const { return m_counter.Seconds() > m_end; }
+  int Acts() const { return m_acts; }
+  int Orders() const { return m_orders; }
+  int Forms() const { return m_forms; }
+
+ private:
+  bool Chance(int oneIn) { return Pick(oneIn) == 0; }
+  int Pick(int below) { return static_cast<int>(m_random() % static_cast<std::uint32_t>(below)); }
+
+  forms::Form& Front() {
+    auto* modal = qobject_cast<forms::Form*>(QApplication::activeModalWidget());
+    return modal != nullptr ? *modal : *m_main;
+  }
+
+  /// Orders that none of the controls may have sent are a fault. A mute that the device tells is sent on as well.
+  void Judge(const QStringList& controls, const char* what) {
+    ++m_acts;
+    for (const std::string& order : m_port->TakeOrders()) {
+      ++m_orders;
+      bool allowed = order == "S=X";
+      for (const QString& control : controls) allowed |= MaySend(control, order);
+      EXPECT_TRUE(allowed) << order << " after " << what << " on " << controls.join(QLatin1Char(' ')).toStdString();
+    }
+  }
+  void ExpectNoOrders(const char* when) {
+    if (m_port == nullptr) return;
+    for (const std::string& order : m_port->TakeOrders()) EXPECT_EQ(order, "S=X") << "out of " << when;
+  }
+
+  QString Focused() { return Front().focusWidget() != nullptr ? Front().focusWidget()->objectName() : QString(); }
+
+  void Click() {
+    QList<QWidget*> reachable;
+    for (QWidget* control : Front().Inner().findChildren<QWidget*>()) {
+      const bool pops = qobject_cast<QComboBox*>(control) != nullptr;  // its list would stay open
+      if (!control->objectName().isEmpty() && control->isVisible() && control->isEnabled() && !pops)
+        reachable += control;
+    }
+    // the way into the forms is one button of many
+    if (&Front() == m_main && m_main->cmdViewAlarms.isEnabled() && Chance(8)) reachable = {&m_main->cmdViewAlarms};
+    if (&Front() == m_main && Chance(40)) {
+      OpenForm([this] { Q_EMIT m_main->mnuSWOpt.Click(); });
+      return;
+    }
+    if (reachable.isEmpty()) return;
+    QWidget* control = reachable[Pick(static_cast<int>(reachable.size()))];
+    if (control == &m_main->cmdConnect && !Chance(10)) return;
+    const QString name = control->objectName();
+    const auto click = [control, this] {
+      QTest::mouseClick(control, Pick(20) == 0 ? Qt::RightButton : Qt::LeftButton, {},
+                        QPoint(Pick(std::max(1, control->width())), Pick(std::max(1, control->height()))));
+    };
+    if (control == &m_main->cmdViewAlarms) {
+      OpenForm(click);
+    } else {
+      click();
+    }
+    QCoreApplication::processEvents();
+    // a click into a field or on a tab also takes the focus from where it was
+    Judge({name}, "a click");
+  }
+
+  void OpenForm(const std::function<void()>& open) {
+    ++m_forms;
+    QTimer::singleShot(0, [this] { InForm(); });
+    open();
+    Judge({}, "opening and closing a form");
+  }
+
+  void InForm() {
+    if (&Front() == m_main) return;
+    QPointer<forms::Form> form = &Front();
+    if (auto* viewer = dynamic_cast<forms::frmAlarms*>(form.data())) Q_EMIT viewer->tmrStartPolling.Tick();
+    for (int i = Pick(30); i > 0 && form != nullptr && !form->Unloaded(); --i) Act();
+    if (form != nullptr) form->UnloadForm();
+  }
+
+  void PressKey() {
+    static constexpr Qt::Key kKeys[] = {Qt::Key_Tab,   Qt::Key_Backtab, Qt::Key_Up,    Qt::Key_Down,   Qt::Key_Left,
+                                        Qt::Key_Right, Qt::Key_Space,   Qt::Key_Enter, Qt::Key_Escape, Qt::Key_1,
+                                        Qt::Key_Minus, Qt::Key_Comma,   Qt::Key_A,     Qt::Key_S};
+    QWidget* receiver = Front().focusWidget();
+    if (receiver == nullptr || (receiver == &m_main->cmdConnect && !Chance(10))) return;
+    const QString before = Focused();
+    const Qt::Key key = kKeys[Pick(std::size(kKeys))];
+    const bool opens = receiver == &m_main->cmdViewAlarms && (key == Qt::Key_Space || key == Qt::Key_Enter);
+    const auto press = [&] { QTest::keyClick(receiver, key); };
+    if (opens) {
+      OpenForm(press);
+    } else {
+      press();
+    }
+    QCoreApplication::processEvents();
+    Judge({before, Focused()}, "a key");
+  }
+
+  void LookAway() {
+    QWidget other;
+    other.show();
+    other.activateWindow();
+    QCoreApplication::processEvents();
+    Front().activateWindow();
+    QCoreApplication::processEvents();
+    if (Chance(2)) m_main->HideAndShow();
+    if (Chance(3)) m_main->showMaximized();
+    if (Chance(3)) m_main->showNormal();
+    QCoreApplication::processEvents();
+    Judge({}, "looking away");
+  }
+
+  void EndAll() {
+    if (&Front() != m_main) {
+      Front().UnloadForm();
+    } else if (m_main->cmdConnect.Caption() == QStringLiteral("Dis&connect")) {
+      QTest::mouseClick(&m_main->cmdConnect, Qt::LeftButton);
+    }
+  }
+
+  VirtualCounter& m_counter;
+  std::mt19937 m_random;
+  forms::frmMain* m_main = nullptr;
+  SimulatedPort* m_port = nullptr;
+  double m_end = 0;
+  int m_acts = 0;
+  int m_orders = 0;
+  int m_forms = 0;
+};
+
+class OperatorSoak : public testing::TestWithParam<const char*> {};
+
+TEST_P(OperatorSoak, NothingIsSentThatNobodyAskedFor) {
+  VirtualCounter counter;
+  counter.SetReadTakes(100);
+  RandomOperator hands(counter, 7316);
+  sim::DeviceSetup setup{};
+  setup.kind = sim::FindKind(GetParam());
+  setup.address = 0;
+  setup.seed = 5;
+  const std::unique_ptr<sim::Device> device = sim::MakeDevice(setup);
+  sim::FrameServer server;
+  server.Attach(*device);
+  sim::Faults faults(11);
+  ASSERT_TRUE(faults.Set("all", 0.01));
+  SimulatedPort port(counter, server, faults);
+  FakeDesktop desktop;
+  app::Program program({counter, hands, port, desktop});
+  ASSERT_TRUE(program.Start() && QTest::qWaitForWindowActive(&program.MainForm()));
+  hands.Watch(program.MainForm(), port);
+  hands.EndAt(counter.Seconds() + kVirtualSeconds);
+  while (!hands.Ended()) {
+    if (program.MainForm().cmdConnect.Caption() == QStringLiteral("&Connect")) {
+      QTest::mouseClick(&program.MainForm().cmdConnect, Qt::LeftButton);
+    }
+    hands.Act();
+  }
+  std::printf("%s: %d acts, %d orders, %d forms opened, %d commands\n", GetParam(), hands.Acts(), hands.Orders(),
+              hands.Forms(), port.Sent());
+  EXPECT_GT(hands.Orders(), 50);
+  EXPECT_GT(hands.Forms(), 20);
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, OperatorSoak, testing::Values("c60", "c240", "k80", "controller"),
+                         [](const auto& kind) { return std::string(kind.param); });
+
+}  // namespace
+}  // namespace tarnwell::test
