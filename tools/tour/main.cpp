@@ -6,13 +6,14 @@
 
 namespace {
 
-/// The real desktop but for its message boxes: nobody is there to close one, so each ends the tour.
+/// The real desktop but for its message boxes: nobody is there to close one, so each that warns ends the tour.
 class UnattendedDesktop final : public tarnwell::platform::Desktop {
  public:
   std::function<void(const QString&)> onMessage;
 
   void ShowMessage(const tarnwell::platform::Message& message) override {
-    if (onMessage) onMessage(message.text + QLatin1Char(' ') + message.details);
+    const bool plain = message.icon == tarnwell::platform::MessageIcon::kNone;
+    if (onMessage && !plain) onMessage(message.text + QLatin1Char(' ') + message.details);
   }
   void Beep() override {}
   void SetBusyPointer(bool busy) override { m_desktop.SetBusyPointer(busy); }

@@ -7,7 +7,6 @@
 #include <algorithm>
 
 #include "forms/frm_alarms.h"
-#include "forms/frm_options.h"
 #include "forms/frm_save_snapshot.h"
 #include "forms/frm_settings.h"
 
@@ -29,12 +28,17 @@ bool HasText(const forms::Label& label) { return !label.Caption().trimmed().isEm
 
 }  // namespace
 
-const std::array<Tour::Stage, 4> Tour::kStages = {{
-    {&Tour::IsDisconnected, &Tour::StartPicture, &Tour::PressConnect},
-    {&Tour::ShowsDevice, &Tour::DevicePicture, &Tour::Maximise},
+const std::vector<Tour::Stage> Tour::kStages = {
+    {&Tour::IsDisconnected, &Tour::StartPicture, &Tour::OpenOptions},
+    {&Tour::ShowsOptions, &Tour::OptionsPicture, &Tour::ShowGeneralPage},
+    {&Tour::ShowsOptions, &Tour::GeneralPicture, &Tour::CloseForm},
+    {&Tour::IsDisconnected, &Tour::NoPicture, &Tour::PressConnect},
+    {&Tour::ShowsDevice, &Tour::DevicePicture, &Tour::ViewAlarms},
+    {&Tour::ShowsAlarms, &Tour::AlarmsPicture, &Tour::CloseForm},
+    {&Tour::ShowsDevice, &Tour::NoPicture, &Tour::Maximise},
     {&Tour::IsMaximised, &Tour::MaximisedPicture, &Tour::RestoreAndDisconnect},
     {&Tour::IsDisconnected, &Tour::EndPicture, &Tour::Close},
-}};
+};
 
 int Tour::Run() {
   m_sinceLastStage.start();
@@ -50,9 +54,7 @@ void Tour::LookAgain() {
 
 void Tour::Look() {
   if (m_sinceLastStage.elapsed() > kLongestStage) {
-    Fail(QStringLiteral("stage %1 did not come in time; the window says: %2")
-             .arg(m_stage)
-             .arg(m_program.MainForm().Title()));
+    Fail(QStringLiteral("stage %1 did not come in time; the window says: %2").arg(m_stage).arg(Front().Title()));
     return;
   }
   // What is ready at two looks in a row has been drawn.
@@ -70,8 +72,14 @@ void Tour::Look() {
   (this->*stage.act)();
 }
 
+forms::Form& Tour::Front() const {
+  auto* modal = qobject_cast<forms::Form*>(QApplication::activeModalWidget());
+  return modal != nullptr ? *modal : m_program.MainForm();
+}
+
 bool Tour::TakePicture(const QString& name) {
-  const forms::Form& form = m_program.MainForm();
+  if (name.isEmpty()) return true;
+  const forms::Form& form = Front();
   const QRect frame = form.frameGeometry();
   const QImage picture = form.screen()->grabWindow(0, frame.x(), frame.y(), frame.width(), frame.height()).toImage();
   const QString path = m_pictures.filePath(name + QStringLiteral(".png"));
@@ -80,25 +88,35 @@ bool Tour::TakePicture(const QString& name) {
   return true;
 }
 
-bool Tour::IsDisconnected() const { return m_program.MainForm().Title().contains(QLatin1String("No Connection")); }
+bool Tour::IsDisconnected() const { return Front().Title().contains(QLatin1String("No Connection")); }
+
+bool Tour::ShowsOptions() const { return Front().objectName() == QLatin1String("frmOptions"); }
 
 bool Tour::ShowsDevice() const {
   const forms::frmMain& form = m_program.MainForm();
-  if (!form.Title().contains(QLatin1String("Connected to")) || !HasText(form.lblAlarm)) return false;
-  const bool controller = m_program.Shared().SSPAType == link::kRedundancyController;
-  return controller ? HasText(form.lbl7316PathAState) : HasText(form.lblRFLevel) && HasText(form.lblTempMod1);
+  if (&Front() != &form || !form.Title().contains(QLatin1String("Connected to")) || !HasText(form.lblAlarm))
+    return false;
+  return IsController() ? HasText(form.lbl7316PathAState) : HasText(form.lblRFLevel) && HasText(form.lblTempMod1);
 }
 
-QString Tour::DevicePicture() const {
-  const bool controller = m_program.Shared().SSPAType == link::kRedundancyController;
-  return controller ? QStringLiteral("controller") : QStringLiteral("amplifier");
+bool Tour::ShowsAlarms() const {
+  const auto* form = dynamic_cast<forms::frmAlarms*>(&Front());
+  return form != nullptr && (IsController() || HasText(form->lbl14V));
 }
+
+bool Tour::IsMaximised() const { return m_program.MainForm().isMaximized() && ShowsDevice(); }
+
+void Tour::OpenOptions() { Q_EMIT m_program.MainForm().mnuSWOpt.Click(); }
+
+void Tour::ShowGeneralPage() { QTest::keyClick(&Front(), Qt::Key_G, Qt::AltModifier); }
+
+void Tour::CloseForm() { Front().close(); }
 
 void Tour::PressConnect() { QTest::mouseClick(&m_program.MainForm().cmdConnect, Qt::LeftButton); }
 
-void Tour::Maximise() { m_program.MainForm().showMaximized(); }
+void Tour::ViewAlarms() { QTest::mouseClick(&m_program.MainForm().cmdViewAlarms, Qt::LeftButton); }
 
-bool Tour::IsMaximised() const { return m_program.MainForm().isMaximized() && ShowsDevice(); }
+void Tour::Maximise() { m_program.MainForm().showMaximized(); }
 
 void Tour::RestoreAndDisconnect() {
   m_program.MainForm().showNormal();
@@ -107,11 +125,9 @@ void Tour::RestoreAndDisconnect() {
 
 // The forms that no logic opens yet, as they are when they are made.
 void Tour::TakePicturesOfViews() {
-  forms::frmAlarms alarms;
   forms::frmSettings settings(m_program.MainForm().lblRFLevel);
-  forms::frmOptions options;
   forms::frmSaveSnapshot snapshot;
-  for (forms::Form* form : std::initializer_list<forms::Form*>{&alarms, &settings, &options, &snapshot}) {
+  for (forms::Form* form : std::initializer_list<forms::Form*>{&settings, &snapshot}) {
     const QString path = m_pictures.filePath(form->objectName() + QStringLiteral(".png"));
     if (!form->grab().save(path)) Fail(QStringLiteral("no picture in ") + path);
   }

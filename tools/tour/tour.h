@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QImage>
+#include <vector>
 
 #include "app/program.h"
 
@@ -20,28 +21,46 @@ class Tour {
   void Fail(const QString& reason);
 
  private:
-  /// A stage: once `ready` holds, its picture is taken and `act` leads to the next one.
+  /// A stage: once `ready` holds, its picture is taken if it has a name, and `act` leads to the next one.
   struct Stage {
     bool (Tour::*ready)() const;
     QString (Tour::*picture)() const;
     void (Tour::*act)();
   };
-  static const std::array<Stage, 4> kStages;
+  static const std::vector<Stage> kStages;
 
   void LookAgain();
   void Look();
   /// False: nothing has been drawn yet.
   bool TakePicture(const QString& name);
 
+  /// The modal form that is up, else the main form.
+  forms::Form& Front() const;
+  bool IsController() const { return m_program.Shared().SSPAType == link::kRedundancyController; }
+
   bool IsDisconnected() const;
+  bool ShowsOptions() const;
   bool ShowsDevice() const;
+  bool ShowsAlarms() const;
+  bool IsMaximised() const;
+
+  QString NoPicture() const { return {}; }
   QString StartPicture() const { return QStringLiteral("start"); }
-  QString DevicePicture() const;
+  QString OptionsPicture() const { return QStringLiteral("options"); }
+  QString GeneralPicture() const { return QStringLiteral("options-general"); }
+  QString DevicePicture() const { return IsController() ? QStringLiteral("controller") : QStringLiteral("amplifier"); }
+  QString AlarmsPicture() const {
+    return IsController() ? QStringLiteral("alarms-controller") : QStringLiteral("alarms");
+  }
   QString MaximisedPicture() const { return QStringLiteral("maximised"); }
   QString EndPicture() const { return QStringLiteral("disconnected"); }
+
+  void OpenOptions();
+  void ShowGeneralPage();
+  void CloseForm();
   void PressConnect();
+  void ViewAlarms();
   void Maximise();
-  bool IsMaximised() const;
   void RestoreAndDisconnect();
   void TakePicturesOfViews();
   void Close();

@@ -48,6 +48,21 @@ void DrawMark(QPainter& painter, const QRectF& area, QRgb colour) {
   }
 }
 
+/// As the toolkit has it: once a key has moved the focus.
+bool ShowsFocus(const QStyleOption& option) {
+  constexpr QStyle::State kShown = QStyle::State_HasFocus | QStyle::State_KeyboardFocusChange;
+  return (option.state & kShown) == kShown;
+}
+
+/// Seen on any of the colours.
+void DrawFocus(QPainter& painter, const QRectF& area) {
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(QPen(Qt::black, 2.0));
+  painter.drawRect(area);
+  painter.setPen(QPen(Qt::white, 1.0));
+  painter.drawRect(area.adjusted(2, 2, -2, -2));
+}
+
 /// The toolkit's own bevel would wash the colour out.
 void DrawColouredButton(const QStyleOption& option, QPainter& painter, QRgb background) {
   const QColor colour = option.palette.color(QPalette::Button);
@@ -59,6 +74,7 @@ void DrawColouredButton(const QStyleOption& option, QPainter& painter, QRgb back
   painter.setBrush(pressed ? colour.darker(130) : colour);
   painter.drawRect(area);
   DrawMark(painter, area, background);
+  if (ShowsFocus(option)) DrawFocus(painter, area);
   painter.restore();
 }
 
