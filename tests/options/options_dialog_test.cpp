@@ -64,6 +64,8 @@ class OptionsTest : public ProgramTest {
     }
     return values.join(QLatin1Char('|')).toStdString();
   }
+
+  std::string m_told;
 };
 
 constexpr const char* kAllRewritten = "Settings=9600,N,8,1 Handshaking=0";
@@ -187,6 +189,34 @@ TEST_F(OptionsTest, InASessionThePortChangesUnderTheStandingPoll) {
   EXPECT_EQ(inSession("Com4", true), "PortOpen=0 CommPort=4 PortOpen=1(refused) CommPort=2 PortOpen=1")
       << "the old port is open again";
   EXPECT_EQ(m_desktop.TakeMessages(), QStringList(QStringLiteral("(i) Unable to use COM4 | gone")));
+}
+
+TEST_F(OptionsTest, AnotherKindOfLineIsInForceFromTheNextCommand) {
+  m_replies = AmplifierReplies();
+  Start();
+  const auto choose = [this](const char* line, const char* control) {
+    m_yielder.OnYield([=, this] {
+      Choose([=, this] {
+        Click(line);
+        Click(control);
+        Click("cmdOK");
+      });
+    });
+    m_yielder.OnYield([this] { m_told += m_port.TakeTranscript() + '|'; });
+  };
+  choose("optRS4xx", "opt485Control(1)");
+  choose("optRS232", "optFlow(1)");
+  m_yielder.OnYield([this] {
+    m_port.SetCTSHolding(false);
+    m_port.TakeTranscript();
+  });
+  m_yielder.OnYield([this] {
+    EXPECT_EQ(m_port.Commands(), "") << "a device that doesn't clear to send is sent nothing";
+    EXPECT_TRUE(Title().find("Lost Connection to") != std::string::npos);
+  });
+  DisconnectAfter(1);
+  Connect();
+  EXPECT_EQ(m_told, "RTS=1 S? RTS=0|A?|");
 }
 
 TEST_F(OptionsTest, WithoutASessionTheFlasherStaysOff) {
