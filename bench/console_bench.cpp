@@ -48,6 +48,7 @@ BENCHMARK(Layout<forms::frmOptions>)->Unit(benchmark::kMicrosecond);
 class SilentDesktop final : public platform::Desktop {
  public:
   void ShowMessage(const platform::Message&) override {}
+  std::optional<QString> ChooseSaveFile(const platform::SaveDialog&) override { return std::nullopt; }
   void Beep() override {}
   void SetBusyPointer(bool) override {}
 };

@@ -35,6 +35,11 @@ void ShowSlot(forms::CommandButton* button, const link::AlarmSlot& slot) {
   if (button == nullptr) return;
   button->SetBackground(slot.Active ? forms::kActiveColour : slot.Latched ? forms::kLatchedColour : forms::kGoodColour);
   button->SetCaption(slot.Acknowledged ? QStringLiteral("A") : QString());
+  QString state = slot.Active    ? QStringLiteral("Active")
+                  : slot.Latched ? QStringLiteral("Latched")
+                                 : QStringLiteral("OK");
+  if (slot.Acknowledged) state += QStringLiteral(", acknowledged");
+  button->setAccessibleDescription(state);
 }
 
 }  // namespace
@@ -64,6 +69,7 @@ void AlarmViewer::Form_Load(const forms::Form& main) {
   ShowAlarmTable();
   ShowPanelOf(m_form, IsController());
   if (!IsController()) FitToAmplifier(m_form, m_shared);
+  NameButtons(m_form);
   m_desktop.SetBusyPointer(true);
   m_timing.DelayBlocking(kPause);
   std::string reply;
@@ -179,7 +185,10 @@ void AlarmViewer::cmdAlarms_Click(int index) {
 void AlarmViewer::cmdClear_Click() {
   m_timing.DelayBlocking(kPause);
   std::string reply;
-  if (!protocol::Send(m_line, protocol::kClearAlarms, reply)) return;
+  if (!protocol::Send(m_line, protocol::kClearAlarms, reply)) {
+    CheckLink();  // at once: further clicks that wait would each ask a silent device
+    return;
+  }
   m_timing.DelayBlocking(kPauseAfterClearing);
   ReadAlarmTable();
   ShowAlarmTable();

@@ -34,6 +34,12 @@ void FitToAmplifier(forms::frmAlarms& f, const link::SSPA_Public& shared) {
   }
 }
 
+void NameButtons(forms::frmAlarms& form) {
+  for (const forms::Label* label : form.Inner().findChildren<forms::Label*>()) {
+    if (label->buddy() != nullptr) label->buddy()->setAccessibleName(label->Caption());
+  }
+}
+
 std::vector<QWidget*> LinkedControls(forms::frmAlarms& f) {
   return {&f.fra7316Alarms, &f.fra7316Legend, &f.fraAlarms,      &f.fraLegend,  //
           &f.lbl7316EEPROM, &f.lbl7316System, &f.lbl7316WGuide1, &f.lbl7316WGuide2, &f.lbl7316ExOk,  &f.lbl7316ExAck,

@@ -7,7 +7,7 @@ namespace tarnwell::app {
 void Program::OpenOptions() {
   using forms::CommandButton, forms::OptionButton;
   forms::frmOptions form;
-  options::OptionsDialog dialog(form, m_shared, m_machine.comConnect, m_properties, m_machine.desktop);
+  options::OptionsDialog dialog(form, m_shared, m_machine.comConnect, m_session, m_properties, m_machine.desktop);
   On(form, &forms::Form::Load, [&] { dialog.Form_Load(m_main); });
   On(form.cmdOK, &CommandButton::Click, [&] { dialog.cmdOk_Click(); });
   On(form.cmdCancel, &CommandButton::Click, [&] { dialog.cmdCancel_Click(); });

@@ -15,7 +15,7 @@ Program::Program(const Machine& machine)
       m_polls(m_main, m_shared, m_timing, m_session, m_readers),
       m_connection(m_main, m_shared, m_line, m_timing, machine.comConnect, machine.desktop, m_session, m_readers,
                    m_polls),
-      m_opener(m_main, m_timing),
+      m_opener(m_main, m_timing, m_session),
       m_startUp(m_main, m_shared, m_timing, machine.comConnect, machine.desktop, m_properties) {
   WireForm();
   WireCommands();
@@ -37,6 +37,7 @@ void Program::WireForm() {
   On(m_main.cmdViewAlarms, &CommandButton::Click, [this] { OpenAlarms(); });
   On(m_main.mnuSWOpt, &Menu::Click, [this] { OpenOptions(); });
   On(m_main.mnuExit, &Menu::Click, [this] { m_main.UnloadForm(); });
+  On(m_main.mnuSnapshot, &Menu::Click, [this] { OpenSnapshot(); });
   On(m_main.tmrFlasher, &Timer::Tick, [this] { m_indicator.FlashAlarmIndicators(); });
   On(m_main.tmrForcePollResume, &Timer::Tick, [this] { m_polls.tmrForcePollResume_Timer(); });
 }

@@ -12,6 +12,7 @@
 #include "session/poll_cycle.h"
 #include "session/start_up.h"
 #include "session/stored_properties.h"
+#include "snapshot/writer.h"
 
 namespace tarnwell::app {
 
@@ -21,6 +22,7 @@ struct Machine {
   platform::Yielder& yielder;
   platform::SerialPort& comConnect;
   platform::Desktop& desktop;
+  snapshot::TimeOfDay timeOfDay = [] { return QDateTime::currentDateTime(); };
 };
 
 /// The whole program: the shared module, the main form, its logic, and the wires between them.
@@ -42,6 +44,8 @@ class Program {
   void WireEntries();
   void OpenAlarms();
   void OpenOptions();
+
+  void OpenSnapshot();
 
   Machine m_machine;
   link::SSPA_Public m_shared;

@@ -20,7 +20,7 @@ void NameFields(frmOptions& f) {
 
 frmOptions::frmOptions() : Form("frmOptions", "", Border::kFixedDialog, 7110, 5025) {
   NameFields(*this);
-  SetSafeFocus(cmdCancel);
+  SetSafeFocus(cmdOK);
   SetCancelButton(cmdCancel);
   SetDefaultButton(cmdOK);
   tabOptions.lower();

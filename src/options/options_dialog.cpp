@@ -118,21 +118,27 @@ bool OptionsDialog::Refuse(const QString& message, const QString& details) {
 
 bool OptionsDialog::ApplyPort() {
   const int number = m_form.cboPort.currentData().toInt();
-  if (number == m_port.CommPort()) return true;
+  // A session whose old port couldn't be opened again after a refusal still waits for one.
+  const bool missing = m_session.PollRunning && !m_port.PortOpen();
+  if (number == m_port.CommPort() && !missing) return true;
   const int oldNumber = m_port.CommPort();
-  const bool wasOpen = m_port.PortOpen();
-  if (wasOpen) m_port.SetPortOpen(false);
-  if (ChangePort(number) && (wasOpen || m_port.SetPortOpen(false))) return true;
-
-  const QString message = QStringLiteral("Unable to use COM%1").arg(m_port.CommPort());
-  Refuse(message, QString::fromStdString(m_port.OpenFailure()));
+  if (TryPort(number)) return true;
+  RefusePort();
   m_port.SetCommPort(oldNumber);
-  if (wasOpen) m_port.SetPortOpen(true);
+  if (m_session.PollRunning && !m_port.SetPortOpen(true)) RefusePort();
   return false;
 }
 
-/// The port's number can only change while it is closed; opening it is the test of the new one.
-bool OptionsDialog::ChangePort(int number) { return m_port.SetCommPort(number) && m_port.SetPortOpen(true); }
+/// Opening the port is the test of it, also without a session, which needs it closed.
+bool OptionsDialog::TryPort(int number) {
+  if (m_port.PortOpen()) m_port.SetPortOpen(false);
+  if (!m_port.SetCommPort(number) || !m_port.SetPortOpen(true)) return false;
+  return m_session.PollRunning || m_port.SetPortOpen(false);
+}
+
+void OptionsDialog::RefusePort() {
+  Refuse(QStringLiteral("Unable to use COM%1").arg(m_port.CommPort()), QString::fromStdString(m_port.OpenFailure()));
+}
 
 bool OptionsDialog::ApplyDataFormat() {
   const QString settings =

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "console/session_state.h"
 #include "forms/frm_options.h"
 #include "link/sspa_public.h"
 #include "platform/desktop.h"
@@ -13,8 +14,13 @@ namespace tarnwell::options {
 class OptionsDialog {
  public:
   OptionsDialog(forms::frmOptions& form, link::SSPA_Public& shared, platform::SerialPort& comConnect,
-                session::StoredProperties& properties, platform::Desktop& desktop)
-      : m_form(form), m_shared(shared), m_port(comConnect), m_properties(properties), m_desktop(desktop) {}
+                const console::SessionState& session, session::StoredProperties& properties, platform::Desktop& desktop)
+      : m_form(form),
+        m_shared(shared),
+        m_port(comConnect),
+        m_session(session),
+        m_properties(properties),
+        m_desktop(desktop) {}
 
   /// `main` is the form that it opens over.
   void Form_Load(const forms::Form& main);
@@ -38,7 +44,8 @@ class OptionsDialog {
   void ShowPort();
   void AllowLine(bool rs232);
   bool ApplyPort();
-  bool ChangePort(int number);
+  bool TryPort(int number);
+  void RefusePort();
   bool ApplyDataFormat();
   bool ApplyFlow();
   void TakeVariables();
@@ -48,6 +55,7 @@ class OptionsDialog {
   forms::frmOptions& m_form;
   link::SSPA_Public& m_shared;
   platform::SerialPort& m_port;
+  const console::SessionState& m_session;
   session::StoredProperties& m_properties;
   platform::Desktop& m_desktop;
 

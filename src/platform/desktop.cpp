@@ -1,9 +1,14 @@
 #include "platform/desktop.h"
 
 #include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
 #include <QMessageBox>
+#include <QStandardPaths>
+#include <algorithm>
 
 #include "platform/text_encoding.h"
 
@@ -55,12 +60,35 @@ void ToolkitDesktop::ShowMessage(const Message& message) {
   SetBusyPointer(busy);
 }
 
+std::optional<QString> ToolkitDesktop::ChooseSaveFile(const SaveDialog& dialog) {
+  QWidget* modal = QApplication::activeModalWidget();
+  QString filter = dialog.filters.value(dialog.filterIndex - 1);
+  const QString path =
+      QFileDialog::getSaveFileName(modal != nullptr ? modal : QApplication::activeWindow(), QString(), dialog.fileName,
+                                   dialog.filters.join(QStringLiteral(";;")), &filter);
+  if (path.isEmpty()) return std::nullopt;
+  return path;
+}
+
 void ToolkitDesktop::Beep() { QApplication::beep(); }
 
 void ToolkitDesktop::SetBusyPointer(bool busy) {
   const bool shown = QApplication::overrideCursor() != nullptr;
   if (busy && !shown) QApplication::setOverrideCursor(Qt::WaitCursor);
   if (!busy && shown) QApplication::restoreOverrideCursor();
+}
+
+QString FirstWritable(const QStringList& folders) {
+  const auto found = std::find_if(folders.begin(), folders.end(), [](const QString& folder) {
+    const QFileInfo info(folder);
+    return info.isDir() && info.isWritable();
+  });
+  return QDir::toNativeSeparators(found != folders.end() ? *found : folders.value(folders.size() - 1));
+}
+
+QString ProposedFolder() {
+  return FirstWritable({QCoreApplication::applicationDirPath(),
+                        QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation), QDir::homePath()});
 }
 
 }  // namespace tarnwell::platform

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+#include <optional>
 
 namespace tarnwell::platform {
 
@@ -13,6 +15,13 @@ struct Message {
   QString details = {};
 };
 
+/// A file dialog for saving.
+struct SaveDialog {
+  QStringList filters;  ///< such as "All Files (*.*)", each with its patterns in brackets
+  int filterIndex = 1;  ///< the one that is chosen at first, counted from 1
+  QString fileName;     ///< the proposed name, with its folder
+};
+
 /// What the program asks of the desktop beside its windows. One door, so that a test can stand in it.
 class Desktop {
  public:
@@ -20,6 +29,10 @@ class Desktop {
 
   /// Shows a modal message box and returns when the operator has closed it.
   virtual void ShowMessage(const Message& message) = 0;
+
+  /// Shows the file dialog above the program's topmost window. The path that the operator chose, as typed; nothing
+  /// where the dialog was cancelled or failed. The file may exist.
+  virtual std::optional<QString> ChooseSaveFile(const SaveDialog& dialog) = 0;
 
   /// The system beep, once.
   virtual void Beep() = 0;
@@ -32,8 +45,15 @@ class Desktop {
 class ToolkitDesktop final : public Desktop {
  public:
   void ShowMessage(const Message& message) override;
+  std::optional<QString> ChooseSaveFile(const SaveDialog& dialog) override;
   void Beep() override;
   void SetBusyPointer(bool busy) override;
 };
+
+/// The first of `folders` that can be written to, written as the platform does; the last where none can.
+QString FirstWritable(const QStringList& folders);
+
+/// The folder that the file dialog proposes: the application's own, else the user's documents, else the user's home.
+QString ProposedFolder();
 
 }  // namespace tarnwell::platform

@@ -3,15 +3,15 @@
 namespace tarnwell::session {
 
 void FormOpener::ShowModal(forms::Form& form, const Pauses& pauses) {
+  if (m_form.Unloaded()) return;  // the program was told to end behind a message
   // The focus that comes back when the form closes must not land on an option and command the device.
   m_form.cmdConnect.setFocus(Qt::OtherFocusReason);
-  const bool flashing = m_form.tmrFlasher.Enabled();  // in a session
   m_form.tmrFlasher.SetEnabled(false);
   m_form.tmrForcePollResume.SetEnabled(false);
   m_timing.DelayBlocking(pauses.before);
   form.ShowModal();
   m_timing.DelayBlocking(pauses.after);
-  m_form.tmrFlasher.SetEnabled(flashing);
+  m_form.tmrFlasher.SetEnabled(m_session.PollRunning);
   m_form.tmrForcePollResume.SetEnabled(true);
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "console/session_state.h"
 #include "forms/frm_main.h"
 #include "link/interval_timing.h"
 
@@ -14,14 +15,16 @@ class FormOpener {
     double after = 0;
   };
 
-  FormOpener(forms::frmMain& form, const link::IntervalTiming& timing) : m_form(form), m_timing(timing) {}
+  FormOpener(forms::frmMain& form, const link::IntervalTiming& timing, const console::SessionState& session)
+      : m_form(form), m_timing(timing), m_session(session) {}
 
-  /// Returns when `form` has been unloaded.
+  /// Returns when `form` has been unloaded; at once when the main form is gone.
   void ShowModal(forms::Form& form, const Pauses& pauses);
 
  private:
   forms::frmMain& m_form;
   const link::IntervalTiming& m_timing;
+  const console::SessionState& m_session;
 };
 
 }  // namespace tarnwell::session

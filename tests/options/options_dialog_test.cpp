@@ -191,6 +191,29 @@ TEST_F(OptionsTest, InASessionThePortChangesUnderTheStandingPoll) {
   EXPECT_EQ(m_desktop.TakeMessages(), QStringList(QStringLiteral("(i) Unable to use COM4 | gone")));
 }
 
+TEST_F(OptionsTest, ASessionThatLostItsPortGetsTheNextOneThatOpens) {
+  m_replies = AmplifierReplies();
+  for (const char* next : {"Com1", "Com3"}) {
+    Start();
+    m_yielder.OnYield([&] {
+      m_port.RefuseOpening("gone");
+      Choose([&] {
+        Pick("cboPort", "Com2");
+        Click("cmdOK");
+        EXPECT_EQ(m_desktop.TakeMessages().join(QLatin1Char(';')).toStdString(),
+                  "(i) Unable to use COM2 | gone;(i) Unable to use COM1 | gone");
+        m_port.RefuseOpening("");
+        Pick("cboPort", next);
+        Click("cmdOK");
+      });
+      EXPECT_TRUE(m_port.PortOpen()) << next;
+      DisconnectAfter(1);
+    });
+    Connect();
+    m_port.SetCommPort(1);
+  }
+}
+
 TEST_F(OptionsTest, AnotherKindOfLineIsInForceFromTheNextCommand) {
   m_replies = AmplifierReplies();
   Start();
@@ -258,6 +281,13 @@ TEST_F(OptionsTest, EscapeAndEnterWhateverHasTheFocus) {
               }),
               focused == std::string("cmdCancel") ? "" : kAllRewritten);
   }
+  EXPECT_EQ(Choose([&] {
+              Find("cboSpeed").setFocus();
+              ClickTab(1);
+              Press(*Front().focusWidget(), Qt::Key_Return);
+            }),
+            kAllRewritten)
+      << "the page that went behind took its focus with it";
 }
 
 }  // namespace

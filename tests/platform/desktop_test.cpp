@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
+#include <QFileDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
@@ -45,6 +49,40 @@ TEST(Desktop, AMessageShowsItsTextsAsTheyAreAndClosesByKey) {
     EXPECT_EQ(box.icon(), QMessageBox::Critical);
     QTest::keyClick(QApplication::focusWidget() == nullptr ? &box : QApplication::focusWidget(), Qt::Key_Return);
   });
+}
+
+TEST(Desktop, TheFileDialogGivesThePathAsTyped) {
+  const QTemporaryDir folder;
+  const SaveDialog proposed{{QStringLiteral("All Files (*.*)"), QStringLiteral("Text Files(*.txt)")},
+                            2,
+                            folder.filePath(QStringLiteral("rack 2"))};
+  const auto choose = [&](const QString& typed, Qt::Key key) {
+    QTimer::singleShot(0, [&] {
+      auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      EXPECT_EQ(dialog->nameFilters(), proposed.filters);
+      EXPECT_EQ(dialog->selectedNameFilter(), proposed.filters[1]);
+      EXPECT_EQ(dialog->directory(), QDir(folder.path()));
+      auto* name = dialog->findChild<QLineEdit*>();
+      EXPECT_EQ(name->text(), QStringLiteral("rack 2"));
+      if (!typed.isEmpty()) name->setText(typed);
+      QTest::keyClick(name, key);
+      EXPECT_FALSE(dialog->isVisible());
+      if (dialog->isVisible()) dialog->reject();  // it would hold the test for ever
+    });
+    return ToolkitDesktop().ChooseSaveFile(proposed);
+  };
+  EXPECT_EQ(choose({}, Qt::Key_Return), proposed.fileName) << "no extension is added";
+  EXPECT_EQ(choose(QStringLiteral("b.c"), Qt::Key_Return), folder.filePath(QStringLiteral("b.c")));
+  EXPECT_EQ(choose({}, Qt::Key_Escape), std::nullopt);
+}
+
+TEST(Desktop, AFileIsProposedWhereItCanBeWritten) {
+  const QTemporaryDir folder;
+  const QString none = folder.filePath(QStringLiteral("none"));
+  EXPECT_EQ(FirstWritable({none, folder.path()}), QDir::toNativeSeparators(folder.path()));
+  EXPECT_EQ(FirstWritable({folder.path(), none}), QDir::toNativeSeparators(folder.path()));
+  EXPECT_EQ(FirstWritable({folder.path() + QStringLiteral("/x"), none}), QDir::toNativeSeparators(none));
 }
 
 TEST(Desktop, TheBusyPointerIsNotCounted) {

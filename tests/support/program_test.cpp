@@ -33,6 +33,14 @@ void FakeDesktop::ShowMessage(const platform::Message& message) {
   if (m_onMessage) m_onMessage();
 }
 
+std::optional<QString> FakeDesktop::ChooseSaveFile(const platform::SaveDialog& dialog) {
+  m_saveDialogs.push_back(dialog);
+  if (m_saveAnswers.empty()) return std::nullopt;
+  std::optional<QString> answer = std::move(m_saveAnswers.front());
+  m_saveAnswers.pop_front();
+  return answer;
+}
+
 ReplyTable AmplifierReplies() {
   return {{"CT?", "CT=240W C-BAND"}, {"CV?", "CV=0264C-01 V6.01"}, {"CP?", "CP=PIN 3"}, {"CH?", "CH=842"},
           {"G?", "G=-3.4"},          {"VR?", "VR=12.34"},          {"S?", "S=OT"},      {"A?", "A="},
@@ -62,7 +70,7 @@ void ProgramTest::SaveProperty(const char* key, const char* text) {
 QString ProgramTest::StoredProperty(const char* key) { return Store().value(PropertyPath(key)).toString(); }
 
 void ProgramTest::Start() {
-  m_program.emplace(app::Machine{m_counter, m_yielder, m_port, m_desktop});
+  m_program.emplace(app::Machine{m_counter, m_yielder, m_port, m_desktop, [this] { return m_timeOfDay; }});
   ASSERT_TRUE(m_program->Start() && QTest::qWaitForWindowActive(&Main()));
   m_port.TakeTranscript();
 }

@@ -4,10 +4,12 @@
 
 #include <QStringList>
 #include <QtTest/QTest>
+#include <deque>
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "app/program.h"
 #include "support/scripted_port.h"
@@ -19,11 +21,17 @@ namespace tarnwell::test {
 class FakeDesktop final : public platform::Desktop {
  public:
   void ShowMessage(const platform::Message& message) override;
+  std::optional<QString> ChooseSaveFile(const platform::SaveDialog& dialog) override;
   void Beep() override { ++m_beeps; }
   void SetBusyPointer(bool busy) override { m_busy = busy; }
 
   /// Runs while a message box is up.
   void OnMessage(std::function<void()> action) { m_onMessage = std::move(action); }
+
+  /// Answers the next file dialog; one without an answer is cancelled.
+  void AnswerSave(std::optional<QString> path) { m_saveAnswers.push_back(std::move(path)); }
+  /// The file dialogs that were shown since the last call.
+  std::vector<platform::SaveDialog> TakeSaveDialogs() { return std::exchange(m_saveDialogs, {}); }
 
   /// The texts shown since the last call, "(!)", "(i)" or "(X)" for the icon ahead, details behind a "|".
   QStringList TakeMessages() { return std::exchange(m_messages, {}); }
@@ -32,6 +40,8 @@ class FakeDesktop final : public platform::Desktop {
 
  private:
   QStringList m_messages;
+  std::vector<platform::SaveDialog> m_saveDialogs;
+  std::deque<std::optional<QString>> m_saveAnswers;
   std::function<void()> m_onMessage;
   int m_beeps = 0;
   bool m_busy = false;
@@ -106,6 +116,7 @@ class ProgramTest : public testing::Test {
   ScriptedPort m_port{m_counter};
   FakeDesktop m_desktop;
   ReplyTable m_replies;
+  QDateTime m_timeOfDay = QDateTime(QDate(2007, 3, 14), QTime(9, 26, 41));
   std::optional<app::Program> m_program;
 };
 

@@ -15,6 +15,9 @@ class UnattendedDesktop final : public tarnwell::platform::Desktop {
     const bool plain = message.icon == tarnwell::platform::MessageIcon::kNone;
     if (onMessage && !plain) onMessage(message.text + QLatin1Char(' ') + message.details);
   }
+  std::optional<QString> ChooseSaveFile(const tarnwell::platform::SaveDialog& /*dialog*/) override {
+    return std::nullopt;
+  }
   void Beep() override {}
   void SetBusyPointer(bool busy) override { m_desktop.SetBusyPointer(busy); }
 

@@ -42,6 +42,7 @@ class Tour {
   bool ShowsOptions() const;
   bool ShowsDevice() const;
   bool ShowsAlarms() const;
+  bool ShowsSnapshot() const;
   bool IsMaximised() const;
 
   QString NoPicture() const { return {}; }
@@ -52,6 +53,7 @@ class Tour {
   QString AlarmsPicture() const {
     return IsController() ? QStringLiteral("alarms-controller") : QStringLiteral("alarms");
   }
+  QString SnapshotPicture() const { return QStringLiteral("snapshot"); }
   QString MaximisedPicture() const { return QStringLiteral("maximised"); }
   QString EndPicture() const { return QStringLiteral("disconnected"); }
 
@@ -61,6 +63,7 @@ class Tour {
   void PressConnect();
   void ViewAlarms();
   void Maximise();
+  void OpenSnapshot();
   void RestoreAndDisconnect();
   void TakePicturesOfViews();
   void Close();

@@ -64,8 +64,10 @@ void DrawFocus(QPainter& painter, const QRectF& area) {
 }
 
 /// The toolkit's own bevel would wash the colour out.
-void DrawColouredButton(const QStyleOption& option, QPainter& painter, QRgb background) {
-  const QColor colour = option.palette.color(QPalette::Button);
+void DrawColouredButton(const QStyleOption& option, QPainter& painter, const CommandButton& button) {
+  // A button that is off by itself still tells a state that is live; dimmed it tells that its panel isn't.
+  const bool live = button.parentWidget()->isEnabled();
+  const QColor colour = live ? button.Background() : option.palette.color(QPalette::Button);
   const bool pressed = (option.state & (QStyle::State_Sunken | QStyle::State_On)) != 0;
   const QRectF area = QRectF(option.rect).adjusted(1.5, 1.5, -1.5, -1.5);
   painter.save();
@@ -73,7 +75,7 @@ void DrawColouredButton(const QStyleOption& option, QPainter& painter, QRgb back
   painter.setPen(QPen(colour.darker(220), 1.0));
   painter.setBrush(pressed ? colour.darker(130) : colour);
   painter.drawRect(area);
-  DrawMark(painter, area, background);
+  DrawMark(painter, area, button.Background().rgb());
   if (ShowsFocus(option)) DrawFocus(painter, area);
   painter.restore();
 }
@@ -124,7 +126,7 @@ void FormStyle::drawControl(ControlElement element, const QStyleOption* option, 
   if (element == CE_PushButtonLabel && label != nullptr) {
     DrawButtonLabel(*this, *label, painter);
   } else if (element == CE_PushButtonBevel && button != nullptr && button->Background().isValid()) {
-    DrawColouredButton(*option, *painter, button->Background().rgb());
+    DrawColouredButton(*option, *painter, *button);
   } else if (element == CE_TabBarTabShape && tab != nullptr) {
     QStyleOptionTab coloured = *tab;
     coloured.palette = TabColours(tab->palette);

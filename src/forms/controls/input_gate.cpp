@@ -1,10 +1,13 @@
 #include "forms/controls/input_gate.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPointer>
+#include <algorithm>
+#include <array>
 
 #include "forms/controls/form.h"
 
@@ -26,6 +29,18 @@ bool Edits(const QWidget& receiver, const QKeyEvent& key) {
   const bool intoText = qobject_cast<const QLineEdit*>(&receiver) != nullptr;
   if (!key.text().isEmpty() && key.text().front().isPrint()) return intoText || key.key() != Qt::Key_Space;
   return intoText && (key.key() == Qt::Key_Backspace || key.key() == Qt::Key_Delete);
+}
+
+/// True for what an operator does with mouse or keys.
+bool IsInput(const QEvent& event) {
+  constexpr std::array kOthers = {QEvent::Shortcut, QEvent::ContextMenu, QEvent::InputMethod};
+  return event.isInputEvent() || std::find(kOthers.begin(), kOthers.end(), event.type()) != kOthers.end();
+}
+
+/// True for a key that closes a message box: held since before the box came, it would close it unread.
+bool AnswersMessage(const QWidget& receiver, const QKeyEvent& key) {
+  const bool answers = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter || key.key() == Qt::Key_Escape;
+  return answers && qobject_cast<const QDialog*>(receiver.window()) != nullptr;
 }
 
 /// Delivers `key` marked as a repeat in its stead.
@@ -75,6 +90,7 @@ void InputGate::HandlerEnded() {
 }
 
 bool InputGate::eventFilter(QObject* watched, QEvent* event) {
+  if (m_dropsAll && IsInput(*event)) return true;
   if (!watched->isWidgetType()) return false;
   switch (event->type()) {
     case QEvent::KeyRelease: {
@@ -91,9 +107,13 @@ bool InputGate::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool InputGate::Swallows(QWidget& receiver, QKeyEvent& key) {
+  const bool repeats = key.isAutoRepeat() || (m_marksHeldKeys && m_held.Repeats(key.key(), key.timestamp()));
+  if (repeats && AnswersMessage(receiver, key)) {
+    key.accept();
+    return true;
+  }
   auto* form = qobject_cast<Form*>(receiver.window());
   if (form == nullptr || Edits(receiver, key)) return false;
-  const bool repeats = key.isAutoRepeat() || (m_marksHeldKeys && m_held.Repeats(key.key(), key.timestamp()));
   // A held access key acts once. An override that is accepted keeps the key from the access keys.
   const bool pending = m_dropping.isActive();
   const bool dropped = repeats && (pending || (key.modifiers() & Qt::AltModifier) != 0);

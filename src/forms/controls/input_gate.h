@@ -24,7 +24,8 @@ class HeldKey {
 
 /// Stands before all key events of the program. It gives Tab and Shift-Tab to the form (Form::MoveFocus), and drops
 /// the repeats of a held key that piled up while a handler ran, so that nothing more is sent once the key is let go.
-/// Keys that edit a text send nothing and are never dropped.
+/// Keys that edit a text send nothing and are never dropped. While an InputPause lives it drops everything
+/// that an operator does.
 /// Installed once on the application, by the first form.
 class InputGate : public QObject {
   Q_OBJECT
@@ -39,6 +40,8 @@ class InputGate : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  friend class InputPause;
+
   InputGate();
 
   bool Swallows(QWidget& receiver, QKeyEvent& key);
@@ -46,8 +49,19 @@ class InputGate : public QObject {
   HeldKey m_held;
   bool m_marksHeldKeys;
 
+  bool m_dropsAll = false;
   QTimer m_dropping;  ///< runs while repeats are dropped
   int m_roundsLeft = 0;
+};
+
+/// Clicks and keys that are handled while it lives are lost. Wraps a yield behind work with its buttons off: what was
+/// pressed meanwhile must not hit what can be pressed again a moment later.
+class InputPause {
+ public:
+  InputPause() { InputGate::Instance().m_dropsAll = true; }
+  ~InputPause() { InputGate::Instance().m_dropsAll = false; }
+  InputPause(const InputPause&) = delete;
+  InputPause& operator=(const InputPause&) = delete;
 };
 
 }  // namespace tarnwell::forms

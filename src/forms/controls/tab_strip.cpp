@@ -21,6 +21,7 @@ TabStrip::TabStrip(const char* name, Container container, std::initializer_list<
   m_tabs->setDrawBase(false);
   m_tabs->setExpanding(false);
   for (const char* caption : captions) m_tabs->addTab(QString::fromUtf8(caption));
+  setFocusProxy(m_tabs);
   PlaceTabs();
   connect(m_tabs, &QTabBar::currentChanged, this, &TabStrip::Click);
 }

@@ -1,0 +1,179 @@
+#include "snapshot/dialog.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QMouseEvent>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QWindow>
+
+#include "sim/device.h"
+#include "support/program_test.h"
+
+namespace tarnwell::test {
+namespace {
+
+class DialogTest : public ProgramTest {
+ protected:
+  DialogTest() {
+    m_counter.SetReadTakes(VirtualCounter::kRate / 1000);
+    m_port.AnswerAlways([this](const std::string& command) {
+      if (m_onCommand) m_onCommand(command);
+      return m_device->Answer(command);
+    });
+  }
+
+  void Use(const char* kind) { m_device = sim::MakeDevice({sim::FindKind(kind), 1, "", "", 0, 0}); }
+
+  /// A session in which the menu entry is chosen and `inDialog` runs once the dialog is up.
+  void Session(std::function<void()> inDialog) {
+    Start();
+    m_yielder.SkipYields(5);
+    m_yielder.OnYield([this, inDialog] {
+      QTimer::singleShot(0, &Main(), [this, inDialog] {
+        ASSERT_TRUE(QTest::qWaitFor([this] { return Description().hasFocus(); }));
+        inDialog();
+      });
+      m_port.TakeTranscript();
+      Main().findChild<QAction*>(QStringLiteral("mnuSnapshot"))->trigger();
+      EXPECT_EQ(Form(), nullptr);
+      EXPECT_TRUE(Main().tmrFlasher.Enabled() && Main().tmrForcePollResume.Enabled());
+      EXPECT_FALSE(m_desktop.Busy());
+      m_snapshotCommands = m_port.Commands();
+      m_port.TakeTranscript();
+    });
+    DisconnectAfter(12);
+    Connect();
+  }
+
+  forms::frmSaveSnapshot* Form() { return dynamic_cast<forms::frmSaveSnapshot*>(QApplication::activeModalWidget()); }
+  forms::TextBox& Description() { return Form()->txtSnapShotID; }
+  void Press(int key) { QTest::keyClick(&Description(), static_cast<Qt::Key>(key)); }
+  QString Path() const { return m_folder.filePath(QStringLiteral("hub B.txt")); }
+  qint64 Written() const { return QFile(Path()).size(); }
+
+  QTemporaryDir m_folder;
+  std::unique_ptr<sim::Device> m_device;
+  std::function<void(const std::string& command)> m_onCommand;
+  std::string m_snapshotCommands;
+};
+
+TEST_F(DialogTest, FromTheMenuToTheFileAndBack) {
+  Use("controller");
+  m_desktop.AnswerSave(std::nullopt);
+  m_desktop.AnswerSave(Path());
+  Session([this] {
+    const QPoint off = Form()->geometry().center() - Main().geometry().center();
+    EXPECT_LE(off.manhattanLength(), 2);
+    EXPECT_EQ(Form()->prgSaveSnapshot.maximum(), 110);
+    EXPECT_FALSE(Main().tmrFlasher.Enabled() || Main().tmrForcePollResume.Enabled());
+    QTest::keyClicks(&Description(), QStringLiteral("/a\\:*?\"<>|.b"));
+    Press(Qt::Key_Return);
+    EXPECT_EQ(m_desktop.TakeMessages(),
+              QStringList(QStringLiteral("(!) Must enter at least 3 characters for File Description")));
+    EXPECT_TRUE(m_desktop.TakeSaveDialogs().empty());
+    QTest::keyClicks(&Description(), QStringLiteral("c"));
+    Press(Qt::Key_Return);  // cancelled
+    ASSERT_NE(Form(), nullptr);
+    EXPECT_EQ(Description().Text(), QStringLiteral("abc"));
+    EXPECT_EQ(m_port.Commands(), "");
+    QTest::mouseClick(&Form()->cmdOk, Qt::LeftButton);
+    EXPECT_EQ(Form(), nullptr);
+  });
+  EXPECT_EQ(m_snapshotCommands, "CT? U? S? A? CV? CM? CP? O? PA? PB?");
+  EXPECT_EQ(m_port.Commands().substr(0, 9), "CP? A? S?") << "the poll goes on";
+  EXPECT_EQ(Written(), 16 * 82);
+  const std::vector<platform::SaveDialog> dialogs = m_desktop.TakeSaveDialogs();
+  ASSERT_EQ(dialogs.size(), 2U);
+  for (const platform::SaveDialog& dialog : dialogs) {
+    EXPECT_EQ(dialog.fileName, platform::ProposedFolder() + QDir::separator() + QStringLiteral("abc"));
+    EXPECT_EQ(dialog.filters, QStringList({QStringLiteral("All Files (*.*)"), QStringLiteral("Text Files(*.txt)")}));
+    EXPECT_EQ(dialog.filterIndex, 2);
+  }
+}
+
+TEST_F(DialogTest, ADescriptionIsHeldToFiftyCharactersAndANameToTwenty) {
+  Use("controller");
+  m_desktop.AnswerSave(Path());
+  Session([this] {
+    Description().setFocus();
+    const QString pasted = QStringLiteral("/a\\b.") + QString(60, QLatin1Char('x'));
+    Description().insert(pasted);
+    Press(Qt::Key_Return);
+  });
+  EXPECT_EQ(m_desktop.TakeSaveDialogs().at(0).fileName,
+            platform::ProposedFolder() + QDir::separator() + QStringLiteral("/a\\b.xxxxxxxxxxxxxxx"));
+  QFile file(Path());
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_TRUE(file.readAll().contains("[file description] /a\\b." + QByteArray(45, 'x') + QByteArray(10, ' ')));
+  const QString root = QDir::rootPath();
+  EXPECT_EQ(snapshot::ProposedPath(root, QStringLiteral("abc")), root + QStringLiteral("abc"));
+}
+
+TEST_F(DialogTest, CancelWritesNothingAndAFailedFileClosesTheDialogToo) {
+  Use("controller");
+  Session([this] { QTest::mouseClick(&Form()->cmdCancel, Qt::LeftButton); });
+  EXPECT_EQ(m_snapshotCommands, "");
+
+  m_desktop.AnswerSave(m_folder.path());
+  m_desktop.OnMessage([this] {
+    EXPECT_FALSE(Form()->cmdOk.isEnabled() || Form()->cmdCancel.isEnabled());
+    EXPECT_TRUE(m_desktop.Busy());
+  });
+  Session([this] {
+    Description().SetText(QStringLiteral("abc"));
+    Press(Qt::Key_Return);
+  });
+  EXPECT_TRUE(m_desktop.TakeMessages().value(0).startsWith(QLatin1String("(!) Error with Save 7316 Snapshot | ")));
+}
+
+/// As it comes from the window system: it waits until somebody handles events.
+void PostClick(QWidget& control) {
+  QWidget& window = *control.window();
+  const QPointF at = control.mapTo(&window, control.rect().center());
+  const QPointF onScreen = window.mapToGlobal(at);
+  for (const auto& [type, buttons] :
+       {std::pair{QEvent::MouseButtonPress, Qt::LeftButton}, std::pair{QEvent::MouseButtonRelease, Qt::NoButton}}) {
+    QCoreApplication::postEvent(window.windowHandle(),
+                                new QMouseEvent(type, at, onScreen, Qt::LeftButton, buttons, Qt::NoModifier));
+  }
+}
+
+void PostKey(QWidget& window, int key) {
+  for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+    QCoreApplication::postEvent(window.windowHandle(), new QKeyEvent(type, key, Qt::NoModifier));
+  }
+}
+
+TEST_F(DialogTest, WhatTheOperatorDidDuringTheWritingIsLost) {
+  Use("c240");
+  m_desktop.AnswerSave(Path());
+  m_desktop.AnswerSave(Path());
+  int posted = 0;
+  m_onCommand = [&](const std::string& command) {
+    if (Form() == nullptr) return;
+    EXPECT_FALSE(Form()->cmdOk.isEnabled() || Form()->cmdCancel.isEnabled()) << command;
+    EXPECT_TRUE(m_desktop.Busy());
+    if (command != "V5?" && command != "P40?") return;
+    ++posted;
+    for (QWidget* control : std::initializer_list<QWidget*>{&Form()->cmdOk, &Form()->cmdCancel, &Main().optStandby,
+                                                            &Main().optRFMute, &Main().cmdConnect}) {
+      PostClick(*control);
+    }
+    PostKey(*Form(), Qt::Key_Return);
+    PostKey(Main(), Qt::Key_Space);
+  };
+  Session([this] {
+    Description().SetText(QStringLiteral("abc"));
+    Press(Qt::Key_Return);
+  });
+  EXPECT_EQ(posted, 2);
+  EXPECT_EQ(m_desktop.TakeSaveDialogs().size(), 1U);
+  EXPECT_EQ(std::count(m_snapshotCommands.begin(), m_snapshotCommands.end(), '?'), 101);
+  EXPECT_EQ(m_port.Commands().find('='), std::string::npos) << m_port.Commands();
+  EXPECT_GT(m_port.Commands().size(), 20U) << "the session goes on";
+}
+
+}  // namespace
+}  // namespace tarnwell::test
