@@ -1,5 +1,6 @@
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QTimer>
 
 #include "forms/controls/menu_entry.h"
@@ -125,6 +126,21 @@ TEST_F(FormTest, MeasuresInItsMeasuringFontAlone) {
   EXPECT_GT(form.TextHeight(QStringLiteral("x")), 20.0 * 20);  // a point is 20 twips, and a line is more
   EXPECT_LT(form.TextHeight(QStringLiteral("x")), 20.0 * 30);
   EXPECT_EQ(FontSize(form.cmdConnect), kDefaultPoints);
+}
+
+TEST_F(FormTest, AMessageIsNotClosedByAKeyThatWasHeldBefore) {
+  form.Show();
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+    QMessageBox box(&form);
+    box.setText(QStringLiteral("Unable to use COM3"));
+    box.open();
+    QWidget& receiver = box.focusWidget() != nullptr ? *box.focusWidget() : box;
+    QKeyEvent repeat(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+    QCoreApplication::sendEvent(&receiver, &repeat);
+    EXPECT_TRUE(box.isVisible());
+    QTest::keyClick(&receiver, key);
+    EXPECT_FALSE(box.isVisible());
+  }
 }
 
 TEST_F(FormTest, ATitleIsShownAsGivenWithoutControlCharacters) {

@@ -1,0 +1,284 @@
+#include "tools/vorel-snapshot/commands.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QSvgRenderer>
+#include <QTemporaryDir>
+#include <functional>
+
+#include "support/snapshot_sample.h"
+#include "tools/vorel-snapshot/plot.h"
+
+namespace tarnwell::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+class SnapshotCommands : public testing::Test {
+ protected:
+  /// The exit code; what is printed stands in m_out and m_err, the folder's name taken out.
+  int Run(const QString& command) {
+    vorel_snapshot::Output output;
+    QStringList arguments = command.split(QLatin1Char(' '));
+    for (QString& word : arguments) {
+      if (word.contains(QLatin1Char('.'))) word = m_folder.filePath(word);
+    }
+    const int code = vorel_snapshot::Run(arguments, output);
+    m_out = output.out.replace((m_folder.path() + QLatin1Char('/')).toUtf8(), "").toStdString();
+    m_err = output.err.replace((m_folder.path() + QLatin1Char('/')).toUtf8(), "").toStdString();
+    return code;
+  }
+
+  void Write(const char* name, const std::string& bytes) {
+    QFile file(m_folder.filePath(QLatin1String(name)));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes.data(), static_cast<qint64>(bytes.size()));
+  }
+
+  /// The amplifier's lines with some put in the place of others, by their numbers.
+  static Lines Changed(const std::vector<std::pair<std::size_t, std::string>>& changes) {
+    Lines lines = AmplifierLines();
+    for (const auto& [number, line] : changes) lines[number - 1] = line;
+    return lines;
+  }
+
+  QTemporaryDir m_folder;
+  std::string m_out;
+  std::string m_err;
+};
+
+constexpr std::size_t At(std::size_t line, std::size_t column) { return (line - 1) * 82 + column - 1; }
+
+TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
+  const std::string whole = SnapshotFile(AmplifierLines());
+  std::string unixFile;
+  for (const char c : whole) unixFile += c == '\r' ? "" : std::string(1, c);
+  std::string macFile = unixFile;
+  std::replace(macFile.begin(), macFile.end(), '\n', '\r');
+  const auto with = [&](std::size_t number, const std::string& line) {
+    return SnapshotFile(Changed({{number, line}}));
+  };
+  const auto replaced = [&](std::size_t at, std::size_t length, const std::string& bytes) {
+    return std::string(whole).replace(at, length, bytes);
+  };
+  const struct {
+    std::string file;
+    const char* told;
+  } cases[] = {
+      {whole, "a.txt: whole, amplifier, 57 lines"},
+      {SnapshotFile(ControllerLines()), "a.txt: whole, redundancy controller, 16 lines"},
+      {"", "a.txt: the file is empty"},
+      {std::string("\0\1\2\xFF\r\n\n\r", 8), "a.txt: no line of a snapshot is in it"},
+      {unixFile, "a.txt: all lines end in LF rather than CR LF: a converted file"},
+      {macFile, "a.txt: all lines end in CR rather than CR LF: a converted file"},
+      {whole.substr(0, At(56, 33)),
+       "a.txt:56: column 33: too short: 32 characters, a line has 80|a.txt:56: no line end: the file stops in this "
+       "line|a.txt:56: [pin diode table] has 10 lines rather than 11|a.txt:56: column 32: no point in brackets"},
+      {whole.substr(0, At(20, 1)), "a.txt:19: truncated: [temp amp2] and what follows it is missing behind this line"},
+      {whole.substr(0, At(31, 1)) + "#ERROR: FILE MAY BE INCOMPLETE\r\n",
+       "a.txt:31: the console gave up here: #ERROR: FILE MAY BE INCOMPLETE|"
+       "a.txt:31: truncated: [pin diodes] and what follows it is missing behind this line"},
+      {whole + "x",
+       "a.txt:58: column 2: too short: 1 character, a line has 80|a.txt:58: no line end: the file stops in "
+       "this line|a.txt:58: column 1: no label that can stand here"},
+      {replaced(At(13, 12), 1, "X"),
+       "a.txt:13: check character \"C\", for this text \"$\"|a.txt:13: column 12: no number"},
+      {replaced(At(13, 6), 0, "Q"),
+       "a.txt:13: column 81: too long: 81 characters, a line has 80|a.txt:13: column 6: the label [rf level] is "
+       "damaged"},
+      {replaced(At(13, 6), 1, ""),
+       "a.txt:13: column 80: too short: 79 characters, a line has 80|a.txt:13: column 6: the label [rf level] is "
+       "damaged"},
+      {replaced(At(13, 80), 1, "\x7F"),
+       "a.txt:13: column 80: control character, code 127|"
+       "a.txt:13: check character code 127, for this text \"C\""},
+      {replaced(At(8, 1), 82, ""), "a.txt:8: [temp comp] is missing ahead of this line"},
+      {replaced(At(8, 1), 0, whole.substr(At(8, 1), 82)), "a.txt:9: repeats [temp comp] of line 8"},
+      {replaced(At(6, 1), 0, whole.substr(At(12, 1), 82)), "a.txt:6: repeats [rf output] of line 13"},
+      {with(4, "[sspa] 240W    x"), "a.txt:4: column 16: text behind the padding"},
+      {with(7, "[operating state] ONWARD"), "a.txt:7: column 21: none of the words that stand here"},
+      {with(11, "[comms mode] #ERR"), "a.txt: whole, amplifier, 57 lines"},
+      {with(14, "[reflected rf level] #NA"), "a.txt:14: column 22: no number"},
+      {with(22, "[latched alarms] OVER_TEMP_AMP1, RF_LEVEL_LOW, AUXILIARY"),
+       "a.txt:22: column 34: no alarm that can stand here"},
+      {with(22, "[latched alarms] OVER_TEMP_AMP1, AUXILIARY"), "a.txt:22: 2 alarms rather than 3"},
+      {with(36,
+            "[rf temp comp points (\xB0"
+            "C,dB)] (-20, 1.5), (25, 0)"),
+       "a.txt:36: 2 points rather than 3"},
+      {with(37,
+            "[sys temp comp points (\xB0"
+            "C,dB)] (-40, 2.500000000), (-20, 1.500000000), (0, .5000000)"),
+       "a.txt: whole, amplifier, 57 lines"},
+      {with(40, "[rf level table (dBm,V)] (D, 0.80), (26, 1.01), (27, 1.22), (28, 1.43)"),
+       "a.txt:40: column 34: a value at a point that is disabled"},
+      {with(47, "[pin diode table (dB,DAC)] (0, 12), (2, 18), (2, 24), (3, 30)"), "a.txt:47: point 2 where 1 belongs"},
+  };
+  for (const auto& row : cases) {
+    Write("a.txt", row.file);
+    const int code = Run(QStringLiteral("verify a.txt"));
+    const std::size_t end = m_out.rfind("\na.txt: damaged");
+    EXPECT_EQ(code, end == std::string::npos ? 0 : 1) << m_out;
+    std::string told = m_out.substr(0, end == std::string::npos ? m_out.size() - 1 : end);
+    std::replace(told.begin(), told.end(), '\n', '|');
+    EXPECT_EQ(told, row.told);
+  }
+}
+
+TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
+  Write("a.txt", SnapshotFile(AmplifierLines()));
+  Write("c.txt", SnapshotFile(ControllerLines()));
+  Write("huge.txt", std::string(2'000'000, ' '));
+  const struct {
+    const char* command;
+    int code;
+    const char* err;
+  } cases[] = {
+      {"verify a.txt gone.txt c.txt", 2, "vorel-snapshot: gone.txt: No such file or directory\n"},
+      {"show .", 2, "vorel-snapshot: .: is a directory\n"},
+      {"export --csv huge.txt", 2, "vorel-snapshot: huge.txt: larger than any snapshot\n"},
+      {"export a.txt", 2, "vorel-snapshot: export: give either --json or --csv\n"},
+      {"export a.txt --json --csv", 2, "vorel-snapshot: export: give either --json or --csv\n"},
+      {"plot c.txt -o p.svg", 3, "vorel-snapshot: c.txt: a redundancy controller has no calibration tables\n"},
+      {"plot a.txt -o p.gif", 2, "vorel-snapshot: plot: -o takes a file that ends in .svg or .png\n"},
+      {"diff a.txt", 2,
+       "vorel-snapshot: usage: diff [--readings] BEFORE AFTER\n"
+       "vorel-snapshot --help lists the commands.\n"},
+      {"diff a.txt c.txt", 1, ""},
+      {"look", 2, "vorel-snapshot: no command look\nvorel-snapshot --help lists the commands.\n"},
+      {"plot --help", 0, ""},
+      {"--version", 0, ""},
+  };
+  for (const auto& row : cases) {
+    EXPECT_EQ(Run(QString::fromLatin1(row.command)), row.code) << row.command;
+    EXPECT_EQ(m_err, row.err) << row.command;
+  }
+}
+
+TEST_F(SnapshotCommands, DiffTellsWhatTheServiceVisitChanged) {
+  Write("a.txt", SnapshotFile(AmplifierLines()));
+  const auto diff = [&](const Lines& after, const char* options = "") {
+    Write("b.txt", SnapshotFile(after));
+    const int code = Run(QStringLiteral("diff a.txt b.txt") + QLatin1String(options));
+    return std::to_string(code) + m_out.substr(m_out.find("\n\n") + 1);
+  };
+  const Lines drifted =
+      Changed({{2, "[file description] later"}, {13, "[rf level] 43.25 dBm"}, {15, "[gain adjust] .50 dB"}});
+  EXPECT_EQ(diff(drifted),
+            "0\nmeasured, not counted\n  rf level                        43.2 dBm                 -> 43.25 dBm\n\n"
+            "no difference that counts\n");
+  EXPECT_EQ(diff(drifted, " --readings"),
+            "1\nchanged\n  rf level                        43.2 dBm                 -> 43.25 dBm\n\n1 difference\n");
+  EXPECT_EQ(diff(Changed({{16, "[rf min] 20 dBm"},
+                          {20, "[temp amp2] #ERR"},
+                          {23, "[latched alarms] CE_FAILSAFE"},
+                          {45, "[rf level table (dBm,V)] (45, 5.00), (#ERR, #ERR), (D, D), (48, 5.63)"}})),
+            "1\nchanged\n"
+            "  rf min                          disabled                 -> 20 dBm\n"
+            "  temp amp2                       44 °C                    -> not read (#ERR)\n"
+            "  latched alarms                  RF_LEVEL_LOW, OVER_TEMP_AMP1, AUXILIARY, SIMULATED -> RF_LEVEL_LOW, "
+            "OVER_TEMP_AMP1, AUXILIARY, CE_FAILSAFE\n"
+            "  rf level table, point 22        (46, 5.21)               -> (#ERR, #ERR)\n"
+            "  rf level table, point 24        (D, D)                   -> (48, 5.63)\n\n5 differences\n");
+}
+
+TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {
+  Write("a.txt", SnapshotFile(Changed({{2, "[file description] \"x\", y"},
+                                       {13, "[rf level] #ERR"},
+                                       {36,
+                                        "[rf temp comp points (\xB0"
+                                        "C,dB)] (-20, .5), (#ERR, #ERR), (30, D)"},
+                                       {47, "[pin diode table (dB,DAC)] (0, 12), (1, 18), (2, 24), (3, -)"}})));
+  EXPECT_EQ(Run(QStringLiteral("export a.txt --csv")), 1);
+  EXPECT_EQ(m_err, "a.txt:47: column 60: no point in brackets\n");
+  for (const char* row :
+       {"file description,,,\"\"\"x\"\", y\",,", "time,,,2007-03-14T09:26:41,,", "rf level,,,,,#ERR",
+        "reflected rf level,,,,,NA", "rf min,,,,,disabled", "rf max,,,47,dBm,",
+        "latched alarms,,,\"RF_LEVEL_LOW, OVER_TEMP_AMP1, AUXILIARY, SIMULATED\",,",
+        "rf temp comp points,1,compensation,0.5,dB,", "rf temp comp points,2,temperature,,°C,#ERR",
+        "rf temp comp points,3,temperature,30,°C,", "rf temp comp points,3,compensation,,dB,disabled",
+        "pin diode table,3,DAC,24,,damaged", "pin diode table,4,DAC,,,lost", "pin diode table,5,DAC,36,,"}) {
+    EXPECT_NE(m_out.find("\n" + std::string(row) + "\n"), std::string::npos) << row << " not in\n" << m_out;
+  }
+
+  EXPECT_EQ(Run(QStringLiteral("export a.txt --json")), 1);
+  const QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(m_out)).object();
+  EXPECT_EQ(json[QLatin1String("damage")].toArray().size(), 1);
+  const struct {
+    int entry;
+    const char* json;
+  } cases[] = {
+      {4, R"({"label":"address","value":1})"},
+      {12, R"({"error":"#ERR","label":"rf level","unit":"dBm","value":null})"},
+      {13, R"({"label":"reflected rf level","unit":"dBm","value":null})"},
+      {15, R"({"disabled":true,"label":"rf min","unit":"dBm","value":null})"},
+      {16, R"({"label":"rf max","unit":"dBm","value":47})"},
+      {20, R"({"label":"active alarms","value":[]})"},
+      {34,
+       "{\"fields\":[{\"name\":\"temperature\",\"unit\":\"°C\"},{\"name\":\"compensation\",\"unit\":\"dB\"}],"
+       "\"label\":\"rf temp comp points\",\"points\":[{\"compensation\":0.5,\"point\":1,\"temperature\":-20},"
+       "{\"compensation\":null,\"error\":\"#ERR\",\"point\":2,\"temperature\":null},"
+       "{\"compensation\":null,\"disabled\":true,\"point\":3,\"temperature\":30}]}"},
+  };
+  for (const auto& row : cases) {
+    const QJsonObject entry = json[QLatin1String("entries")].toArray()[row.entry].toObject();
+    EXPECT_EQ(QJsonDocument(entry).toJson(QJsonDocument::Compact).toStdString(), row.json);
+  }
+}
+
+TEST_F(SnapshotCommands, PlotDrawsTheGoodPointsAndTellsTheOthers) {
+  std::string file =
+      SnapshotFile(Changed({{36,
+                             "[rf temp comp points (\xB0"
+                             "C,dB)] NA"},
+                            {38,
+                             "[sys temp comp points (\xB0"
+                             "C,dB)] (20, 0), (30, D), (60, -1)"},
+                            {41, "[rf level table (dBm,V)] (29, 1.64), (#ERR, #ERR), (31, 2.06), (32, 2.27)"}}));
+  file[At(47, 79)] = 'x';
+  Write("a.txt", file);
+  const auto charts = vorel_snapshot::Charts(vorel_snapshot::ReadSnapshot(file));
+  std::string told;
+  for (const auto& chart : charts) {
+    told += chart.note.toStdString() + "|";
+    for (const auto& run : chart.runs) told += std::to_string(run.size()) + " ";
+    for (const double mark : chart.marked) told += "x" + std::to_string(static_cast<int>(mark));
+    told += "\n";
+  }
+  EXPECT_EQ(told,
+            "disabled: points 23 to 26; not read: point 6|5 16 \n"
+            "\xC3\x97 disabled: points 38 to 41; damaged: points 1 to 4|33 x37x38x39x40\n"
+            "this amplifier has none|\n"
+            "\xC3\x97 disabled: points 5, 7 to 8|4 1 x30\n");
+  EXPECT_EQ(charts[0].runs[1].front(), QPointF(2.06, 31));
+
+  EXPECT_EQ(Run(QStringLiteral("plot a.txt -o p.png")), 1);
+  EXPECT_EQ(QImage(m_folder.filePath(QStringLiteral("p.png"))).size(), QSize(2400, 1824));
+  EXPECT_EQ(Run(QStringLiteral("plot a.txt -o p.SVG")), 1);
+  QSvgRenderer svg(m_folder.filePath(QStringLiteral("p.SVG")));
+  EXPECT_EQ(svg.viewBox(), QRect(0, 0, 1200, 912));
+  EXPECT_EQ(Run(QStringLiteral("plot a.txt -o nowhere/p.png")), 2);
+}
+
+TEST(SnapshotTicks, AreRoundNumbersAroundTheValues) {
+  const struct {
+    double least, greatest, first, step;
+    int count, decimals;
+  } cases[] = {
+      {0.8, 5.21, 0, 1, 7, 0}, {12, 228, 0, 50, 6, 0},       {-0.5, 0.25, -0.6, 0.2, 6, 1},       {7, 7, 6, 0.5, 5, 1},
+      {-1, 2.5, -1, 1, 5, 0},  {0.0, 0.004, 0, 0.001, 5, 3}, {-20000, 30000, -20000, 10000, 6, 0}};
+  for (const auto& row : cases) {
+    const auto ticks = vorel_snapshot::MakeTicks(row.least, row.greatest, 6);
+    EXPECT_NEAR(ticks.first, row.first, 1e-9) << row.least;
+    EXPECT_NEAR(ticks.step, row.step, 1e-9) << row.least;
+    EXPECT_EQ(std::pair(ticks.count, ticks.decimals), std::pair(row.count, row.decimals)) << row.least;
+  }
+}
+
+}  // namespace
+}  // namespace tarnwell::test

@@ -1,0 +1,157 @@
+#include "tools/vorel-snapshot/commands.h"
+
+#include <QCommandLineParser>
+#include <array>
+
+#include "tools/vorel-snapshot/file_commands.h"
+
+namespace tarnwell::vorel_snapshot {
+
+namespace {
+
+const char* const kVersion = "vorel-snapshot 2.01\n";
+
+struct Option {
+  const char* name;  ///< null: no more
+  const char* argument;
+  const char* help;
+};
+
+struct Command {
+  const char* name;
+  const char* arguments;
+  const char* summary;
+  const char* details;
+  int leastFiles;
+  int mostFiles;
+  std::array<Option, 2> options;
+  int (*run)(Call&);
+};
+
+constexpr int kManyFiles = 1 << 20;
+
+const Command kCommands[] = {
+    {"verify",
+     "FILE...",
+     "say whether files are whole, and what is damaged",
+     "Checks each line's length, end and check character, the form of each value, and that\n"
+     "all lines are there, once and in order. Ends with 0 when all files are whole, 1 when one\n"
+     "is damaged, 2 when one can't be read.\n",
+     1,
+     kManyFiles,
+     {},
+     Verify},
+    {"show",
+     "FILE",
+     "print a snapshot to read, its tables by point",
+     "What stands in a damaged line is marked \"!\".\n",
+     1,
+     1,
+     {},
+     ShowFile},
+    {"diff",
+     "[--readings] BEFORE AFTER",
+     "print what changed between two snapshots",
+     "By label and by table point. Program, description and time head the report and don't\n"
+     "count; nor do two different numbers of a measured value. Ends with 0 for no difference\n"
+     "that counts, 1 for one or for a damaged file.\n",
+     2,
+     2,
+     {{{"readings", nullptr, "measured values (levels, temperatures, rails) count as well"}}},
+     DiffFiles},
+    {"plot",
+     "FILE -o OUT.svg|OUT.png",
+     "draw the calibration tables as curves",
+     "Points that are disabled, were not read or stand in a damaged line are left out and\n"
+     "told. Ends with 3 when there is nothing to draw, as for a redundancy controller.\n",
+     1,
+     1,
+     {{{"o", "OUT", "the picture, an SVG or PNG file by its ending"}}},
+     PlotFile},
+    {"export",
+     "FILE --json|--csv",
+     "print a snapshot for another program",
+     "Numbers as numbers, units by themselves. vorel-snapshot(1) tells the form.\n",
+     1,
+     1,
+     {{{"json", nullptr, "one JSON object"}, {"csv", nullptr, "comma-separated values"}}},
+     ExportFile},
+};
+
+QString HelpRow(const QString& name, const char* help) {
+  return QStringLiteral("  %1 %2\n").arg(name, -12).arg(QLatin1String(help));
+}
+
+QString ProgramHelp() {
+  QString text = QStringLiteral("Usage: %1 COMMAND [ARGUMENTS]\nReads the snapshot files of the console.\n\n")
+                     .arg(QLatin1String(kProgram));
+  for (const Command& command : kCommands) text += HelpRow(QLatin1String(command.name), command.summary);
+  text += QLatin1Char('\n') + HelpRow(QStringLiteral("--help"), "print this; behind a command, what that takes") +
+          HelpRow(QStringLiteral("--version"), "print the version");
+  return text + QStringLiteral(
+                    "\nExit status: 0 fine, 1 damaged or different, 2 unreadable or wrong usage, 3 nothing to plot.\n");
+}
+
+QString CommandHelp(const Command& command) {
+  QString text = QStringLiteral("Usage: %1 %2 %3\n%4")
+                     .arg(QLatin1String(kProgram), QLatin1String(command.name), QLatin1String(command.arguments),
+                          QString::fromLatin1(command.details));
+  for (const Option& option : command.options) {
+    if (!option.name) continue;
+    const bool isLong = option.name[1] != '\0';
+    const QString name = QLatin1String(isLong ? "--" : "-") + QLatin1String(option.name);
+    text += QLatin1Char('\n') +
+            HelpRow(option.argument ? name + QLatin1Char(' ') + QLatin1String(option.argument) : name, option.help);
+  }
+  return text;
+}
+
+int Misused(Output& output, const QString& why) {
+  Complain(output, why);
+  output.err += "vorel-snapshot --help lists the commands.\n";
+  return kExitUnreadable;
+}
+
+int RunCommand(const Command& command, const QStringList& arguments, Output& output) {
+  QCommandLineParser parser;
+  for (const Option& option : command.options) {
+    if (option.name) parser.addOption({QLatin1String(option.name), {}, QLatin1String(option.argument)});
+  }
+  const QString help = QStringLiteral("help");
+  parser.addOption({{QStringLiteral("h"), help}, {}});
+  const QString name = QLatin1String(command.name);
+  // the parser takes the first argument for the program's name
+  if (!parser.parse(arguments)) return Misused(output, name + QStringLiteral(": ") + parser.errorText());
+  if (parser.isSet(help)) {
+    output.out += CommandHelp(command).toUtf8();
+    return kExitFine;
+  }
+  const QStringList files = parser.positionalArguments();
+  if (files.size() < command.leastFiles || files.size() > command.mostFiles) {
+    return Misused(output, QStringLiteral("usage: %1 %2").arg(name, QLatin1String(command.arguments)));
+  }
+  Call call{parser, files, output};
+  return command.run(call);
+}
+
+}  // namespace
+
+bool NeedsPainting(const QStringList& arguments) {
+  return !arguments.isEmpty() && arguments.first() == QLatin1String("plot");
+}
+
+int Run(const QStringList& arguments, Output& output) {
+  const QString first = arguments.value(0);
+  const bool version = first == QLatin1String("--version");
+  if (version || first == QLatin1String("--help") || first == QLatin1String("-h")) {
+    output.out += version ? QByteArray(kVersion) : ProgramHelp().toUtf8();
+    return kExitFine;
+  }
+  for (const Command& command : kCommands) {
+    if (first == QLatin1String(command.name)) return RunCommand(command, arguments, output);
+  }
+  return Misused(output,
+                 first.isEmpty() ? QStringLiteral("a command is missing") : QStringLiteral("no command ") + first);
+}
+
+}  // namespace tarnwell::vorel_snapshot

@@ -1,0 +1,69 @@
+#include "tools/vorel-snapshot/describe.h"
+
+#include <algorithm>
+
+#include "platform/text_encoding.h"
+
+namespace tarnwell::vorel_snapshot {
+
+QString Text(std::string_view bytes) { return platform::Printable(platform::FromDevice(bytes)); }
+
+QString ValueText(const Value& value, std::string_view unit) {
+  switch (value.kind) {
+    case Value::Kind::kNumber:
+      return unit.empty() ? Text(value.text) : Text(value.text) + QLatin1Char(' ') + Text(unit);
+    case Value::Kind::kText:
+      return Text(value.text);
+    case Value::Kind::kDisabled:
+      return QStringLiteral("disabled");
+    case Value::Kind::kLacking:
+      return QStringLiteral("none (NA)");
+    case Value::Kind::kError:
+      return (value.text == kUnknown ? QStringLiteral("unknown (%1)") : QStringLiteral("not read (%1)"))
+          .arg(Text(value.text));
+    case Value::Kind::kLost:
+      break;
+  }
+  return QStringLiteral("lost");
+}
+
+QString EntryText(const Entry& entry) {
+  if (entry.row->form != Form::kAlarms || !entry.HasContents()) return ValueText(entry.value, entry.row->unit);
+  QStringList alarms;
+  for (const std::string& alarm : entry.alarms) alarms += Text(alarm);
+  return alarms.isEmpty() ? Text(kNoAlarm) : alarms.join(QStringLiteral(", "));
+}
+
+QString PointText(const Point& point) {
+  if (point.first.kind == Value::Kind::kLost) return QStringLiteral("lost");
+  return QStringLiteral("(%1, %2)").arg(Text(point.first.text), Text(point.second.text));
+}
+
+QString FieldTitle(const Field& field) {
+  return field.unit.empty() ? Text(field.name) : QStringLiteral("%1 (%2)").arg(Text(field.name), Text(field.unit));
+}
+
+QString FaultText(const QString& file, const Fault& fault) {
+  QString text = file + QLatin1Char(':');
+  if (fault.line != 0) text += QString::number(fault.line) + QLatin1Char(':');
+  if (fault.column != 0) text += QStringLiteral(" column %1:").arg(fault.column);
+  return text + QLatin1Char(' ') + Text(fault.what);
+}
+
+QString FaultLines(const QString& file, const Snapshot& snapshot) {
+  QString lines;
+  for (const Fault& fault : snapshot.faults) lines += FaultText(file, fault) + QLatin1Char('\n');
+  return lines;
+}
+
+QString KindText(Kind kind) {
+  return kind == Kind::kController ? QStringLiteral("redundancy controller") : QStringLiteral("amplifier");
+}
+
+QString TextOf(const Snapshot& snapshot, std::string_view label) {
+  const auto has = [&](const Entry& entry) { return entry.name == label; };
+  const auto found = std::find_if(snapshot.entries.begin(), snapshot.entries.end(), has);
+  return found == snapshot.entries.end() ? QString() : EntryText(*found);
+}
+
+}  // namespace tarnwell::vorel_snapshot

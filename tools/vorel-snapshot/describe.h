@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "tools/vorel-snapshot/snapshot.h"
+
+namespace tarnwell::vorel_snapshot {
+
+/// Bytes of a file as text for the reader; control characters are replaced.
+QString Text(std::string_view bytes);
+
+/// "43.2 dBm", "disabled", "none (NA)", "not read (#ERR)".
+QString ValueText(const Value& value, std::string_view unit);
+
+/// The same of an entry with one value; of a list its alarms with commas, or "NONE".
+QString EntryText(const Entry& entry);
+
+/// "(27, 1.22)", as in the file.
+QString PointText(const Point& point);
+
+/// "temperature (°C)"
+QString FieldTitle(const Field& field);
+
+/// "rack2.txt:12: column 4: ..."
+QString FaultText(const QString& file, const Fault& fault);
+
+/// All of them, one a line.
+QString FaultLines(const QString& file, const Snapshot& snapshot);
+
+/// "amplifier" or "redundancy controller".
+QString KindText(Kind kind);
+
+/// The text of the entry with that label, or nothing.
+QString TextOf(const Snapshot& snapshot, std::string_view label);
+
+}  // namespace tarnwell::vorel_snapshot

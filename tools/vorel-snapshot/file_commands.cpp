@@ -1,0 +1,141 @@
+#include "tools/vorel-snapshot/file_commands.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
+#include <algorithm>
+#include <optional>
+
+#include "tools/vorel-snapshot/describe.h"
+#include "tools/vorel-snapshot/diff.h"
+#include "tools/vorel-snapshot/export.h"
+#include "tools/vorel-snapshot/plot.h"
+#include "tools/vorel-snapshot/show.h"
+
+namespace tarnwell::vorel_snapshot {
+
+namespace {
+
+/// Some two hundred snapshots; what is larger is something else.
+constexpr qint64 kMostBytes = 1 << 20;
+
+/// The file's bytes, or why not.
+std::optional<QByteArray> Load(const QString& path, QString& error) {
+  if (QFileInfo(path).isDir()) {
+    error = QStringLiteral("is a directory");
+    return std::nullopt;
+  }
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) {
+    error = file.errorString();
+    return std::nullopt;
+  }
+  // A device has no size, so the bytes that come are counted.
+  const QByteArray bytes = file.read(kMostBytes + 1);
+  if (file.error() != QFileDevice::NoError) error = file.errorString();
+  if (bytes.size() > kMostBytes) error = QStringLiteral("larger than any snapshot");
+  return error.isEmpty() ? std::optional(bytes) : std::nullopt;
+}
+
+std::optional<Snapshot> ReadFile(const QString& path, Output& output) {
+  QString error;
+  const auto bytes = Load(path, error);
+  if (!bytes) {
+    Complain(output, path + QStringLiteral(": ") + error);
+    return std::nullopt;
+  }
+  return ReadSnapshot({bytes->constData(), static_cast<std::size_t>(bytes->size())});
+}
+
+/// The same for a command that goes on with what it could read: the damage is told on standard error.
+std::optional<Snapshot> ReadAndTell(const QString& path, Output& output) {
+  auto snapshot = ReadFile(path, output);
+  if (snapshot) output.err += FaultLines(path, *snapshot).toUtf8();
+  return snapshot;
+}
+
+int ExitOf(const Snapshot& snapshot) { return snapshot.faults.empty() ? kExitFine : kExitDamaged; }
+
+int WritePlot(Call& call, const Snapshot& snapshot, const QString& path, const QString& format) {
+  const QByteArray bytes = PlotPage(call.files[0], snapshot, format);
+  // The whole picture or none: an older one stays where the disk is full.
+  QSaveFile file(path);
+  const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+  if (written) return ExitOf(snapshot);
+  Complain(call.output, path + QStringLiteral(": ") + file.errorString());
+  return kExitUnreadable;
+}
+
+}  // namespace
+
+void Complain(Output& output, const QString& text) {
+  output.err += QStringLiteral("%1: %2\n").arg(QLatin1String(kProgram), text).toUtf8();
+}
+
+int Verify(Call& call) {
+  int worst = kExitFine;
+  for (const QString& file : call.files) {
+    const auto snapshot = ReadFile(file, call.output);
+    if (!snapshot) {
+      worst = kExitUnreadable;
+      continue;
+    }
+    const auto faults = snapshot->faults.size();
+    const QString verdict =
+        faults == 0 ? QStringLiteral("whole, %1, %2 lines").arg(KindText(snapshot->kind)).arg(snapshot->lines)
+                    : QStringLiteral("damaged, %1 told").arg(faults);
+    call.output.out += FaultLines(file, *snapshot).toUtf8() + file.toUtf8() + ": " + verdict.toUtf8() + '\n';
+    worst = std::max<int>(worst, ExitOf(*snapshot));
+  }
+  return worst;
+}
+
+int ShowFile(Call& call) {
+  const auto snapshot = ReadAndTell(call.files[0], call.output);
+  if (!snapshot) return kExitUnreadable;
+  call.output.out += Show(call.files[0], *snapshot).toUtf8();
+  return ExitOf(*snapshot);
+}
+
+int DiffFiles(Call& call) {
+  const auto before = ReadAndTell(call.files[0], call.output);
+  const auto after = ReadAndTell(call.files[1], call.output);
+  if (!before || !after) return kExitUnreadable;
+  const Differences found = Diff({call.files[0], *before}, {call.files[1], *after}, call.Has("readings"));
+  call.output.out += found.report.toUtf8();
+  const bool whole = before->faults.empty() && after->faults.empty();
+  return found.count == 0 && whole ? kExitFine : kExitDamaged;
+}
+
+int ExportFile(Call& call) {
+  if (call.Has("json") == call.Has("csv")) {
+    Complain(call.output, QStringLiteral("export: give either --json or --csv"));
+    return kExitUnreadable;
+  }
+  const auto snapshot = ReadAndTell(call.files[0], call.output);
+  if (!snapshot) return kExitUnreadable;
+  call.output.out += call.Has("json") ? ExportJson(call.files[0], *snapshot) : ExportCsv(*snapshot);
+  return ExitOf(*snapshot);
+}
+
+int PlotFile(Call& call) {
+  const QString path = call.parser.value(QStringLiteral("o"));
+  const QString format = QFileInfo(path).suffix().toLower();
+  if (format != QLatin1String("svg") && format != QLatin1String("png")) {
+    Complain(call.output, QStringLiteral("plot: -o takes a file that ends in .svg or .png"));
+    return kExitUnreadable;
+  }
+  const auto snapshot = ReadAndTell(call.files[0], call.output);
+  if (!snapshot) return kExitUnreadable;
+  const auto charts = Charts(*snapshot);
+  const bool nothing = std::all_of(charts.begin(), charts.end(), [](const Chart& chart) { return chart.runs.empty(); });
+  if (nothing) {
+    const QString why = charts.empty() ? QStringLiteral("a redundancy controller has no calibration tables")
+                                       : QStringLiteral("no point of a calibration table is left to draw");
+    Complain(call.output, call.files[0] + QStringLiteral(": ") + why);
+    return kExitNoTables;
+  }
+  return WritePlot(call, *snapshot, path, format);
+}
+
+}  // namespace tarnwell::vorel_snapshot
