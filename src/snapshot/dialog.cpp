@@ -23,9 +23,7 @@ QString ProposedPath(const QString& folder, const QString& description) {
 }
 
 void Dialog::Form_Load() {
-  // Sizes without frames, which this form doesn't have yet: both have the same.
-  const QSize difference = m_main.size() - m_form.size();
-  m_form.move(m_main.pos() + QPoint(difference.width() / 2, difference.height() / 2));
+  m_form.CentreOn(m_main);
   m_form.prgSaveSnapshot.setRange(0, kBarEnd);
   m_form.prgSaveSnapshot.setValue(0);
 }

@@ -55,11 +55,11 @@ struct Table {
   int first;
   int last;
   int pointsPerLine;
+  int unaskedSteps;  ///< of the bar, where the table isn't asked
   protocol::Request (*query)(int index);
   Entry entry;
   Condition asked = EveryDevice;
   std::string_view unasked = {};  ///< empty: no line at all
-  int unaskedSteps = 0;           ///< of the bar
 };
 
 /// A whole file behind its first three lines.

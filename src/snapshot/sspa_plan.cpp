@@ -84,12 +84,12 @@ protocol::Request FixedPointQuery(int index) {
 constexpr std::string_view kSystemLabel = "sys temp comp points (\260C,dB)";
 
 constexpr Table kTables[] = {
-    {"rf temp comp points (\260C,dB)", 1, 3, 3, protocol::RFCompensationQuery, RFCompensationEntry, kClass2Up,
-     kNotAvailable, 3},
-    {kSystemLabel, 1, 8, 3, protocol::SystemCompensationQuery, SystemCompensationEntry, kClass2Up},
-    {kSystemLabel, 0, 7, 3, FixedPointQuery, FixedCompensationEntry, kClass1},
-    {"rf level table (dBm,V)", 0, 25, 4, protocol::RFLevelPointQuery, RFLevelEntry},
-    {"pin diode table (dB,DAC)", 0, 40, 4, protocol::PiNPointQuery, PiNEntry, kClass2Up, kNotAvailable, 40},
+    {"rf temp comp points (\260C,dB)", 1, 3, 3, 3, protocol::RFCompensationQuery, RFCompensationEntry, kClass2Up,
+     kNotAvailable},
+    {kSystemLabel, 1, 8, 3, 0, protocol::SystemCompensationQuery, SystemCompensationEntry, kClass2Up},
+    {kSystemLabel, 0, 7, 3, 0, FixedPointQuery, FixedCompensationEntry, kClass1},
+    {"rf level table (dBm,V)", 0, 25, 4, 0, protocol::RFLevelPointQuery, RFLevelEntry},
+    {"pin diode table (dB,DAC)", 0, 40, 4, 40, protocol::PiNPointQuery, PiNEntry, kClass2Up, kNotAvailable},
 };
 
 }  // namespace
