@@ -16,8 +16,8 @@ namespace tarnwell::vorel_snapshot {
 
 namespace {
 
-/// Some two hundred snapshots; what is larger is something else.
-constexpr qint64 kMostBytes = 1 << 20;
+/// Some ten snapshots; what is larger is something else.
+constexpr qint64 kMostBytes = 1 << 16;
 
 /// The file's bytes, or why not.
 std::optional<QByteArray> Load(const QString& path, QString& error) {

@@ -129,13 +129,13 @@ class Placer {
   }
 
   void PlaceDamagedLabels(const std::vector<bool>& inOrder) {
+    // For each line the row of the next that is in order.
+    std::vector<std::size_t> high(m_lines.size() + 1, m_order.rows.size() - 1);
+    for (std::size_t i = m_lines.size(); i-- > 0;) high[i] = inOrder[i] ? m_byLabel[i] : high[i + 1];
     std::size_t low = 0;
     for (std::size_t i = 0; i < m_lines.size(); ++i) {
       if (inOrder[i]) low = m_byLabel[i];
-      if (m_byLabel[i] != kNone || m_lines[i].body == kGivenUp) continue;
-      std::size_t next = i;
-      while (next < m_lines.size() && !inOrder[next]) ++next;
-      PlaceDamagedLabel(i, low, next < m_lines.size() ? m_byLabel[next] : m_order.rows.size() - 1);
+      if (m_byLabel[i] == kNone && m_lines[i].body != kGivenUp) PlaceDamagedLabel(i, low, high[i]);
     }
   }
 
@@ -179,10 +179,10 @@ class Placer {
   void TellMissing() {
     std::size_t behind = 0;  // the line ahead of which a missing one belongs
     for (std::size_t row = 0; row < m_order.rows.size(); ++row) {
-      if (!m_order.rows[row].empty()) {
-        behind = std::max(behind, m_order.rows[row].back().line + 1);
-        continue;
+      for (const Placed& placed : m_order.rows[row]) {
+        if (!placed.stray) behind = std::max(behind, placed.line + 1);
       }
+      if (!m_order.rows[row].empty()) continue;
       std::size_t last = row;
       while (last + 1 < m_order.rows.size() && m_order.rows[last + 1].empty()) ++last;
       TellMissing(row, last, behind);
@@ -193,14 +193,14 @@ class Placer {
   void TellMissing(std::size_t first, std::size_t last, std::size_t line) {
     const std::string from = Bracketed(RowAt(first).label);
     if (last + 1 == m_order.rows.size()) {
-      m_order.gaps.push_back(
-          {m_lines.size(), 0, "truncated: " + from + " and what follows it is missing behind this line"});
-    } else if (first == last) {
-      m_order.gaps.push_back({line + 1, 0, from + " is missing ahead of this line"});
-    } else {
-      const std::string to = Bracketed(RowAt(last).label);
-      m_order.gaps.push_back({line + 1, 0, from + " to " + to + " are missing ahead of this line"});
+      const std::string what = "truncated: " + from + " and what follows it is missing behind this line";
+      m_order.gaps.push_back({m_lines.size(), 0, what});
+      return;
     }
+    const bool atEnd = line == m_lines.size();
+    const std::string lost = first == last ? from + " is" : from + " to " + Bracketed(RowAt(last).label) + " are";
+    const std::string where = atEnd ? " missing behind this line" : " missing ahead of this line";
+    m_order.gaps.push_back({atEnd ? line : line + 1, 0, lost + where});
   }
 
   const std::vector<Line>& m_lines;
