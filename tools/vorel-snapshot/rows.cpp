@@ -1,5 +1,7 @@
 #include "tools/vorel-snapshot/rows.h"
 
+#include "alarms/alarm_tokens.h"
+
 namespace tarnwell::vorel_snapshot {
 
 namespace {
@@ -127,38 +129,6 @@ constexpr Row kControllerRows[] = {
     Word("path b", {"SSPA3", "SSPA2", kUnknown}),
 };
 
-constexpr auto U = kUnknown;
-
-constexpr std::string_view kAmplifierAlarms[] = {"5V_RAIL_LOW",
-                                                 "5V_RAIL_HIGH",
-                                                 "11V_RAIL_LOW",
-                                                 "11V_RAIL_HIGH",
-                                                 "EEPROM",
-                                                 "14V_RAIL_LOW",
-                                                 "14V_RAIL_HIGH",
-                                                 "PS_THERMAL",
-                                                 "INTERNAL",
-                                                 "-10V_RAIL_LOW",
-                                                 "-10V_RAIL_HIGH",
-                                                 "RF_LEVEL_LOW",
-                                                 "RF_LEVEL_HIGH",
-                                                 "REFLECTED_RF_LEVEL_HIGH",
-                                                 "DRIVER_AMP_FAIL",
-                                                 "POWER_AMP1_FAIL",
-                                                 "POWER_AMP2_FAIL",
-                                                 "11VLC_RAIL_LOW",
-                                                 "11VLC_RAIL_HIGH",
-                                                 "OVER_TEMP_AMP1",
-                                                 "OVER_TEMP_AMP2",
-                                                 U,
-                                                 U,
-                                                 "AUXILIARY",
-                                                 "CE_FAILSAFE",
-                                                 "SIMULATED"};
-
-constexpr std::string_view kControllerAlarms[] = {
-    U, U, U, U, "EEPROM", U, U, U, U, U, U, U, U, U, U, U, U, U, "SYSTEM", U, U, U, "WAVEGUIDE_1", "WAVEGUIDE_2", U, U};
-
 }  // namespace
 
 std::span<const Row> Rows(Kind kind) {
@@ -166,7 +136,14 @@ std::span<const Row> Rows(Kind kind) {
 }
 
 std::span<const std::string_view> AlarmNames(Kind kind) {
-  return kind == Kind::kController ? kControllerAlarms : kAmplifierAlarms;
+  const auto tokensOf = [](int type) {
+    link::SSPA_Public device;
+    device.SSPAType = type;
+    return alarms::TokensFor(device);
+  };
+  static const alarms::AlarmTokens kController = tokensOf(link::kRedundancyController);
+  static const alarms::AlarmTokens kAmplifier = tokensOf(link::kFirstAmplifier);
+  return kind == Kind::kController ? kController : kAmplifier;
 }
 
 }  // namespace tarnwell::vorel_snapshot
