@@ -16,7 +16,6 @@ void FitToAmplifier(forms::frmAlarms& f, const link::SSPA_Public& shared) {
   f.lblPSThermal.SetCaption(shared.HWPlatform == 4 ? QStringLiteral("Fan Alarm")
                                                    : QStringLiteral("Power Supply Thermal"));
 
-  const bool reflected = shared.HWPlatform == 4 && shared.SSPAType >= 1 && shared.SSPAType <= 3;
   const bool thermal = shared.HWPlatform == 2 || shared.HWPlatform == 4;
   const bool failSafe = shared.HWPlatform >= 2 && shared.HWPlatform <= 4;
   const struct {
@@ -24,7 +23,7 @@ void FitToAmplifier(forms::frmAlarms& f, const link::SSPA_Public& shared) {
     std::vector<QWidget*> controls;
   } rows[] = {
       {shared.HWPlatform == 2, {&f.lbl11VLC, &f.lbl11LCH, &f.lbl11LCL, f.cmdAlarms(17), f.cmdAlarms(18)}},
-      {reflected, {f.cmdAlarms(13), &f.lblReflected, &f.lblReflectedH}},
+      {link::MeasuresReflectedLevel(shared), {f.cmdAlarms(13), &f.lblReflected, &f.lblReflectedH}},
       {thermal, {&f.lblPSThermal, f.cmdAlarms(7)}},
       {failSafe, {&f.lblCEFailSafe, f.cmdAlarms(24)}},
       {!shared.SingleModule, {&f.lblTemp2, &f.lblTemp2H, f.cmdAlarms(20), &f.lblPowerAmp2, f.cmdAlarms(16)}},

@@ -48,4 +48,9 @@ struct SSPA_Public {
   AlarmTable AlarmStatus = {};
 };
 
+/// True for an amplifier that measures the level reflected by its load.
+constexpr bool MeasuresReflectedLevel(const SSPA_Public& device) {
+  return device.HWPlatform == 4 && device.SSPAType >= 1 && device.SSPAType <= 3;
+}
+
 }  // namespace tarnwell::link

@@ -62,12 +62,15 @@ void ToolkitDesktop::ShowMessage(const Message& message) {
 
 std::optional<QString> ToolkitDesktop::ChooseSaveFile(const SaveDialog& dialog) {
   QWidget* modal = QApplication::activeModalWidget();
-  QString filter = dialog.filters.value(dialog.filterIndex - 1);
-  const QString path =
-      QFileDialog::getSaveFileName(modal != nullptr ? modal : QApplication::activeWindow(), QString(), dialog.fileName,
-                                   dialog.filters.join(QStringLiteral(";;")), &filter);
-  if (path.isEmpty()) return std::nullopt;
-  return path;
+  const QFileInfo proposed(dialog.fileName);
+  // In two parts: the toolkit would take a folder of that name for the place to save in.
+  QFileDialog box(modal != nullptr ? modal : QApplication::activeWindow(), QString(), proposed.path());
+  box.setAcceptMode(QFileDialog::AcceptSave);
+  box.setNameFilters(dialog.filters);
+  box.selectNameFilter(dialog.filters.value(dialog.filterIndex - 1));
+  box.selectFile(proposed.fileName());
+  if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty()) return std::nullopt;
+  return box.selectedFiles().constFirst();
 }
 
 void ToolkitDesktop::Beep() { QApplication::beep(); }

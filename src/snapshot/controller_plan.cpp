@@ -6,7 +6,6 @@ namespace tarnwell::snapshot {
 namespace {
 
 constexpr Meaning kModes[] = {{"A", "AUTOMATIC"}, {"M", "MANUAL"}};
-constexpr Meaning kCommsModes[] = {{"Y", "LLO"}, {"Z", "RLO"}};
 constexpr Meaning kConfigurations[] = {{"1", "1:1"}, {"2", "1:2"}};
 constexpr Meaning kPriorities[] = {{"N", "NONE"}, {"A", "PATH A"}, {"B", "PATH B"}};
 constexpr Meaning kOnline1[] = {{"1", "ONLINE"}};

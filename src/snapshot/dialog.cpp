@@ -61,7 +61,11 @@ void Dialog::Write(const QString& path) {
   YieldWithoutInput();
   if (!m_form.Unloaded()) {
     const bool controller = m_shared.SSPAType == link::kRedundancyController;
-    controller ? m_writer.WriteControllerSnapshot(path) : m_writer.WriteSSPASnapshot(path);
+    if (controller) {
+      m_writer.WriteControllerSnapshot(path);
+    } else {
+      m_writer.WriteSSPASnapshot(path);
+    }
   }
   YieldWithoutInput();
   SetWriting(false);

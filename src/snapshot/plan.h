@@ -25,6 +25,9 @@ struct Meaning {
   std::string_view word;
 };
 
+/// The same for every device; "REM" where none of them fits.
+inline constexpr Meaning kCommsModes[] = {{"Y", "LLO"}, {"Z", "RLO"}};
+
 /// The values of a label, each on a line of its own. Nothing: an error that ends the file.
 using Values = std::optional<std::vector<std::string>>;
 

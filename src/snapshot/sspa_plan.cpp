@@ -15,9 +15,7 @@ constexpr Condition kClass1 = [](const Device& d) { return d.FirmwareClass == 1;
 constexpr Condition kPlatform2 = [](const Device& d) { return d.HWPlatform == 2; };
 constexpr Condition kTransceiver = [](const Device& d) { return d.FirmwareClass != 1 && d.HWPlatform != 4; };
 constexpr Condition kThermalFan = [](const Device& d) { return d.FirmwareClass >= 3 && d.HWPlatform != 4; };
-constexpr Condition kReflected = [](const Device& d) {
-  return d.HWPlatform == 4 && d.SSPAType >= 1 && d.SSPAType <= 3;
-};
+constexpr Condition kReflected = link::MeasuresReflectedLevel;
 constexpr Condition kTwoModules = [](const Device& d) { return !d.SingleModule; };
 constexpr Condition kKBand = [](const Device& d) { return d.KBandAmp; };
 constexpr Condition kOtherBand = [](const Device& d) { return !d.KBandAmp; };
@@ -27,7 +25,6 @@ constexpr Meaning kOperatingStates[] = {{"O", "ONLINE"}, {"S", "STANDBY"}, {"M",
 constexpr Meaning kCompensations[] = {{"U", "OFF"}, {"C", "ON"}, {"H", "MAX"}, {"L", "MIN"}};
 constexpr Meaning kBeepers[] = {{"A", "ON"}, {"Q", "OFF"}};
 constexpr Meaning kStorages[] = {{"R", "ON"}, {"F", "OFF"}};
-constexpr Meaning kCommsModes[] = {{"Y", "LLO"}, {"Z", "RLO"}};
 constexpr Meaning kOutputs[] = {
     {"B", "RF MUTE (AMP MODULE FAIL)"}, {"D", "RF MUTE (DIRECT I/O)"}, {"X", "RF MUTE (USER)"}, {"T", "RF ON"}};
 

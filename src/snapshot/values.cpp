@@ -10,7 +10,6 @@ namespace tarnwell::snapshot {
 
 namespace {
 
-constexpr std::string_view kDisabled = "D";
 constexpr std::size_t kAlarmsPerLine = 3;
 
 std::vector<std::string> OneValue(std::string_view value, std::string_view unit = {}) {
@@ -44,7 +43,7 @@ Values TextValue(const Shown& shown, std::string_view text, const Tokens& /*toke
 }
 
 Values LimitValue(const Shown& shown, std::string_view text, const Tokens& /*tokens*/) {
-  return text == kDisabled ? OneValue("DISABLED") : OneValue(text, shown.unit);
+  return text == std::string_view(&protocol::kDisabledMark, 1) ? OneValue("DISABLED") : OneValue(text, shown.unit);
 }
 
 Values AddressValue(const Shown& /*shown*/, std::string_view text, const Tokens& /*tokens*/) {
@@ -53,7 +52,7 @@ Values AddressValue(const Shown& /*shown*/, std::string_view text, const Tokens&
 }
 
 Values RoundedValue(const Shown& shown, std::string_view text, const Tokens& /*tokens*/) {
-  return OneValue(protocol::FixedText(protocol::LeadingNumber(text), 0, protocol::LeadingZero::kAlways), shown.unit);
+  return OneValue(protocol::RoundedText(text), shown.unit);
 }
 
 Values FirstHeldValue(const Shown& shown, std::string_view text, const Tokens& /*tokens*/) {

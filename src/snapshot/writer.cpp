@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "console/session_state.h"
 #include "platform/text_encoding.h"
 #include "protocol/readings.h"
 #include "snapshot/table_entries.h"
@@ -58,7 +59,7 @@ bool Writer::WriteAll(Job& job) {
 
 bool Writer::WriteHead(Job& job) {
   const QString now = m_timeOfDay().toString(QStringLiteral("dd/MM/yyyy hh:mm:ss"));
-  return job.WriteLine("software", "Tarnwell v2.01") &&
+  return job.WriteLine("software", console::kApplicationTitle.toStdString()) &&
          job.WriteLine("file description", platform::ToDevice(m_form.txtSnapShotID.Text())) &&
          job.WriteLine("time dd/mm/yyyy hh:mm:ss", now.toStdString());
 }

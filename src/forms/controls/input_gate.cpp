@@ -90,14 +90,18 @@ void InputGate::HandlerEnded() {
 }
 
 bool InputGate::eventFilter(QObject* watched, QEvent* event) {
+  // Else a press that is cut by the end of a pause would count as a fresh one.
+  if (event->type() == QEvent::KeyRelease) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    m_held.Released(key->key(), key->timestamp());
+  }
   if (m_dropsAll && IsInput(*event)) return true;
+  if (m_dropsAll && event->type() == QEvent::Close && event->spontaneous()) {
+    event->ignore();
+    return true;
+  }
   if (!watched->isWidgetType()) return false;
   switch (event->type()) {
-    case QEvent::KeyRelease: {
-      const auto* key = static_cast<QKeyEvent*>(event);
-      m_held.Released(key->key(), key->timestamp());
-      return false;
-    }
     case QEvent::KeyPress:
     case QEvent::ShortcutOverride:
       return Swallows(*static_cast<QWidget*>(watched), *static_cast<QKeyEvent*>(event));
