@@ -36,6 +36,7 @@ void Program::WireForm() {
   On(m_main.cmdConnect, &CommandButton::Click, [this] { m_connection.cmdConnect_Click(); });
   On(m_main.cmdViewAlarms, &CommandButton::Click, [this] { OpenAlarms(); });
   On(m_main.mnuSWOpt, &Menu::Click, [this] { OpenOptions(); });
+  On(m_main.mnuSSPASettings, &Menu::Click, [this] { OpenSettings(); });
   On(m_main.mnuExit, &Menu::Click, [this] { m_main.UnloadForm(); });
   On(m_main.mnuSnapshot, &Menu::Click, [this] { OpenSnapshot(); });
   On(m_main.tmrFlasher, &Timer::Tick, [this] { m_indicator.FlashAlarmIndicators(); });

@@ -44,6 +44,7 @@ class Program {
   void WireEntries();
   void OpenAlarms();
   void OpenOptions();
+  void OpenSettings();
 
   void OpenSnapshot();
 

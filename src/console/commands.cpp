@@ -1,5 +1,6 @@
 #include "console/commands.h"
 
+#include "console/entry_keys.h"
 #include "console/entry_text.h"
 #include "console/view_rules.h"
 #include "protocol/encodings.h"
@@ -13,10 +14,7 @@ constexpr double kPauseAroundCommand = 0.1;
 constexpr double kPauseBeforeReadBack = 0.05;
 constexpr double kPauseAroundGain = 0.05;
 
-bool PassesIntoGain(char16_t character) {
-  return (character >= u'0' && character <= u'9') || character == u'.' || character == u',' || character == u'-' ||
-         character == forms::KeyAscii::kBackspace;
-}
+constexpr std::string_view kGainKeys = "0123456789.,-";
 
 }  // namespace
 
@@ -62,9 +60,8 @@ void Commands::WriteGain() {
 }
 
 void Commands::txtGainAdjust_KeyPress(forms::KeyAscii& key) {
-  if (key.character == forms::KeyAscii::kEscape) updwnGainAdjust_Change();
-  if (key.character == forms::KeyAscii::kEnter) EnterGain();
-  if (!PassesIntoGain(key.character)) key.character = forms::KeyAscii::kSwallowed;
+  TakeEntryKey(
+      key, kGainKeys, [this] { EnterGain(); }, [this] { updwnGainAdjust_Change(); });
 }
 
 void Commands::EnterGain() {
@@ -81,16 +78,7 @@ void Commands::EnterGain() {
 }
 
 void Commands::txtGainAdjust_KeyDown(int key) {
-  if (key == Qt::Key_Up) StepGain(+1);
-  if (key == Qt::Key_Down) StepGain(-1);
-}
-
-void Commands::StepGain(int direction) {
-  forms::UpDown& spin = m_form.updwnGainAdjust;
-  const bool atLimit = direction > 0 ? spin.Value() >= spin.Maximum() : spin.Value() <= spin.Minimum();
-  if (atLimit) return;
-  spin.SetValue(spin.Value() + direction * spin.Increment());
-  WriteGain();
+  if (StepByKey(m_form.updwnGainAdjust, key)) WriteGain();
 }
 
 void Commands::updwnGainAdjust_Change() { ShowGain(m_form); }

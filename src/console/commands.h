@@ -31,7 +31,6 @@ class Commands {
   template <typename ReadBack>
   void SendAndReadBack(const protocol::Request& request, ReadBack readBack);
   void EnterGain();
-  void StepGain(int direction);
 
   forms::frmMain& m_form;
   const link::SSPA_Public& m_shared;

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <limits>
 
+#include "protocol/encodings.h"
+
 namespace tarnwell::console {
 
 std::optional<double> NumberFromEntry(const QString& text) {
@@ -22,6 +24,10 @@ std::optional<int> WholeNumberFromEntry(const QString& text) {
   const double whole = std::nearbyint(*value);
   if (whole < Range::min() || whole > Range::max()) return std::nullopt;
   return static_cast<int>(whole);
+}
+
+QString EntryFromNumber(double value, int decimals) {
+  return QString::fromStdString(protocol::FixedText(value, decimals, protocol::LeadingZero::kAlways));
 }
 
 }  // namespace tarnwell::console

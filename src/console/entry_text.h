@@ -12,4 +12,7 @@ std::optional<double> NumberFromEntry(const QString& text);
 /// The same, rounded to a whole number, halves to the even neighbour; empty also outside the 16-bit range.
 std::optional<int> WholeNumberFromEntry(const QString& text);
 
+/// A number as a field shows it at rest, with a zero ahead of the point: "0.5".
+QString EntryFromNumber(double value, int decimals);
+
 }  // namespace tarnwell::console

@@ -1,6 +1,6 @@
 #include "console/view_rules.h"
 
-#include "protocol/encodings.h"
+#include "console/entry_text.h"
 
 namespace tarnwell::console {
 
@@ -36,6 +36,17 @@ void SetConsoleEnabled(forms::frmMain& form, const link::SSPA_Public& shared, bo
   Enable(paths, f.fra7316PathBSelect, f.opt7316PathB2, f.opt7316PathB3);
 }
 
+void Enable(bool enabled, std::initializer_list<QWidget*> controls) {
+  for (QWidget* control : controls) control->setEnabled(enabled);
+}
+
+void EnableAndShow(bool shown, std::initializer_list<QWidget*> controls) {
+  for (QWidget* control : controls) {
+    control->setEnabled(shown);
+    control->setVisible(shown);
+  }
+}
+
 void BlankReadings(forms::frmMain& form) {
   forms::frmMain& f = form;
   for (forms::Label* label :
@@ -49,8 +60,7 @@ void BlankReadings(forms::frmMain& form) {
 }
 
 void ShowGain(forms::frmMain& form) {
-  const double gain = form.updwnGainAdjust.Value() / 10.0;
-  form.txtGainAdjust.SetText(QString::fromStdString(protocol::FixedText(gain, 1, protocol::LeadingZero::kAlways)));
+  form.txtGainAdjust.SetText(EntryFromNumber(form.updwnGainAdjust.Value() / 10.0, 1));
 }
 
 }  // namespace tarnwell::console

@@ -1,16 +1,9 @@
 #include "session/connect_address.h"
 
+#include "console/entry_keys.h"
 #include "console/entry_text.h"
 
 namespace tarnwell::session {
-
-namespace {
-
-bool PassesIntoAddress(char16_t character) {
-  return (character >= u'0' && character <= u'9') || character == forms::KeyAscii::kBackspace;
-}
-
-}  // namespace
 
 void ConnectAddressEntry::updwnConnectAddress_Change() {
   const int address = m_form.updwnConnectAddress.Value();
@@ -21,9 +14,8 @@ void ConnectAddressEntry::updwnConnectAddress_Change() {
 }
 
 void ConnectAddressEntry::txtConnectAddress_KeyPress(forms::KeyAscii& key) {
-  if (key.character == forms::KeyAscii::kEscape) updwnConnectAddress_Change();
-  if (key.character == forms::KeyAscii::kEnter) EnterAddress();
-  if (!PassesIntoAddress(key.character)) key.character = forms::KeyAscii::kSwallowed;
+  console::TakeEntryKey(
+      key, console::kDigitKeys, [this] { EnterAddress(); }, [this] { updwnConnectAddress_Change(); });
 }
 
 void ConnectAddressEntry::EnterAddress() {
@@ -32,10 +24,6 @@ void ConnectAddressEntry::EnterAddress() {
   updwnConnectAddress_Change();
 }
 
-void ConnectAddressEntry::txtConnectAddress_KeyDown(int key) {
-  forms::UpDown& spin = m_form.updwnConnectAddress;
-  if (key == Qt::Key_Up) spin.SetValue(spin.Value() + spin.Increment());
-  if (key == Qt::Key_Down) spin.SetValue(spin.Value() - spin.Increment());
-}
+void ConnectAddressEntry::txtConnectAddress_KeyDown(int key) { console::StepByKey(m_form.updwnConnectAddress, key); }
 
 }  // namespace tarnwell::session

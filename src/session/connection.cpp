@@ -9,17 +9,12 @@ namespace tarnwell::session {
 
 namespace {
 
+using console::EnableAndShow;
+
 constexpr double kPauseBetweenQueries = 0.05;
 constexpr int kBinaryMode = 1;
 const QString kConnectCaption = QStringLiteral("&Connect");
 const QString kDisconnectCaption = QStringLiteral("Dis&connect");
-
-void EnableAndShow(bool shown, std::initializer_list<QWidget*> controls) {
-  for (QWidget* control : controls) {
-    control->setEnabled(shown);
-    control->setVisible(shown);
-  }
-}
 
 }  // namespace
 

@@ -42,6 +42,7 @@ class Tour {
   bool ShowsOptions() const;
   bool ShowsDevice() const;
   bool ShowsAlarms() const;
+  bool ShowsSettings() const;
   bool ShowsSnapshot() const;
   bool IsMaximised() const;
 
@@ -53,6 +54,9 @@ class Tour {
   QString AlarmsPicture() const {
     return IsController() ? QStringLiteral("alarms-controller") : QStringLiteral("alarms");
   }
+  QString StandardPicture() const { return QStringLiteral("settings-standard"); }
+  QString AdvancedPicture() const { return QStringLiteral("settings-advanced"); }
+  QString FactoryPicture() const { return QStringLiteral("settings-factory"); }
   QString SnapshotPicture() const { return QStringLiteral("snapshot"); }
   QString MaximisedPicture() const { return QStringLiteral("maximised"); }
   QString EndPicture() const { return QStringLiteral("disconnected"); }
@@ -63,9 +67,11 @@ class Tour {
   void PressConnect();
   void ViewAlarms();
   void Maximise();
+  void OpenSettings();
+  void ShowAdvancedPage();
+  void ShowFactoryPage();
   void OpenSnapshot();
   void RestoreAndDisconnect();
-  void TakePicturesOfViews();
   void Close();
 
   app::Program& m_program;

@@ -1,0 +1,186 @@
+#include "settings/calibration_tables.h"
+
+#include "console/entry_text.h"
+#include "platform/text_encoding.h"
+#include "protocol/readings.h"
+#include "protocol/vocabulary.h"
+
+namespace tarnwell::settings {
+
+namespace {
+
+constexpr double kPauseAroundCommand = 0.05;
+constexpr std::size_t kRFCompensationName = 4;  // "RT02"
+constexpr std::size_t kCompensationName = 3;    // "H03"
+
+bool IsDisabled(float value) { return value == static_cast<float>(protocol::kDisabledValue); }
+
+/// The float's decimal digits are shown, not its binary neighbour: 0.35 is 0.4 with one decimal.
+QString ShownNumber(float value, int decimals) {
+  if (IsDisabled(value)) return DisabledText();
+  return console::EntryFromNumber(protocol::LeadingNumber(protocol::NumberText(value)), decimals);
+}
+
+QString ShownWhole(int value) { return value == protocol::kDisabledValue ? DisabledText() : QString::number(value); }
+
+void DrawPosition(forms::TextBox& field, const forms::UpDown& spin) {
+  field.SetText(QStringLiteral("%1 of %2").arg(spin.Value() + 1).arg(spin.Maximum() + 1));
+}
+
+template <typename Table>
+auto& At(Table& table, int index) {
+  return table.at(static_cast<std::size_t>(index));
+}
+
+/// A compensation point as its two fields show it; nothing where one of them is no number.
+std::optional<CompensationPoint> PointFromEntry(const forms::TextBox& temperature, const forms::TextBox& compensation) {
+  const std::optional<int> degrees = console::WholeNumberFromEntry(temperature.Text());
+  const std::optional<float> value = CompensationOf(compensation.Text());
+  if (!degrees || !value) return std::nullopt;
+  return CompensationPoint{*value, static_cast<std::int16_t>(*degrees)};
+}
+
+}  // namespace
+
+bool CalibrationTables::TemperaturesAreFixed() const { return m_shared.FirmwareClass == 1; }
+
+template <typename Store>
+void CalibrationTables::Read(const protocol::Request& query, Store store) {
+  std::string reply;
+  if (protocol::Send(m_line, query, reply)) store(std::string_view(reply));
+}
+
+void CalibrationTables::ReadRFLevelPoint(int index) {
+  Read(protocol::RFLevelPointQuery(index), [&](auto reply) { TakeRFLevel(reply, At(RFLevelTable, index)); });
+}
+
+void CalibrationTables::ReadPiNPoint(int index) {
+  Read(protocol::PiNPointQuery(index), [&](auto reply) {
+    At(PiNTable, index).Level = static_cast<std::uint8_t>(index);
+    TakePiN(reply, At(PiNTable, index));
+  });
+}
+
+void CalibrationTables::ReadRFTempCompPoint(int index) {
+  Read(protocol::RFCompensationQuery(index + 1), [&](auto reply) {
+    TakeCompensation(protocol::AfterEcho(reply, kRFCompensationName), At(RFTempCompPoints, index));
+  });
+}
+
+void CalibrationTables::ReadTempCompPoint(int index) {
+  CompensationPoint& point = At(TempCompPoints, index);
+  if (TemperaturesAreFixed()) {
+    const int degrees = FixedTemperature(index);
+    Read(protocol::FixedCompensationQuery(degrees), [&](auto reply) { TakeFixedCompensation(reply, degrees, point); });
+  } else {
+    Read(protocol::SystemCompensationQuery(index + 1),
+         [&](auto reply) { TakeCompensation(protocol::AfterEcho(reply, kCompensationName), point); });
+  }
+}
+
+void CalibrationTables::DrawRFLevelPoint() {
+  const RFLevelPoint& point = At(RFLevelTable, m_form.updwnRFLevel.Value());
+  m_form.lblRFLevel.SetCaption(ShownWhole(point.Level));
+  m_form.txtRFVolts.SetText(ShownNumber(point.Volts, 2));
+  DrawPosition(m_form.txtRFLevelPoint, m_form.updwnRFLevel);
+}
+
+void CalibrationTables::DrawPiNPoint() {
+  const PiNPoint& point = At(PiNTable, m_form.updwnPiNLevel.Value());
+  m_form.lblPiNLevel.SetCaption(QString::number(point.Level));
+  m_form.txtPiNDAC.SetText(ShownWhole(point.DAC));
+  DrawPosition(m_form.txtPiNLevelPoint, m_form.updwnPiNLevel);
+  if (m_form.optModeMaint.Value()) SelectPiNPoint();
+}
+
+void CalibrationTables::SelectPiNPoint() {
+  m_timing.DelayBlocking(kPauseAroundCommand);
+  std::string reply;
+  protocol::Send(m_line, protocol::SelectPiNPoint(m_form.updwnPiNLevel.Value()), reply);
+}
+
+void CalibrationTables::DrawRFTempCompPoint() {
+  const CompensationPoint& point = At(RFTempCompPoints, m_form.updwnRFTempComp.Value());
+  m_form.txtRFTCComp.SetText(ShownNumber(point.Comp, 1));
+  m_form.txtRFTCTemp.SetText(QString::number(point.Temp));
+  DrawPosition(m_form.txtRFTempCompPoint, m_form.updwnRFTempComp);
+}
+
+void CalibrationTables::DrawTempCompPoint() {
+  const CompensationPoint& point = At(TempCompPoints, m_form.updwnTempComp.Value());
+  m_form.txtTCComp.SetText(ShownNumber(point.Comp, 1));
+  m_form.txtTCTemp.SetText(QString::number(point.Temp));
+  DrawPosition(m_form.txtTempCompPoint, m_form.updwnTempComp);
+}
+
+template <typename Store>
+void CalibrationTables::Write(const protocol::Request& setting, Store store, Draw draw) {
+  m_timing.DelayBlocking(kPauseAroundCommand);
+  std::string reply;
+  if (!protocol::Send(m_line, setting, reply)) {
+    m_form.UnloadForm();
+    return;
+  }
+  store(std::string_view(reply));
+  (this->*draw)();
+  m_timing.DelayBlocking(kPauseAroundCommand);
+}
+
+void CalibrationTables::WriteRFLevelPoint(float volts) {
+  const int index = m_form.updwnRFLevel.Value();
+  Write(
+      protocol::SetRFLevelPoint(index, volts), [&](auto reply) { TakeRFLevel(reply, At(RFLevelTable, index)); },
+      &CalibrationTables::DrawRFLevelPoint);
+}
+
+void CalibrationTables::cmdQuickCal_Click() {
+  const int index = m_form.updwnRFLevel.Value();
+  Write(
+      protocol::QuickCalibration(index), [&](auto reply) { TakeRFLevel(reply, At(RFLevelTable, index)); },
+      &CalibrationTables::DrawRFLevelPoint);
+}
+
+void CalibrationTables::WritePiNPoint() {
+  const int index = m_form.updwnPiNLevel.Value();
+  Write(
+      protocol::SetPiNPoint(index, platform::ToDevice(m_form.txtPiNDAC.Text())),
+      [&](auto reply) { TakePiN(reply, At(PiNTable, index)); }, &CalibrationTables::DrawPiNPoint);
+}
+
+void CalibrationTables::WriteRFTempCompPoint() {
+  const int index = m_form.updwnRFTempComp.Value();
+  const std::optional<CompensationPoint> point = PointFromEntry(m_form.txtRFTCTemp, m_form.txtRFTCComp);
+  if (!point) return DrawRFTempCompPoint();
+  Write(
+      protocol::SetRFCompensation(index + 1, point->Temp, point->Comp),
+      [&](auto reply) {
+        TakeSetCompensation(protocol::AfterEcho(reply, kRFCompensationName + 1), At(RFTempCompPoints, index));
+      },
+      &CalibrationTables::DrawRFTempCompPoint);
+}
+
+void CalibrationTables::WriteTempCompPoint() {
+  if (TemperaturesAreFixed()) return WriteFixedTempCompPoint();
+  const int index = m_form.updwnTempComp.Value();
+  const std::optional<CompensationPoint> point = PointFromEntry(m_form.txtTCTemp, m_form.txtTCComp);
+  if (!point) return DrawTempCompPoint();
+  Write(
+      protocol::SetSystemCompensation(index + 1, point->Temp, point->Comp),
+      [&](auto reply) {
+        TakeSetCompensation(protocol::AfterEcho(reply, kCompensationName + 1), At(TempCompPoints, index));
+      },
+      &CalibrationTables::DrawTempCompPoint);
+}
+
+void CalibrationTables::WriteFixedTempCompPoint() {
+  const int index = m_form.updwnTempComp.Value();
+  const int degrees = FixedTemperature(index);
+  const std::optional<float> compensation = CompensationOf(m_form.txtTCComp.Text());
+  if (!compensation) return DrawTempCompPoint();
+  Write(
+      protocol::SetFixedCompensation(degrees, *compensation),
+      [&](auto reply) { TakeFixedCompensation(reply, degrees, At(TempCompPoints, index)); },
+      &CalibrationTables::DrawTempCompPoint);
+}
+
+}  // namespace tarnwell::settings

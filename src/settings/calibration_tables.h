@@ -1,0 +1,66 @@
+#pragma once
+
+#include <array>
+
+#include "forms/frm_settings.h"
+#include "link/interval_timing.h"
+#include "link/send_command.h"
+#include "link/sspa_public.h"
+#include "protocol/vocabulary.h"
+#include "settings/calibration_points.h"
+
+namespace tarnwell::settings {
+
+/// The form's copy of the four calibration tables. The device owns them: a point is shown as the device last told it,
+/// never as it was typed. One point is one transaction, and nothing here lets other code run.
+class CalibrationTables {
+ public:
+  CalibrationTables(forms::frmSettings& form, const link::SSPA_Public& shared, link::SerialLink& line,
+                    const link::IntervalTiming& timing)
+      : m_form(form), m_shared(shared), m_line(line), m_timing(timing) {}
+
+  // Each asks for one point, counted from 0; without an answer the copy stays as it was. Nothing is drawn.
+  void ReadRFLevelPoint(int index);
+  void ReadPiNPoint(int index);
+  void ReadRFTempCompPoint(int index);
+  void ReadTempCompPoint(int index);
+
+  // Each shows the point that its spin control selects; what was half typed there is gone.
+  void DrawRFLevelPoint();
+  /// In maintenance mode also asks the device for the point, which so puts that point in force.
+  void DrawPiNPoint();
+  void DrawRFTempCompPoint();
+  void DrawTempCompPoint();
+
+  // Each sends the selected point, then stores and draws what the device answers. Without an answer the form closes.
+  /// Volts from 0 to 15, or protocol::kDisabledValue.
+  void WriteRFLevelPoint(float volts);
+  void WritePiNPoint();
+  void WriteRFTempCompPoint();
+  void WriteTempCompPoint();
+
+  /// Has the device calibrate the selected RF level point at the level of this moment.
+  void cmdQuickCal_Click();
+
+ private:
+  using Draw = void (CalibrationTables::*)();
+
+  bool TemperaturesAreFixed() const;
+  template <typename Store>
+  void Read(const protocol::Request& query, Store store);
+  template <typename Store>
+  void Write(const protocol::Request& setting, Store store, Draw draw);
+  void SelectPiNPoint();
+  void WriteFixedTempCompPoint();
+
+  forms::frmSettings& m_form;
+  const link::SSPA_Public& m_shared;
+  link::SerialLink& m_line;
+  const link::IntervalTiming& m_timing;
+  std::array<RFLevelPoint, kRFLevelPoints> RFLevelTable{};
+  std::array<PiNPoint, kPiNPoints> PiNTable{};
+  std::array<CompensationPoint, kRFTempCompPoints> RFTempCompPoints{};
+  std::array<CompensationPoint, kTempCompPoints> TempCompPoints{};
+};
+
+}  // namespace tarnwell::settings

@@ -1,0 +1,315 @@
+#include <algorithm>
+#include <sstream>
+
+#include "forms/controls/reading_order.h"
+#include "settings_test.h"
+#include "sim/commands.h"
+
+namespace tarnwell::test {
+namespace {
+
+class ReadBackTest : public SettingsTest {
+ protected:
+  bool AnyEnabled(QWidget& page) {
+    const std::vector<QWidget*> controls = forms::ReadingOrder(page);
+    return std::any_of(controls.begin(), controls.end(), [](auto* control) { return control->isEnabled(); });
+  }
+
+  /// The smallest distance in seconds between two commands of the port's transcript.
+  double SmallestGap() {
+    std::istringstream lines(m_port.TimedTranscript());
+    double before = -1.0;
+    double smallest = 1e9;
+    std::string text;
+    for (double at = 0.0; lines >> at >> text; before = at) smallest = std::min(smallest, at - before);
+    return smallest;
+  }
+
+  void ExpectClosed(const std::string& when) {
+    EXPECT_FALSE(IsOpen() || m_desktop.Busy()) << when;
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << when;
+    EXPECT_TRUE(Main().tmrForcePollResume.Enabled()) << when;
+  }
+};
+
+struct OpeningCase {
+  const char* kind;
+  const char* firmware;
+  const char* platform;
+  const char* command;  ///< typed to the simulator ahead of the opening
+  int count;            ///< transactions of the read-back
+  const char* commands;
+  const char* platformShown;
+  const char* standard;
+  const char* advanced;  ///< as it is when unlocked
+  const char* factory;
+};
+
+constexpr const char* kClass1 = "0264C-01 V5.4";
+constexpr const char* kClass2 = "0264C-01 V6.0";
+constexpr const char* kClass3 = "0264C-01 V6.2";
+#define CLASS_2_POINTS "RT01?..RT03? H01?..H08? R00?..R25? P00?..P40?"
+#define CLASS_2_TABLES \
+  "RFTable: 0.80 1 of 26; PINTable: 12 1 of 41; TCPoints: -40 2.5 1 of 8; RFTCPoints: -20 1.5 1 of 3; Mode: *Online "
+#define FREE_GROUPS "AuxSense: *Low High; TempComp: *On Off Min Max; Shutdown: On *Off"
+
+const OpeningCase kOpenings[] = {
+    {"k40", kClass1, "", "state standby", 42,
+     "CT? CV? U? T1? T2? CS? CA? CX? S? H-050? H-025? H+000? H+025? H+050? H+075? H+100? H+125? R00?..R25?",
+     "0712/0358", "Address: 1; Thresholds: 48.0 D",
+     "AlarmStyle: (Fleeting) (*Latching); Beeper: On *Off; AuxSense: (*Low) (High); TempComp: *On Off Min Max; "
+     "Shutdown: (On) (*Off)",
+     "RFTable: 0.80 1 of 26; TCPoints: (-50) 2.5 1 of 8; Mode: Online *Stby (Maint)"},
+    {"c120", kClass2, "0842", "state maint", 88, "CT? CV? U? CH? TX? T1? T2? CS? CA? CX? S? " CLASS_2_POINTS " P00?",
+     "0842", "Address: 1; Transceiver: *Vorel Generic; Thresholds: 52.8 D",
+     "AlarmStyle: Fleeting *Latching; " FREE_GROUPS,
+     "RFTable: 0.80 1 of 26; PINTable: 12 1 of 41; TCPoints: -40 2.5 1 of 8; RFTCPoints: -20 1.5 1 of 3; "
+     "Mode: Online Stby *Maint"},
+    {"c240", kClass3, "0712/0358", "gain 0", 87, "CT? CV? U? CH? T1? T2? CS? CA? CX? S? " CLASS_2_POINTS, "0712/0358",
+     "Address: 1; Thresholds: 55.8 D", "AlarmStyle: Fleeting *Latching; Beeper: On *Off; " FREE_GROUPS,
+     CLASS_2_TABLES "Stby Maint"},
+    {"c240", kClass3, "0842", "gain 0", 89, "CT? CV? U? CH? TX? T1? T2? CS? CA? CX? S? CF? " CLASS_2_POINTS, "0842",
+     "Address: 1; Transceiver: *Vorel Generic; Thresholds: 55.8 D", "AlarmStyle: Fleeting *Latching; " FREE_GROUPS,
+     CLASS_2_TABLES "Stby Maint; FanCtrl: *On Off"},
+    {"c60", kClass3, "0857", "gain 0", 87, "CT? CV? U? CH? T1? T2? CS? CA? CX? S? " CLASS_2_POINTS, "0857",
+     "Address: 1; Thresholds: 49.8 D", "AlarmStyle: Fleeting *Latching; Beeper: On *Off; " FREE_GROUPS,
+     CLASS_2_TABLES "Stby Maint"},
+    {"c240", kClass3, "0857E", "gain 0", 88, "CT? CV? U? CH? T1? T2? T3? CS? CA? CX? S? " CLASS_2_POINTS, "0857E",
+     "Address: 1; Thresholds: 55.8 D; ReflectedThreshold: D",
+     "AlarmStyle: Fleeting *Latching; Beeper: On *Off; " FREE_GROUPS, CLASS_2_TABLES "Stby Maint"},
+    {"k80", kClass3, "0857E", "gain 0", 87, "CT? CV? U? CH? T1? T2? CS? CA? CX? S? " CLASS_2_POINTS, "0857E",
+     "Address: 1; Thresholds: 51.0 D", "AlarmStyle: Fleeting *Latching; Beeper: On *Off; " FREE_GROUPS,
+     CLASS_2_TABLES "Stby Maint"},
+    {"controller", "", "", "config 1:1", 3, "CT? CV? U? CM?", "", "Address: 1; 7316Config: *1:1 1:2", "", ""},
+    {"controller", "", "", "priority B", 4, "CT? CV? U? CM? CP?", "",
+     "Address: 1; 7316Config: 1:1 *1:2; 7316Priority: None Path A *Path B", "", ""},
+};
+
+TEST_F(ReadBackTest, EachDeviceIsAskedForWhatItHasAndShowsIt) {
+  for (const OpeningCase& c : kOpenings) {
+    const std::string name = std::string(c.kind) + ' ' + c.firmware + ' ' + c.platform;
+    const bool controller = c.firmware[0] == '\0';
+    Attach(c.kind, c.firmware, c.platform);
+    Tell(c.command);
+    Start();
+    OpenSettings([&] {
+      const std::string whole = m_port.Commands();
+      const bool maintenance = Form().optModeMaint.Value();  // its last query is the point's in view
+      EXPECT_EQ(std::count(whole.begin(), whole.end(), '?') - 1 - (maintenance ? 1 : 0), c.count) << name;
+      EXPECT_GE(SmallestGap(), 0.05) << name;
+      EXPECT_EQ(TakeCommands(), c.commands);
+      EXPECT_FALSE(Form().tmrForcePollResume.Enabled());
+      EXPECT_EQ(Form().lblHWPlatform.isVisible() ? Form().lblHWPlatform.Caption().toStdString() : "", c.platformShown);
+      EXPECT_FALSE(Form().cmdUnlock.isVisible());
+      EXPECT_EQ(Page(), c.standard) << name;
+      for (const auto& [tab, page] : {std::pair{2, c.advanced}, std::pair{3, c.factory}}) {
+        SelectTab(tab);
+        EXPECT_EQ(Form().cmdUnlock.isVisible(), !controller) << name;
+        EXPECT_FALSE(AnyEnabled(tab == 2 ? Form().fraAdvanced : Form().fraFactory)) << name;
+        if (!controller) Press("cmdUnlock");
+        EXPECT_EQ(Page(), page) << name;
+        if (!controller) Press("cmdUnlock");
+      }
+      SelectTab(1);
+      EXPECT_EQ(Page(), c.standard) << name << ": the lock doesn't touch these";
+      EXPECT_FALSE(Form().cmdUnlock.isVisible());
+      EXPECT_EQ(TakeCommands(), "") << "tabs and lock send nothing";
+    });
+    EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
+    ExpectClosed(name);
+  }
+}
+
+TEST_F(ReadBackTest, RemoteLockoutShowsAllAndLocksAll) {
+  for (const char* kind : {"k40", "c240", "controller"}) {
+    const bool controller = std::string(kind) == "controller";
+    const QString message = QStringLiteral("(i) View settings only, %1 in RLO mode.")
+                                .arg(controller ? QStringLiteral("Redundancy Controller") : QStringLiteral("SSPA"));
+    Attach(kind);
+    Tell("lockout on");
+    Start();
+    m_desktop.OnMessage([this] { EXPECT_TRUE(m_desktop.Busy() && (IsOpen() || TakeCommands().empty())); });
+    const auto nothingEnabled = [&] {
+      for (forms::Frame* page : {&Form().fraStandard, &Form().fraAdvanced, &Form().fraFactory}) {
+        EXPECT_FALSE(AnyEnabled(*page)) << kind << ' ' << page->objectName().toStdString();
+      }
+    };
+    OpenSettings(
+        [&] {
+          m_desktop.OnMessage({});
+          EXPECT_EQ(m_desktop.TakeMessages(), QStringList(message)) << "once, ahead of the reads";
+          nothingEnabled();
+          for (const int tab : {3, 2, 1}) {
+            SelectTab(tab);
+            if (Form().cmdUnlock.isVisible()) {
+              Press("cmdUnlock");
+              EXPECT_EQ(m_desktop.TakeMessages().join(QString()), tab == 3 ? message : QString());
+            }
+            nothingEnabled();
+          }
+          EXPECT_EQ(Page(), controller                   ? "Address: (1); 7316Config: (1:1) (*1:2); 7316Priority: "
+                                                           "(*None) (Path A) (Path B)"
+                            : std::string(kind) == "k40" ? "Address: (1); Thresholds: (48.0) (D)"
+                                                         : "Address: (1); Transceiver: (*Vorel) (Generic); "
+                                                           "Thresholds: (55.8) (D)");
+        },
+        nothingEnabled);
+  }
+}
+
+TEST_F(ReadBackTest, WhatAReplySelects) {
+  const struct {
+    const char* request;
+    const char* reply;
+    int tab;
+    const char* shown;
+  } cases[] = {
+      {"U?", "U=_", 1, "Address: 31"},
+      {"U?", "U=@", 1, "Address: 0"},
+      {"T1?", "T1=D", 1, "55.8 D"},
+      {"T2?", "T2=12.25", 1, "12.2 D"},
+      {"T1?", "T1=-3", 1, "55.8 D"},
+      {"T1?", "T1= .5", 1, "55.8 0.5"},
+      {"T2?", "T2=999", 1, "100.0 D"},
+      {"TX?", "TX=0", 1, "Vorel *Generic"},
+      {"TX?", "TX=", 1, "Vorel *Generic"},
+      {"CS?", "CS=?", 2, "Shutdown: *On Off"},
+      {"CA?", "CA=?", 2, "*Fleeting Latching"},
+      {"CX?", "CX=HIGH", 2, "Low *High"},
+      {"CF?", "CF=OFF", 3, "FanCtrl: On *Off"},
+      {"S?", "S=HSULC", 2, "TempComp: *On"},
+      {"S?", "S=LHS", 2, "On Off Min *Max"},
+      {"S?", "S=MSU", 3, "Mode: Online *Stby Maint"},
+      {"S?", "S=T", 3, "Mode: Online Stby Maint"},
+  };
+  for (const auto& c : cases) {
+    Attach("c240");
+    Start();
+    OpenSettings(
+        [&] {
+          SelectTab(c.tab);
+          if (c.tab != 1) Press("cmdUnlock");
+          EXPECT_NE(Page().find(c.shown), std::string::npos) << c.reply << " gives " << Page();
+        },
+        [&] {
+          m_replies = {{c.request, c.reply}};
+        });
+    m_replies.clear();
+  }
+}
+
+/// Pauses of the full read-back, one ahead of all.
+constexpr int kPauses = 91;
+
+TEST_F(ReadBackTest, LockedAndUnlockedInTheMiddleOfTheReadBack) {
+  constexpr const char* kGrey =
+      "RFTable: (0.80) (1 of 26); PINTable: (12) (1 of 41); TCPoints: (-40) (2.5) (1 of 8); RFTCPoints: (-20) (1.5) "
+      "(1 of 3); Mode: (*Online) (Stby) (Maint); FanCtrl: (*On) (Off)";
+  constexpr const char* kFree = CLASS_2_TABLES "Stby Maint; FanCtrl: *On Off";
+  const struct {
+    std::vector<int> presses;  ///< the pauses in which cmdUnlock is pressed
+    const char* then;          ///< the Factory tab after the last press
+    const char* atEnd;
+  } cases[] = {
+      {{5},
+       "RFTable: () (); PINTable: () (); TCPoints: () () (); RFTCPoints: () () (); Mode: (Online) (Stby) (Maint); "
+       "FanCtrl: (On) (Off)",
+       kFree},
+      {{30},
+       "RFTable: () (); PINTable: () (); TCPoints: -40 2.5 1 of 8; RFTCPoints: -20 1.5 1 of 3; Mode: *Online Stby "
+       "Maint; FanCtrl: *On Off",
+       kFree},
+      {{20, 60},
+       "RFTable: (0.80) (1 of 26); PINTable: () (); TCPoints: (-40) (2.5) (1 of 8); RFTCPoints: (-20) (1.5) "
+       "(1 of 3); Mode: (*Online) (Stby) (Maint); FanCtrl: (*On) (Off)",
+       kGrey},
+  };
+  for (const auto& c : cases) {
+    Attach("c240");
+    Start();
+    OpenSettings(
+        [&] {
+          EXPECT_EQ(Page(), c.atEnd);
+          if (c.atEnd == kFree) return;
+          Press("cmdUnlock");
+          EXPECT_EQ(Page(), kFree) << "all has been read";
+        },
+        [&] {
+          SelectTab(3);
+          for (int pause = 1; pause <= c.presses.back(); ++pause) {
+            const bool pressed = std::count(c.presses.begin(), c.presses.end(), pause) != 0;
+            m_yielder.OnYield([this, &c, pause, pressed] {
+              if (pressed) Press("cmdUnlock");
+              const std::string page = Page();
+              EXPECT_TRUE(pause != c.presses.back() || page == c.then) << page;
+            });
+          }
+        });
+  }
+}
+
+TEST_F(ReadBackTest, ClosedInAnyPauseItSendsNothingMore) {
+  for (int pause = 1; pause <= kPauses; ++pause) {
+    for (const bool programEnds : {false, true}) {
+      if (programEnds && pause % 15 != 1) continue;
+      Attach("c240");
+      Start();
+      std::string sent;
+      OpenSettings([] { ADD_FAILURE() << "still open"; },
+                   [&] {
+                     m_yielder.SkipYields(pause - 1);
+                     m_yielder.OnYield([&] {
+                       sent = m_port.Commands();
+                       programEnds ? Main().UnloadForm() : Press("cmdExit");
+                     });
+                   });
+      EXPECT_EQ(m_sentAtClose, sent);
+      ExpectClosed("pause " + std::to_string(pause));
+    }
+  }
+}
+
+TEST_F(ReadBackTest, TheWatchdogShowsAStalledFormAgain) {
+  Attach("c240");
+  Start();
+  OpenSettings([&] { EXPECT_TRUE(Form().isVisible()); },
+               [&] {
+                 forms::frmSettings& form = Form();
+                 auto hides = std::make_shared<HideCounter>(form);
+                 const auto tick = [&form, hides] {
+                   Q_EMIT form.tmrForcePollResume.Tick();
+                   return hides->Take();
+                 };
+                 m_yielder.SkipYields(1);
+                 m_yielder.OnYield([&form, tick] {
+                   EXPECT_TRUE(form.tmrForcePollResume.Enabled() && form.tmrForcePollResume.Interval() == 2000);
+                   EXPECT_EQ(tick(), 0) << "the pause has just begun";
+                   QWidget box;
+                   box.setWindowModality(Qt::ApplicationModal);
+                   box.show();
+                   EXPECT_EQ(tick(), 0) << "a message box is up";
+                   box.hide();
+                   EXPECT_EQ(tick(), 1) << "no pause has come since the last tick";
+                 });
+                 m_yielder.OnYield([tick] { EXPECT_EQ(tick(), 0) << "the read-back moves on"; });
+               });
+}
+
+TEST_F(ReadBackTest, ADevicePulledAtAnyTransactionClosesTheFormAndComesBack) {
+  for (int transaction = 0; transaction <= 89; ++transaction) {  // the first is the form's own, ahead of the read-back
+    const std::string when = "transaction " + std::to_string(transaction);
+    Attach("c240");
+    Start();
+    m_onCommand = [this, left = transaction](const std::string&) mutable {
+      if (IsOpen() && left-- == 0) m_silent = true;
+    };
+    OpenSettings([&] { ADD_FAILURE() << "still open at " << when; },
+                 [&] { EXPECT_EQ(m_desktop.Busy(), transaction == 0) << when; });
+    ExpectClosed(when);
+    EXPECT_EQ(m_linkAfter, "lost up ") << when;
+    EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
+  }
+}
+
+}  // namespace
+}  // namespace tarnwell::test

@@ -1,0 +1,265 @@
+#include "settings_test.h"
+
+namespace tarnwell::test {
+namespace {
+
+class WritersTest : public SettingsTest {
+ protected:
+  /// Opens the form on the page of the tab, unlocked, and does `act` with nothing sent so far.
+  void OpenOn(int tab, const std::function<void()>& act) {
+    Start();
+    OpenSettings([&] {
+      SelectTab(tab);
+      if (tab != 1) Press("cmdUnlock");
+      TakeCommands();
+      act();
+    });
+    m_replies.clear();
+  }
+
+  forms::OptionButton& Option(const char* name) { return Find<forms::OptionButton>(name); }
+
+  /// What the operator sees of the option's group, which is on the page in front.
+  std::string GroupOf(const char* option) {
+    const std::string page = Page();
+    const std::string name = Option(option).parentWidget()->objectName().mid(3).toStdString() + ": ";
+    const std::size_t from = page.find(name);
+    return from == std::string::npos ? "" : page.substr(from, page.find(';', from) - from);
+  }
+};
+
+struct OptionCase {
+  const char* kind;
+  int tab;
+  const char* option;
+  const char* command;  ///< and what follows it
+  const char* refusal;  ///< an answer that says otherwise
+  const char* refused;  ///< the group then
+};
+
+const OptionCase kOptions[] = {
+    {"controller", 1, "opt7316_11", "CM=1", "CM=2", "7316Config: 1:1 *1:2"},
+    {"controller", 1, "opt7316_12", "CM=2 CP?", "CM=1", "7316Config: *1:1 1:2"},
+    {"controller", 1, "opt7316None", "CP=N", "CP=A", "7316Priority: None *Path A Path B"},
+    {"controller", 1, "opt7316PathA", "CP=A", "CP=B", "7316Priority: None Path A *Path B"},
+    {"controller", 1, "opt7316PathB", "CP=B", "CP=?", "7316Priority: *None Path A Path B"},
+    {"c240", 1, "optTxVorel", "TX=1", "TX=0", "Transceiver: Vorel *Generic"},
+    {"c240", 1, "optTxOther", "TX=0", "TX=1", "Transceiver: *Vorel Generic"},
+    {"c240", 2, "optAmpShutdownOn", "CS=E", "CS=OFF", "Shutdown: On *Off"},
+    {"c240", 2, "optAmpShutdownOff", "CS=D", "CS=?", "Shutdown: *On Off"},
+    {"c240", 3, "optFanCtrlOn", "CF=E", "CF=OFF", "FanCtrl: On *Off"},
+    {"c240", 3, "optFanCtrlOff", "CF=D", "CF=ON", "FanCtrl: *On Off"},
+    {"c240", 2, "optAuxHigh", "CX=H", "CX=LOW", "AuxSense: *Low High"},
+    {"c240", 2, "optAuxLow", "CX=L", "CX=HIGH", "AuxSense: Low *High"},
+    {"c240", 2, "optAlarmFleeting", "CA=F", "CA=?", "AlarmStyle: Fleeting *Latching"},
+    {"c240", 2, "optAlarmLatching", "CA=L", "CA=FLEETING", "AlarmStyle: *Fleeting Latching"},
+    {"c240", 2, "optTempCompOn", "S=C", "S=OTU", "TempComp: On *Off Min Max"},
+    {"c240", 2, "optTempCompOff", "S=U", "S=OTHU", "TempComp: On *Off Min Max"},
+    {"c240", 2, "optTempCompMax", "S=H", "S=OTL", "TempComp: On Off *Min Max"},
+    {"c240", 2, "optTempCompMin", "S=L", "S=OTH", "TempComp: On Off Min *Max"},
+    {"c60", 2, "optBeeperOn", "S=A", "S=OT", "Beeper: On *Off"},
+    {"c60", 2, "optBeeperOff", "S=Q", "S=OTA", "Beeper: *On Off"},
+    {"c240", 3, "optModeOnline", "S=O", "S=SM", "Mode: Online *Stby Maint"},
+    {"c240", 3, "optModeStandby", "S=S", "S=OT", "Mode: *Online Stby Maint"},
+    {"c240", 3, "optModeMaint", "S=M P00?", "S=OT", "Mode: *Online Stby Maint"},
+};
+
+TEST_F(WritersTest, EachOptionWritesOnEveryArrivalAndShowsTheDevicesWord) {
+  for (const OptionCase& c : kOptions) {
+    const std::string whole = c.command;
+    const std::string command = whole.substr(0, whole.find(' '));
+    Attach(c.kind);
+    OpenOn(c.tab, [&] {
+      Press(c.option);
+      EXPECT_EQ(TakeCommands(), c.command) << "by mouse";
+      EXPECT_TRUE(Option(c.option).Value()) << c.option;
+      KeyTo(Option(c.option), Qt::Key_Right);
+      const std::string neighbour = TakeCommands();
+      EXPECT_TRUE(!neighbour.empty() && neighbour.substr(0, command.size()) != command) << neighbour;
+      KeyTo(*QApplication::focusWidget(), Qt::Key_Left);
+      EXPECT_EQ(TakeCommands(), c.command) << "by arrow key";
+      KeyTo(*QApplication::focusWidget(), Qt::Key_Tab);
+      TakeCommands();
+      KeyTo(*QApplication::focusWidget(), Qt::Key_Backtab);
+      EXPECT_EQ(TakeCommands(), c.command) << "by Tab, selected as it is";
+
+      Form().cmdExit.setFocus();
+      m_replies[command] = c.refusal;
+      Press(c.option);
+      EXPECT_EQ(GroupOf(c.option), c.refused) << c.refusal;
+    });
+    EXPECT_EQ(m_linkAfter, "up up ");
+
+    OpenOn(c.tab, [&] {
+      m_silent = true;
+      Press(c.option);
+      EXPECT_EQ(TakeCommands(), command + ' ' + command + ' ' + command) << c.option;
+      EXPECT_FALSE(IsOpen());
+    });
+    EXPECT_EQ(m_linkAfter, "lost up ") << c.option;
+    EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
+  }
+}
+
+TEST_F(WritersTest, OneStatusReplyRedrawsItsThreeGroups) {
+  Attach("c60");
+  OpenOn(2, [&] {
+    m_replies["S=H"] = "S=SXAL";
+    Press("optTempCompMax");
+    EXPECT_EQ(GroupOf("optTempCompMin"), "TempComp: On Off *Min Max");
+    EXPECT_EQ(GroupOf("optBeeperOn"), "Beeper: *On Off");
+    SelectTab(3);
+    EXPECT_EQ(GroupOf("optModeStandby"), "Mode: Online *Stby Maint");
+  });
+}
+
+TEST_F(WritersTest, ConfigurationBringsAndTakesThePriorityGroup) {
+  Attach("controller");
+  Tell("priority A");
+  OpenOn(1, [&] {
+    Press("opt7316_11");
+    EXPECT_EQ(Page() + " | " + TakeCommands(), "Address: 1; 7316Config: *1:1 1:2 | CM=1");
+    Press("opt7316_12");
+    EXPECT_EQ(Page() + " | " + TakeCommands(),
+              "Address: 1; 7316Config: 1:1 *1:2; 7316Priority: None *Path A Path B | CM=2 CP?");
+    m_onCommand = [this](const std::string& command) {
+      if (command == "CP?") m_silent = true;
+    };
+    Form().cmdExit.setFocus();
+    Press("opt7316_12");
+    EXPECT_FALSE(IsOpen()) << "the second transaction failed";
+  });
+  EXPECT_EQ(m_linkAfter, "lost up ");
+}
+
+TEST_F(WritersTest, LimitsBySpinShowTheDevicesWord) {
+  const struct {
+    const char* spin;
+    const char* reply;  ///< to the command, if not the device's own
+    const char* command;
+    const char* shown;
+  } cases[] = {
+      {"updwnRFMin", nullptr, "T1= 0", "Thresholds: 49.8 0.0; ReflectedThreshold: D"},
+      {"updwnRFMax", nullptr, "T2= 50.3", "Thresholds: 50.3 D; ReflectedThreshold: D"},
+      {"updwnReflectedMax", nullptr, "T3= 0", "Thresholds: 49.8 D; ReflectedThreshold: 0.0"},
+      {"updwnRFMin", "T1=12.34", "T1= 0", "Thresholds: 49.8 12.3; ReflectedThreshold: D"},
+      {"updwnRFMax", "T2=D", "T2= 50.3", "Thresholds: D D; ReflectedThreshold: D"},
+      {"updwnReflectedMax", "T3=x", "T3= 0", "Thresholds: 49.8 D; ReflectedThreshold: 0.0"},
+  };
+  for (const auto& c : cases) {
+    Attach("c60");
+    OpenOn(1, [&] {
+      if (c.reply != nullptr) m_replies[c.command] = c.reply;
+      auto* spin = Form().findChild<forms::UpDown*>(QString::fromLatin1(c.spin));
+      QTest::mousePress(spin, Qt::LeftButton, {}, QPoint(5, 3));
+      EXPECT_EQ(TakeCommands(), "") << "held";
+      QTest::mouseRelease(spin, Qt::LeftButton, {}, QPoint(5, 3));
+      EXPECT_EQ(TakeCommands(), c.command);
+      EXPECT_EQ(Page(), std::string("Address: 1; ") + c.shown) << c.command;
+      m_silent = true;
+      QTest::mouseClick(spin, Qt::LeftButton, {}, QPoint(5, 3));
+      EXPECT_FALSE(IsOpen());
+    });
+    EXPECT_EQ(m_linkAfter, "lost up ");
+  }
+}
+
+class AddressTest : public WritersTest {
+ protected:
+  /// A device that hears requests to its own address alone, and from there on at the new one.
+  void AttachAt(int address, bool moves) {
+    SaveProperty("ConnectAddress", std::to_string(address).c_str());
+    Attach("c240");
+    m_port.SetAddress(static_cast<std::uint8_t>(address));
+    m_onCommand = [this, moves](const std::string& command) {
+      if (command[0] != 'U' || command[1] != '=') return;
+      m_port.SetAddress(static_cast<std::uint8_t>(command[2] - '@'));
+      m_silent = !moves;
+    };
+  }
+
+  std::string Addresses() {
+    return std::to_string(Shared().ConnectAddress) + ' ' + Main().txtConnectAddress.Text().toStdString() + ' ' +
+           StoredProperty("ConnectAddress").toStdString();
+  }
+};
+
+TEST_F(AddressTest, TheConsoleFollowsTheDevice) {
+  for (const auto& [from, keys, command, to] :
+       std::initializer_list<std::tuple<int, const char*, const char*, const char*>>{
+           {1, "31", "U=_", "31"}, {5, "0", "U=@", "0"}, {31, "1", "U=A", "1"}, {2, "99", "U=_", "31"}}) {
+    AttachAt(from, true);
+    OpenOn(1, [&, text = keys, sent = command, address = to] {
+      Form().txtSSPAAddress.SetText(QString::fromLatin1(text));
+      KeyTo(Form().txtSSPAAddress, Qt::Key_Return);
+      EXPECT_EQ(TakeCommands(), std::string(sent) + " U?");
+      EXPECT_EQ(Addresses(), std::string(address) + ' ' + address + ' ' + address);
+      EXPECT_FALSE(Shared().CommsLost);
+    });
+    EXPECT_EQ(m_linkAfter, "up up ") << "polled at the new address";
+  }
+}
+
+TEST_F(AddressTest, AFailedChangeIsToldAndTakenBack) {
+  AttachAt(7, false);
+  OpenOn(1, [&] {
+    m_desktop.OnMessage([this] {
+      m_silent = false;
+      m_onCommand = {};
+      m_port.SetAddress(7);
+      EXPECT_TRUE(IsOpen());
+    });
+    KeyTo(Form().txtSSPAAddress, Qt::Key_Up);
+    EXPECT_EQ(TakeCommands(), "U=B U? U? U?");
+    EXPECT_FALSE(IsOpen());
+  });
+  EXPECT_EQ(m_desktop.TakeMessages(), QStringList(QStringLiteral("(!) Address Change Failed")));
+  EXPECT_EQ(Addresses(), "7 7 7");
+  EXPECT_EQ(m_linkAfter, "up up ");
+}
+
+TEST_F(AddressTest, ChangedInTheMiddleOfTheReadBackItGoesOnAtTheNewAddress) {
+  AttachAt(1, true);
+  Start();
+  OpenSettings(
+      [&] {
+        EXPECT_EQ(TakeCommands(),
+                  "CT? CV? U? CH? TX? T1? T2? CS? CA? CX? S? CF? RT01?..RT03? H01?..H08? "
+                  "R00?..R02? U=B U? R03?..R25? P00?..P40?");
+      },
+      [&] {
+        m_yielder.SkipYields(26);
+        m_yielder.OnYield([&] { KeyTo(Form().txtSSPAAddress, Qt::Key_Up); });
+      });
+  EXPECT_EQ(Addresses(), "2 2 2");
+}
+
+TEST_F(WritersTest, LookingAroundSendsNothing) {
+  for (const auto& [kind, tab, option] : std::initializer_list<std::tuple<const char*, int, const char*>>{
+           {"controller", 1, "opt7316None"}, {"c240", 2, "optTempCompMax"}, {"c240", 3, "optModeStandby"}}) {
+    Attach(kind);
+    OpenOn(tab, [&, page = tab, on = option] {
+      Press(on);
+      TakeCommands();
+      forms::frmSettings& form = Form();
+      QWidget other;
+      other.show();
+      other.activateWindow();
+      EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
+      form.activateWindow();
+      EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
+      other.hide();
+      form.HideAndShow();
+      EXPECT_TRUE(QTest::qWaitForWindowActive(&form));
+      EXPECT_EQ(TakeCommands(), "") << "windows";
+      if (page != 1) Press("cmdUnlock");
+      EXPECT_TRUE(page == 1 || form.focusWidget() == &form.cmdUnlock);
+      for (const int next : {1, 2, 3, 2, 1}) SelectTab(next);
+      EXPECT_EQ(TakeCommands(), "") << "lock and tabs";
+    });
+    EXPECT_EQ(m_sentAtClose, "") << "and none when it closes";
+  }
+}
+
+}  // namespace
+}  // namespace tarnwell::test
