@@ -1,11 +1,14 @@
 #include <QComboBox>
 #include <QPointer>
+#include <QTabBar>
+#include <QTemporaryDir>
 #include <QTimer>
 #include <cstdio>
 #include <map>
 #include <random>
 
 #include "forms/frm_alarms.h"
+#include "forms/frm_save_snapshot.h"
 #include "forms/frm_settings.h"
 #include "sim/device.h"
 #include "support/program_test.h"
@@ -14,7 +17,11 @@
 namespace tarnwell::test {
 namespace {
 
-constexpr double kVirtualSeconds = 20 * 60;
+/// TARNWELL_SOAK_SECONDS makes it longer.
+double VirtualSeconds() {
+  const int wanted = qEnvironmentVariableIntValue("TARNWELL_SOAK_SECONDS");
+  return wanted > 0 ? wanted : 20 * 60;
+}
 
 /// What an act on a control may send: the beginnings of the commands. A control without a row may send nothing.
 const std::map<QString, QStringList>& Powers() {
@@ -123,11 +130,15 @@ class RandomOperator final : public platform::Yielder {
   /// Done at each yield: what somebody at the device does who notices that it isn't found any more.
   void MendBy(std::function<void()> mend) { m_mend = std::move(mend); }
 
+  /// Done before a snapshot is saved: an answer for the file dialog.
+  void ChooseFileBy(std::function<void()> choose) { m_chooseFile = std::move(choose); }
+
   void EndAt(double seconds) { m_end = seconds; }
   bool Ended() const { return m_counter.Seconds() > m_end; }
   int Acts() const { return m_acts; }
   int Orders() const { return m_orders; }
   int Forms() const { return m_forms; }
+  int Snapshots() const { return m_snapshots; }
 
  private:
   bool Chance(int oneIn) { return Pick(oneIn) == 0; }
@@ -166,14 +177,7 @@ class RandomOperator final : public platform::Yielder {
     }
     // the way into the forms is one button of many
     if (&Front() == m_main && m_main->cmdViewAlarms.isEnabled() && Chance(8)) reachable = {&m_main->cmdViewAlarms};
-    if (&Front() == m_main && m_main->mnuSSPASettings.isEnabled() && Chance(12)) {
-      OpenForm([this] { Q_EMIT m_main->mnuSSPASettings.Click(); });
-      return;
-    }
-    if (&Front() == m_main && Chance(40)) {
-      OpenForm([this] { Q_EMIT m_main->mnuSWOpt.Click(); });
-      return;
-    }
+    if (&Front() == m_main && OpenByMenu()) return;
     if (reachable.isEmpty()) return;
     QWidget* control = reachable[Pick(static_cast<int>(reachable.size()))];
     if (control == &m_main->cmdConnect && !Chance(10)) return;
@@ -192,6 +196,17 @@ class RandomOperator final : public platform::Yielder {
     Judge({name}, "a click");
   }
 
+  bool OpenByMenu() {
+    const std::pair<forms::Menu*, int> entries[] = {
+        {&m_main->mnuSSPASettings, 12}, {&m_main->mnuSWOpt, 40}, {&m_main->mnuSnapshot, 60}};
+    for (const auto& [entry, oneIn] : entries) {
+      if (!entry->isEnabled() || !Chance(oneIn)) continue;
+      OpenForm([menu = entry] { Q_EMIT menu->Click(); });
+      return true;
+    }
+    return false;
+  }
+
   void OpenForm(const std::function<void()>& open) {
     ++m_forms;
     QTimer::singleShot(0, [this] { InForm(); });
@@ -203,6 +218,12 @@ class RandomOperator final : public platform::Yielder {
     if (&Front() == m_main) return;
     QPointer<forms::Form> form = &Front();
     if (auto* viewer = dynamic_cast<forms::frmAlarms*>(form.data())) Q_EMIT viewer->tmrStartPolling.Tick();
+    if (auto* snapshot = dynamic_cast<forms::frmSaveSnapshot*>(form.data())) {
+      snapshot->txtSnapShotID.SetText(QStringLiteral("soak"));
+      m_chooseFile();
+      snapshot->cmdOk.click();
+      ++m_snapshots;
+    }
     if (auto* settings = dynamic_cast<forms::frmSettings*>(form.data())) InSettings(*settings);
     for (int i = Pick(30); i > 0 && form != nullptr && !form->Unloaded(); --i) Act();
     if (form != nullptr) form->UnloadForm();
@@ -262,10 +283,12 @@ class RandomOperator final : public platform::Yielder {
   forms::frmMain* m_main = nullptr;
   SimulatedPort* m_port = nullptr;
   std::function<void()> m_mend;
+  std::function<void()> m_chooseFile;
   double m_end = 0;
   int m_acts = 0;
   int m_orders = 0;
   int m_forms = 0;
+  int m_snapshots = 0;
 };
 
 class OperatorSoak : public testing::TestWithParam<const char*> {};
@@ -294,17 +317,20 @@ TEST_P(OperatorSoak, NothingIsSentThatNobodyAskedFor) {
   hands.MendBy([&] {
     if (program.Shared().CommsLost) findDevice();
   });
-  hands.EndAt(counter.Seconds() + kVirtualSeconds);
+  const QTemporaryDir folder;
+  hands.ChooseFileBy([&] { desktop.AnswerSave(folder.filePath(QStringLiteral("soak.txt"))); });
+  hands.EndAt(counter.Seconds() + VirtualSeconds());
   while (!hands.Ended()) {
     if (program.MainForm().cmdConnect.Caption() == QStringLiteral("&Connect")) {
       QTest::mouseClick(&program.MainForm().cmdConnect, Qt::LeftButton);
     }
     hands.Act();
   }
-  std::printf("%s: %d acts, %d orders, %d forms opened, %d commands\n", GetParam(), hands.Acts(), hands.Orders(),
-              hands.Forms(), port.Sent());
+  std::printf("%s: %d acts, %d orders, %d forms opened, %d snapshots, %d commands\n", GetParam(), hands.Acts(),
+              hands.Orders(), hands.Forms(), hands.Snapshots(), port.Sent());
   EXPECT_GT(hands.Orders(), 50);
   EXPECT_GT(hands.Forms(), 20);
+  EXPECT_GT(hands.Snapshots(), 2);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, OperatorSoak, testing::Values("c60", "c240", "k80", "controller"),
