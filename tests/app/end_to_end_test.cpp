@@ -5,6 +5,7 @@
 #include <QTimer>
 #include <deque>
 
+#include "forms/frm_settings.h"
 #include "platform/qt_serial_port.h"
 #include "support/program_test.h"
 
@@ -121,6 +122,25 @@ TEST_F(EndToEndTest, ClosingTheWindowOfAControllerSessionEndsIt) {
        [this] { Main().close(); });
   RunSession();
   EXPECT_TRUE(Main().Unloaded());
+}
+
+TEST_F(EndToEndTest, TheSettingsOfAControllerAreReadAndChangedOverTheLine) {
+  StartSimulator(
+      {QStringLiteral("--kind"), QStringLiteral("controller"), QStringLiteral("--rate"), QStringLiteral("9600")});
+  const auto form = [] { return dynamic_cast<forms::frmSettings*>(QApplication::activeModalWidget()); };
+  const auto press = [](QWidget& control) { QTest::mouseClick(&control, Qt::LeftButton); };
+  When([this] { return TitleHolds("Connected to 7316") && Main().mnuSSPASettings.isEnabled(); },
+       [this] {
+         // not within the script's own timer: it would stand still until the form is closed
+         QMetaObject::invokeMethod(&Main().mnuSSPASettings, &forms::Menu::Click, Qt::QueuedConnection);
+       });
+  When([&] { return form() != nullptr && form()->opt7316None.Value() && !form()->tmrForcePollResume.Enabled(); },
+       [&] { press(form()->opt7316PathB); });
+  When([&] { return form()->opt7316PathB.Value(); }, [&] { press(form()->opt7316_11); });
+  When([&] { return form()->opt7316_11.Value() && !form()->fra7316Priority.isVisible(); },
+       [&] { press(form()->cmdExit); });
+  When([this] { return Main().fra7316PathBSelect.isHidden(); }, [this] { Main().close(); });
+  RunSession();
 }
 
 TEST_F(EndToEndTest, AnAbsentPortIsToldWithItsReason) {
