@@ -61,7 +61,7 @@ class DialogTest : public ProgramTest {
 
 TEST_F(DialogTest, FromTheMenuToTheFileAndBack) {
   Use("controller");
-  m_desktop.AnswerSave(std::nullopt);
+  m_desktop.AnswerSave(QString());
   m_desktop.AnswerSave(Path());
   Session([this] {
     const QPoint off = Form()->geometry().center() - Main().geometry().center();

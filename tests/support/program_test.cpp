@@ -35,10 +35,9 @@ void FakeDesktop::ShowMessage(const platform::Message& message) {
 
 std::optional<QString> FakeDesktop::ChooseSaveFile(const platform::SaveDialog& dialog) {
   m_saveDialogs.push_back(dialog);
-  if (m_saveAnswers.empty()) return std::nullopt;
-  std::optional<QString> answer = std::move(m_saveAnswers.front());
-  m_saveAnswers.pop_front();
-  return answer;
+  const QString answer = m_saveAnswers.value(0);
+  if (!m_saveAnswers.isEmpty()) m_saveAnswers.removeFirst();
+  return answer.isNull() ? std::nullopt : std::make_optional(answer);
 }
 
 ReplyTable AmplifierReplies() {

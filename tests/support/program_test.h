@@ -4,7 +4,6 @@
 
 #include <QStringList>
 #include <QtTest/QTest>
-#include <deque>
 #include <functional>
 #include <map>
 #include <optional>
@@ -28,8 +27,8 @@ class FakeDesktop final : public platform::Desktop {
   /// Runs while a message box is up.
   void OnMessage(std::function<void()> action) { m_onMessage = std::move(action); }
 
-  /// Answers the next file dialog; one without an answer is cancelled.
-  void AnswerSave(std::optional<QString> path) { m_saveAnswers.push_back(std::move(path)); }
+  /// Answers the next file dialog; one without an answer, or with a null one, is cancelled.
+  void AnswerSave(const QString& path) { m_saveAnswers.push_back(path); }
   /// The file dialogs that were shown since the last call.
   std::vector<platform::SaveDialog> TakeSaveDialogs() { return std::exchange(m_saveDialogs, {}); }
 
@@ -41,7 +40,7 @@ class FakeDesktop final : public platform::Desktop {
  private:
   QStringList m_messages;
   std::vector<platform::SaveDialog> m_saveDialogs;
-  std::deque<std::optional<QString>> m_saveAnswers;
+  QStringList m_saveAnswers;
   std::function<void()> m_onMessage;
   int m_beeps = 0;
   bool m_busy = false;
