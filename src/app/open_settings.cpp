@@ -13,7 +13,7 @@ void Program::OpenSettings() {
   settings::CalibrationTables tables(form, m_shared, m_line, m_timing);
   settings::ReadBack readBack(opening, m_line, tables);
   settings::SettingsForm logic(opening, m_main, m_line, m_machine.desktop, readBack);
-  settings::SettingWriters writers(opening, m_main, m_line, m_properties, m_machine.desktop, readBack, tables);
+  settings::SettingWriters writers(opening, m_main, m_line, m_machine.desktop, readBack, tables);
   settings::FieldEntry entry(
       form, tables,
       {[&writers](std::string_view tag) { writers.WriteThreshold(tag); }, [&writers] { writers.WriteSSPAAddress(); }});

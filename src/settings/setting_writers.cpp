@@ -121,19 +121,13 @@ void SettingWriters::WriteSSPAAddress() {
   const int address = m_form.updwnSSPAAddress.Value();
   std::string reply;
   SendSetting(protocol::SetAddress(static_cast<std::uint8_t>(address)), reply);
-  UseAddress(address);
+  m_main.updwnConnectAddress.SetValue(address);  // its change puts the address in use and stores it
   if (SendSetting(protocol::kNewAddressQuery, reply)) return;
 
   m_desktop.ShowMessage({QStringLiteral("Address Change Failed"), platform::MessageIcon::kWarning});
-  UseAddress(former);
+  m_main.updwnConnectAddress.SetValue(former);
   m_form.updwnSSPAAddress.SetValue(former);
   m_form.UnloadForm();
-}
-
-void SettingWriters::UseAddress(int address) {
-  m_opening.shared.ConnectAddress = static_cast<std::uint8_t>(address);
-  m_main.updwnConnectAddress.SetValue(address);
-  m_properties.SaveStoredProperty(QStringLiteral("ConnectAddress"), QString::number(address));
 }
 
 }  // namespace tarnwell::settings

@@ -5,7 +5,6 @@
 
 #include "forms/frm_main.h"
 #include "platform/desktop.h"
-#include "session/stored_properties.h"
 #include "settings/read_back.h"
 #include "settings/reply_rules.h"
 
@@ -16,13 +15,12 @@ namespace tarnwell::settings {
 /// tells the lost link. Only WriteConfiguration lets other code run.
 class SettingWriters {
  public:
-  SettingWriters(Opening& opening, forms::frmMain& main, link::SerialLink& line, session::StoredProperties& properties,
-                 platform::Desktop& desktop, ReadBack& readBack, CalibrationTables& tables)
+  SettingWriters(Opening& opening, forms::frmMain& main, link::SerialLink& line, platform::Desktop& desktop,
+                 ReadBack& readBack, CalibrationTables& tables)
       : m_opening(opening),
         m_form(opening.form),
         m_main(main),
         m_line(line),
-        m_properties(properties),
         m_desktop(desktop),
         m_readBack(readBack),
         m_tables(tables) {}
@@ -48,13 +46,11 @@ class SettingWriters {
   bool SendSetting(const protocol::Request& setting, std::string& reply);
   void Write(const protocol::Request& setting, const std::function<void(std::string_view reply)>& show);
   void WriteChoice(const protocol::Request& setting, std::size_t echo, std::span<const Choice> choices);
-  void UseAddress(int address);
 
   Opening& m_opening;
   forms::frmSettings& m_form;
   forms::frmMain& m_main;
   link::SerialLink& m_line;
-  session::StoredProperties& m_properties;
   platform::Desktop& m_desktop;
   ReadBack& m_readBack;
   CalibrationTables& m_tables;

@@ -92,29 +92,37 @@ TEST_F(ReadBackTest, EachDeviceIsAskedForWhatItHasAndShowsIt) {
     Attach(c.kind, c.firmware, c.platform);
     Tell(c.command);
     Start();
-    OpenSettings([&] {
-      const std::string whole = m_port.Commands();
-      const bool maintenance = Form().optModeMaint.Value();  // its last query is the point's in view
-      EXPECT_EQ(std::count(whole.begin(), whole.end(), '?') - 1 - (maintenance ? 1 : 0), c.count) << name;
-      EXPECT_GE(SmallestGap(), 0.05) << name;
-      EXPECT_EQ(TakeCommands(), c.commands);
-      EXPECT_FALSE(Form().tmrForcePollResume.Enabled());
-      EXPECT_EQ(Form().lblHWPlatform.isVisible() ? Form().lblHWPlatform.Caption().toStdString() : "", c.platformShown);
-      EXPECT_FALSE(Form().cmdUnlock.isVisible());
-      EXPECT_EQ(Page(), c.standard) << name;
-      for (const auto& [tab, page] : {std::pair{2, c.advanced}, std::pair{3, c.factory}}) {
-        SelectTab(tab);
-        EXPECT_EQ(Form().cmdUnlock.isVisible(), !controller) << name;
-        EXPECT_FALSE(AnyEnabled(tab == 2 ? Form().fraAdvanced : Form().fraFactory)) << name;
-        if (!controller) Press("cmdUnlock");
-        EXPECT_EQ(Page(), page) << name;
-        if (!controller) Press("cmdUnlock");
-      }
-      SelectTab(1);
-      EXPECT_EQ(Page(), c.standard) << name << ": the lock doesn't touch these";
-      EXPECT_FALSE(Form().cmdUnlock.isVisible());
-      EXPECT_EQ(TakeCommands(), "") << "tabs and lock send nothing";
-    });
+    OpenSettings(
+        [&] {
+          const std::string whole = m_port.Commands();
+          const bool maintenance = Form().optModeMaint.Value();  // its last query is the point's in view
+          EXPECT_EQ(std::count(whole.begin(), whole.end(), '?') - 1 - (maintenance ? 1 : 0), c.count) << name;
+          EXPECT_GE(SmallestGap(), 0.05) << name;
+          EXPECT_EQ(TakeCommands(), c.commands);
+          EXPECT_FALSE(Form().tmrForcePollResume.Enabled());
+          EXPECT_EQ(Form().lblHWPlatform.isVisible() ? Form().lblHWPlatform.Caption().toStdString() : "",
+                    c.platformShown);
+          EXPECT_FALSE(Form().cmdUnlock.isVisible());
+          EXPECT_EQ(Page(), c.standard) << name;
+          for (const auto& [tab, page] : {std::pair{2, c.advanced}, std::pair{3, c.factory}}) {
+            SelectTab(tab);
+            EXPECT_EQ(Form().cmdUnlock.isVisible(), !controller) << name;
+            EXPECT_FALSE(AnyEnabled(tab == 2 ? Form().fraAdvanced : Form().fraFactory)) << name;
+            if (!controller) Press("cmdUnlock");
+            EXPECT_EQ(Page(), page) << name;
+            if (!controller) Press("cmdUnlock");
+          }
+          SelectTab(1);
+          EXPECT_EQ(Page(), c.standard) << name << ": the lock doesn't touch these";
+          EXPECT_FALSE(Form().cmdUnlock.isVisible());
+          EXPECT_EQ(TakeCommands(), "") << "tabs and lock send nothing";
+        },
+        [&] {
+          EXPECT_TRUE(Form().pos() == Main().pos() && Form().size() == Main().size());
+          for (const auto* spin : Form().findChildren<forms::UpDown*>()) {
+            EXPECT_FALSE(spin->isEnabled()) << spin->objectName().toStdString() << " would send what was never read";
+          }
+        });
     EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
     ExpectClosed(name);
   }
@@ -255,14 +263,16 @@ TEST_F(ReadBackTest, ClosedInAnyPauseItSendsNothingMore) {
       Attach("c240");
       Start();
       std::string sent;
-      OpenSettings([] { ADD_FAILURE() << "still open"; },
-                   [&] {
-                     m_yielder.SkipYields(pause - 1);
-                     m_yielder.OnYield([&] {
-                       sent = m_port.Commands();
-                       programEnds ? Main().UnloadForm() : Press("cmdExit");
-                     });
-                   });
+      OpenSettings({}, [&] {
+        forms::frmSettings* form = &Form();
+        QObject::connect(form, &forms::Form::Unload, form,
+                         [form] { EXPECT_FALSE(form->tmrForcePollResume.Enabled() || form->tmrStartLoad.Enabled()); });
+        m_yielder.SkipYields(pause - 1);
+        m_yielder.OnYield([&] {
+          sent = m_port.Commands();
+          programEnds ? Main().UnloadForm() : Press("cmdExit");
+        });
+      });
       EXPECT_EQ(m_sentAtClose, sent);
       ExpectClosed("pause " + std::to_string(pause));
     }
@@ -303,8 +313,7 @@ TEST_F(ReadBackTest, ADevicePulledAtAnyTransactionClosesTheFormAndComesBack) {
     m_onCommand = [this, left = transaction](const std::string&) mutable {
       if (IsOpen() && left-- == 0) m_silent = true;
     };
-    OpenSettings([&] { ADD_FAILURE() << "still open at " << when; },
-                 [&] { EXPECT_EQ(m_desktop.Busy(), transaction == 0) << when; });
+    OpenSettings({}, [&] { EXPECT_EQ(m_desktop.Busy(), transaction == 0) << when; });
     ExpectClosed(when);
     EXPECT_EQ(m_linkAfter, "lost up ") << when;
     EXPECT_EQ(m_desktop.TakeMessages(), QStringList());

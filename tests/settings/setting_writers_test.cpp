@@ -105,7 +105,9 @@ TEST_F(WritersTest, OneStatusReplyRedrawsItsThreeGroups) {
   Attach("c60");
   OpenOn(2, [&] {
     m_replies["S=H"] = "S=SXAL";
+    const double before = m_counter.Seconds();
     Press("optTempCompMax");
+    EXPECT_NEAR(m_counter.Seconds() - before, 0.05 + 0.023 + 0.05, 0.005) << "a pause on both sides";
     EXPECT_EQ(GroupOf("optTempCompMin"), "TempComp: On Off *Min Max");
     EXPECT_EQ(GroupOf("optBeeperOn"), "Beeper: *On Off");
     SelectTab(3);
@@ -209,7 +211,9 @@ TEST_F(AddressTest, AFailedChangeIsToldAndTakenBack) {
       m_port.SetAddress(7);
       EXPECT_TRUE(IsOpen());
     });
-    KeyTo(Form().txtSSPAAddress, Qt::Key_Up);
+    forms::frmSettings* form = &Form();
+    QObject::connect(form, &forms::Form::Unload, form, [form] { EXPECT_EQ(form->updwnSSPAAddress.Value(), 7); });
+    KeyTo(form->txtSSPAAddress, Qt::Key_Up);
     EXPECT_EQ(TakeCommands(), "U=B U? U? U?");
     EXPECT_FALSE(IsOpen());
   });

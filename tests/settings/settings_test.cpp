@@ -67,7 +67,8 @@ void SettingsTest::OpenSettings(const std::function<void()>& atEnd, const std::f
     Open([&] { entry->trigger(); },
          [&] {
            atStart();
-           if (IsOpen()) Q_EMIT Form().tmrStartLoad.Tick();
+           Q_EMIT Form().tmrStartLoad.Tick();
+           EXPECT_EQ(IsOpen(), static_cast<bool>(atEnd));
            if (IsOpen()) atEnd();
            if (IsOpen()) Press("cmdExit");
          });

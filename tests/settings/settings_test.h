@@ -18,11 +18,11 @@ class SettingsTest : public ProgramTest {
   /// A command to the simulator.
   void Tell(const char* command);
 
-  /// Opens the settings form in a session, does `atStart` when it has been loaded, has it read, does `atEnd` if it is
-  /// still open, closes it, and ends the session. Actions that were queued for the yield run in the pauses of the
-  /// read-back.
+  /// Opens the settings form in a session, does `atStart` when it has been loaded, has it read, does `atEnd`, closes
+  /// it, and ends the session. With no `atEnd` the form must have closed by itself. Actions that were queued for the
+  /// yield run in the pauses of the read-back.
   void OpenSettings(
-      const std::function<void()>& atEnd = [] {}, const std::function<void()>& atStart = [] {});
+      const std::function<void()>& atEnd, const std::function<void()>& atStart = [] {});
 
   /// The form that is open.
   forms::frmSettings& Form() { return dynamic_cast<forms::frmSettings&>(Front()); }
