@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <limits>
 #include <optional>
@@ -62,6 +63,12 @@ std::optional<double> TakeNumber(std::string_view& text) {
   return negative ? -magnitude : magnitude;
 }
 
+/// The number that `text` is as a whole, blanks aside.
+std::optional<double> NumberAlone(std::string_view text) {
+  const std::optional<double> value = TakeNumber(text);
+  return text.find_first_not_of(' ') == std::string_view::npos ? value : std::nullopt;
+}
+
 }  // namespace
 
 std::string NumberText(double value) {
@@ -77,10 +84,15 @@ std::string NumberText(double value) {
 double LeadingNumber(std::string_view text) { return TakeNumber(text).value_or(0.0); }
 
 std::string RoundedText(std::string_view text) {
-  std::string_view rest = text;
-  const std::optional<double> value = TakeNumber(rest);
-  const bool whole = value && rest.find_first_not_of(' ') == std::string_view::npos;
-  return whole ? FixedText(*value, 0, LeadingZero::kAlways) : std::string(text);
+  const std::optional<double> value = NumberAlone(text);
+  return value ? FixedText(*value, 0, LeadingZero::kAlways) : std::string(text);
+}
+
+std::optional<int> WholeNumber(std::string_view text) {
+  using Range = std::numeric_limits<std::int16_t>;
+  const double whole = std::nearbyint(NumberAlone(text).value_or(std::numeric_limits<double>::max()));
+  if (whole < Range::min() || whole > Range::max()) return std::nullopt;
+  return static_cast<int>(whole);
 }
 
 int Tenths(double value) {
@@ -95,7 +107,9 @@ std::string TemperatureText(int degrees) { return (degrees < 0 ? "-" : "") + Pad
 
 std::string FixedText(double value, int decimals, LeadingZero zero) {
   const double scale = std::pow(10.0, decimals);
-  const double scaled = std::round(std::abs(value) * scale);
+  // A decimal half, such as 1.005, may lie a little below it as a binary number.
+  constexpr double kAbove = 1.0 + 4.0 * std::numeric_limits<double>::epsilon();
+  const double scaled = std::round(std::abs(value) * scale * kAbove);
   std::string digits = FixedDigits(scaled / scale, decimals);
   if (zero == LeadingZero::kNone) DropLeadingZero(digits);
   return (value < 0 && scaled != 0.0 ? "-" : "") + digits;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -21,6 +22,10 @@ double LeadingNumber(std::string_view text);
 
 /// A text that is one number, rounded to a whole one, halves away from zero; any other text as it is.
 std::string RoundedText(std::string_view text);
+
+/// A device's text that is one number, rounded to a whole one of 16 bits, halves to the even neighbour. Nothing for any
+/// other text.
+std::optional<int> WholeNumber(std::string_view text);
 
 /// Tenths as a spin control holds them: the value times 10, rounded, halves to the even neighbour, held within the
 /// range of an int.

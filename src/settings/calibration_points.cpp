@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "console/entry_text.h"
-#include "platform/text_encoding.h"
+#include "protocol/encodings.h"
 #include "protocol/readings.h"
 
 namespace tarnwell::settings {
@@ -22,7 +22,7 @@ float Number(std::string_view text) { return static_cast<float>(protocol::Leadin
 
 /// The whole text as a number of 16 bits, halves to the even neighbour.
 std::optional<std::int16_t> WholeText(std::string_view text) {
-  const std::optional<int> whole = console::WholeNumberFromEntry(platform::FromDevice(text));
+  const std::optional<int> whole = protocol::WholeNumber(text);
   if (!whole) return std::nullopt;
   return static_cast<std::int16_t>(*whole);
 }

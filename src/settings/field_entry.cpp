@@ -19,6 +19,11 @@ constexpr std::string_view kLevelKeys = "0123456789.,D";
 constexpr std::string_view kCompensationKeys = "0123456789.,-D";
 constexpr std::string_view kTemperatureKeys = "0123456789-";
 
+void MoveCaret(TextBox& box, int key) {
+  if (key == Qt::Key_Up) box.cursorBackward(false);
+  if (key == Qt::Key_Down) box.cursorForward(false);
+}
+
 }  // namespace
 
 FieldEntry::FieldEntry(forms::frmSettings& form, CalibrationTables& tables, const SpinWriters& writers)
@@ -109,6 +114,8 @@ void FieldEntry::ConnectTyping(const Field& field) {
     console::TakeEntryKey(key, field.keys, enter, field.draw);
   });
   QObject::connect(&field.box, &TextBox::LostFocus, &m_wires, field.draw);
+  if (field.spin != nullptr) return;
+  QObject::connect(&field.box, &TextBox::KeyDown, &m_wires, [&field](int key) { MoveCaret(field.box, key); });
 }
 
 void FieldEntry::ConnectSpin(const Field& field) {

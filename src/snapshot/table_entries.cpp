@@ -2,8 +2,6 @@
 
 #include <cmath>
 
-#include "console/entry_text.h"
-#include "platform/text_encoding.h"
 #include "protocol/encodings.h"
 #include "protocol/readings.h"
 
@@ -65,7 +63,7 @@ std::optional<std::string> RFLevelEntry(int /*index*/, std::string_view reply) {
 std::optional<std::string> PiNEntry(int index, std::string_view reply) {
   const std::string_view text = AfterEcho(reply, 4);
   if (Holds(text, kDisabled)) return Pair(std::to_string(index), kDisabled);
-  const std::optional<int> setting = console::WholeNumberFromEntry(platform::FromDevice(text));
+  const std::optional<int> setting = protocol::WholeNumber(text);
   if (!setting) return std::nullopt;
   return Pair(std::to_string(index), std::to_string(*setting));
 }

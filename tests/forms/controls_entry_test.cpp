@@ -178,6 +178,13 @@ TEST_F(EntryTest, SpinArrowsStepWithinTheLimitsAndEveryReleaseCounts) {
   EXPECT_EQ(form.Transcript(), "-192 MouseUp");
 }
 
+TEST_F(EntryTest, ASpinHeldWhileItsFormClosesChangesNothingMore) {
+  QTest::mousePress(&spin, Qt::LeftButton, {}, Lower());
+  EXPECT_EQ(form.Transcript(), "-2");
+  form.UnloadForm();
+  EXPECT_EQ(form.Transcript(), "");
+}
+
 TEST_F(EntryTest, SpinRepeatsWhileTheArrowIsHeld) {
   QTest::mousePress(&spin, Qt::LeftButton, {}, Lower());
   EXPECT_EQ(Repeat(true), 400);

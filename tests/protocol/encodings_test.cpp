@@ -58,8 +58,16 @@ TEST(FixedText, RoundsAndKeepsItsDecimals) {
       {-0.04, 1, LeadingZero::kNone, ".0"},     {-0.5, 1, LeadingZero::kNone, "-.5"},
       {0.96, 1, LeadingZero::kNone, "1.0"},     {12.25, 1, LeadingZero::kAlways, "12.3"},
       {-0.2, 1, LeadingZero::kAlways, "-0.2"},  {0, 1, LeadingZero::kAlways, "0.0"},
-      {5.017, 2, LeadingZero::kAlways, "5.02"}, {-10.005, 2, LeadingZero::kAlways, "-10.01"}};
+      {5.017, 2, LeadingZero::kAlways, "5.02"}, {-10.005, 2, LeadingZero::kAlways, "-10.01"},
+      {1.005, 2, LeadingZero::kAlways, "1.01"}, {0.145, 2, LeadingZero::kAlways, "0.15"}};
   for (const auto& [value, decimals, zero, text] : cases) EXPECT_EQ(FixedText(value, decimals, zero), text) << value;
+}
+
+TEST(WholeNumber, IsTheWholeTextOrNothing) {
+  const std::pair<const char*, std::optional<int>> cases[] = {{"128", 128},     {" 007 ", 7},  {"-10", -10}, {"2.5", 2},
+                                                              {"32767", 32767}, {"1e2", {}},   {"1,5", {}},  {"", {}},
+                                                              {"12 V", {}},     {"32768", {}}, {"nan", {}}};
+  for (const auto& [text, value] : cases) EXPECT_EQ(WholeNumber(text), value) << text;
 }
 
 TEST(IndexAndTemperature, ArePaddedWithZeros) {

@@ -112,7 +112,11 @@ void UpDown::timerEvent(QTimerEvent* event) {
 
 bool UpDown::event(QEvent* event) {
   const bool gone = event->type() == QEvent::Hide || (event->type() == QEvent::EnabledChange && !isEnabled());
-  if (gone) TakeBack();
+  if (gone && FormOf(*this).Unloaded()) {
+    LetGo();  // a change now would be nobody's
+  } else if (gone) {
+    TakeBack();
+  }
   // Another window may keep the release for itself: the value must not run on.
   if (event->type() == QEvent::WindowDeactivate) m_repeat.stop();
   return QWidget::event(event);
