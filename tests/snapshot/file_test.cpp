@@ -88,6 +88,7 @@ TEST_F(FileTest, WhatNoFileMayHoldEndsIt) {
     EXPECT_EQ(Message(), "(!) Error with Save Snapshot");
     EXPECT_FALSE(m_complete);
   }
+  m_desktop.OnMessage({});
   Use("controller");
   m_replies = {{"U?", "U="}};
   EXPECT_EQ(Write().size(), 4 * kLine + kMark.size());
