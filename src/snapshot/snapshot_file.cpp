@@ -35,6 +35,12 @@ bool SnapshotFile::WriteLine(std::string_view text) {
   return false;
 }
 
+bool SnapshotFile::Finish() {
+  m_file.close();
+  m_reason = QStringLiteral("removed while it was written");
+  return m_file.exists();
+}
+
 void SnapshotFile::WriteErrorMark() {
   if (m_file.isOpen()) Write(kErrorMark);
 }

@@ -18,11 +18,14 @@ class SnapshotFile {
   /// by a device would tear the line. False: not the whole line was written, and what there is of it is taken back.
   bool WriteLine(std::string_view text);
 
+  /// Closes the file behind its last line. False: it isn't there any more.
+  bool Finish();
+
   /// Writes the line that tells a reader not to trust the end of the file; no check character, errors ignored. Does
   /// nothing where the file never opened.
   void WriteErrorMark();
 
-  /// The path and why the last opening or line failed.
+  /// The path and why the last of these failed.
   QString Failure() const;
 
  private:

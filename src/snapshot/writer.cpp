@@ -31,9 +31,13 @@ struct Writer::Job {
   QString failure = {};  ///< why the writing stopped
 
   bool WriteLine(std::string_view label, std::string_view value) {
-    if (file.WriteLine(Labelled(label, value))) return true;
-    failure = file.Failure();
-    return false;
+    return Told(file.WriteLine(Labelled(label, value)));
+  }
+  bool Finish() { return Told(file.Finish()); }
+
+  bool Told(bool done) {
+    if (!done) failure = file.Failure();
+    return done;
   }
 };
 
@@ -52,9 +56,10 @@ bool Writer::WriteAll(Job& job) {
     job.failure = job.file.Failure();
     return false;
   }
+  const auto& tables = job.plan.tables;
   return WriteHead(job) && WriteRows(job) &&
-         std::all_of(job.plan.tables.begin(), job.plan.tables.end(),
-                     [&](const Table& table) { return WriteTable(job, table); });
+         std::all_of(tables.begin(), tables.end(), [&](const Table& table) { return WriteTable(job, table); }) &&
+         job.Finish();
 }
 
 bool Writer::WriteHead(Job& job) {

@@ -95,6 +95,14 @@ TEST_F(FileTest, WhatNoFileMayHoldEndsIt) {
   EXPECT_EQ(Message(), "(!) Error with Save 7316 Snapshot");
 }
 
+TEST_F(FileTest, AFileThatWasRemovedMeanwhileIsTold) {
+  Use("controller");
+  m_port.Expect("CT?").Answer("CT=7316 RCP").Do([this] { QFile::remove(Path()); });
+  Write();
+  EXPECT_FALSE(m_complete);
+  EXPECT_EQ(Message(), "(!) Error with Save 7316 Snapshot");
+}
+
 TEST_F(FileTest, AFileIsReplacedAndClosed) {
   const auto openFiles = [] { return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries).size(); };
   Use("controller");
