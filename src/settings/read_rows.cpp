@@ -21,9 +21,6 @@ bool Always(const SSPA_Public&) { return true; }
 bool NotClass1(const SSPA_Public& shared) { return shared.FirmwareClass != 1; }
 bool HasConverter(const SSPA_Public& shared) { return NotClass1(shared) && shared.HWPlatform == 2; }
 bool HasFanControl(const SSPA_Public& shared) { return shared.FirmwareClass == 3 && shared.HWPlatform == 2; }
-bool HasReflectedLimit(const SSPA_Public& shared) {
-  return shared.HWPlatform == 4 && shared.SSPAType >= 1 && shared.SSPAType <= 3;
-}
 
 void ShowFirmware(Opening& o, View text) {
   Enable(true, {&o.form.lblFWVer, &o.form.lblFirmwareVersion});
@@ -121,7 +118,7 @@ constinit const std::array<ScalarRead, 10> kAmplifierReads = {{
     {HasConverter, protocol::kTransceiverQuery, 3, ShowTransceiver, HideTransceiver},
     {Always, protocol::kRFMinimumQuery, 3, ShowMinimum},
     {Always, protocol::kRFMaximumQuery, 3, ShowMaximum},
-    {HasReflectedLimit, protocol::kReflectedMaximumQuery, 3, ShowReflected, HideReflected},
+    {link::MeasuresReflectedLevel, protocol::kReflectedMaximumQuery, 3, ShowReflected, HideReflected},
     {Always, protocol::kShutdownQuery, 0, ShowShutdown},
     {Always, protocol::kAlarmStyleQuery, 0, ShowAlarmStyle},
     {Always, protocol::kAuxSenseQuery, 0, ShowAuxSense},
