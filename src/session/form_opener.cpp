@@ -10,6 +10,7 @@ void FormOpener::ShowModal(forms::Form& form, const Pauses& pauses) {
   m_form.tmrForcePollResume.SetEnabled(false);
   m_timing.DelayBlocking(pauses.before);
   form.ShowModal();
+  if (m_form.Unloaded()) return;
   m_timing.DelayBlocking(pauses.after);
   m_form.tmrFlasher.SetEnabled(m_session.PollRunning);
   m_form.tmrForcePollResume.SetEnabled(true);

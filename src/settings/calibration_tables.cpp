@@ -97,6 +97,7 @@ void CalibrationTables::SelectPiNPoint() {
   m_timing.DelayBlocking(kPauseAroundCommand);
   std::string reply;
   protocol::Send(m_line, protocol::SelectPiNPoint(m_form.updwnPiNLevel.Value()), reply);
+  m_timing.DelayBlocking(kPauseAroundCommand);  // the read-back may go on at once
 }
 
 void CalibrationTables::DrawRFTempCompPoint() {

@@ -53,7 +53,9 @@ bool ReadBack::ReadPriority() {
     Choose(m_form, AfterEcho(reply, 2), kPriorityChoices);
   }
   if (shown && !m_opening.ReadPause()) return false;
-  Enable(enabled, {&m_form.opt7316None, &m_form.opt7316PathA, &m_form.opt7316PathB});
+  // A write in the pause may have put the group away.
+  Enable(m_form.fra7316Priority.isEnabledTo(m_form.fra7316Priority.parentWidget()),
+         {&m_form.opt7316None, &m_form.opt7316PathA, &m_form.opt7316PathB});
   return true;
 }
 

@@ -122,7 +122,10 @@ void SettingWriters::WriteSSPAAddress() {
   std::string reply;
   SendSetting(protocol::SetAddress(static_cast<std::uint8_t>(address)), reply);
   m_main.updwnConnectAddress.SetValue(address);  // its change puts the address in use and stores it
-  if (SendSetting(protocol::kNewAddressQuery, reply)) return;
+  if (SendSetting(protocol::kNewAddressQuery, reply)) {
+    m_opening.timing.DelayBlocking(kPauseAroundCommand);  // the read-back may go on at once
+    return;
+  }
 
   m_desktop.ShowMessage({QStringLiteral("Address Change Failed"), platform::MessageIcon::kWarning});
   m_main.updwnConnectAddress.SetValue(former);

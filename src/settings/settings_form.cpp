@@ -32,7 +32,10 @@ void SettingsForm::Form_Load() {
   for (forms::Frame* page : {&m_form.fraAdvanced, &m_form.fraStandard, &m_form.fraFactory}) page->SetBorder(false);
   m_form.CoverForm(m_main);
   if (m_opening.shared.RemoteLockout) TellLockout(IsController() ? kController : kSSPA);
-  if (m_form.Unloaded()) return;  // the program was told to end while the message was up
+  if (m_form.Unloaded()) {  // the program was told to end while the message was up, which puts the pointer back
+    m_desktop.SetBusyPointer(false);
+    return;
+  }
   ReadModel();
   ShowGroupsOfKind();
   m_form.tmrStartLoad.SetEnabled(true);
@@ -61,10 +64,10 @@ void SettingsForm::ShowGroupsOfKind() {
                 {&f.lblHWPlat, &f.lblHWPlatform, &f.fraAlarmStyle, &f.fraAuxSense, &f.fraBeeper, &f.fraFanCtrl,
                  &f.fraMode, &f.fraPINTable, &f.fraRFTable, &f.fraRFTCPoints, &f.fraShutdown, &f.fraTCPoints,
                  &f.fraTempComp, &f.fraThresholds, &f.fraReflectedThreshold, &f.fraTransceiver});
-  // A controller's options are the only ones that are enabled before they are read.
+  // Enabled before they are read, none of them selected, the first of them would be Tab's way into its group.
   for (QWidget* option :
        std::array<QWidget*, 5>{&f.opt7316_11, &f.opt7316_12, &f.opt7316None, &f.opt7316PathA, &f.opt7316PathB}) {
-    option->setEnabled(m_opening.TakesCommands());
+    option->setEnabled(false);
   }
 }
 

@@ -28,7 +28,7 @@ class ReadBackTest : public SettingsTest {
   void ExpectClosed(const std::string& when) {
     EXPECT_FALSE(IsOpen() || m_desktop.Busy()) << when;
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr) << when;
-    EXPECT_TRUE(Main().tmrForcePollResume.Enabled()) << when;
+    EXPECT_NE(Main().tmrForcePollResume.Enabled(), Main().Unloaded()) << when;
   }
 };
 
@@ -84,6 +84,20 @@ const OpeningCase kOpenings[] = {
     {"controller", "", "", "priority B", 4, "CT? CV? U? CM? CP?", "",
      "Address: 1; 7316Config: 1:1 *1:2; 7316Priority: None Path A *Path B", "", ""},
 };
+
+TEST_F(ReadBackTest, TabReachesNoOptionThatWasNotRead) {
+  Attach("controller");
+  Tell("config 1:2");
+  Start();
+  OpenSettings([] {},
+               [&] {
+                 m_yielder.OnYield([&] {
+                   TakeCommands();
+                   for (int i = 0; i < 5; ++i) KeyTo(*QApplication::focusWidget(), Qt::Key_Tab);
+                   EXPECT_EQ(TakeCommands(), "");
+                 });
+               });
+}
 
 TEST_F(ReadBackTest, EachDeviceIsAskedForWhatItHasAndShowsIt) {
   for (const OpeningCase& c : kOpenings) {
