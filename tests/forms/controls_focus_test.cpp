@@ -20,7 +20,7 @@ std::string Round(TestForm& form, bool forward) {
 }
 
 TEST_F(FocusTest, TabStopsInReadingOrderAndOnceInAGroup) {
-  EXPECT_EQ(Round(form, true), "Online RFOn Gain Other Connect") << "none selected";
+  EXPECT_EQ(Round(form, true), "Gain Other Connect") << "none selected: any option would be a command";
   form.optStandby.Select();
   form.optRFMute.Select();
   EXPECT_EQ(Round(form, true), "Standby RFMute Gain Other Connect");
@@ -51,7 +51,6 @@ TEST_F(FocusTest, EveryKindIsReachedByTabButForOneWithoutTabStop) {
   EXPECT_TRUE(tabs.isAncestorOf(form.focusWidget()));
   Key(Qt::Key_Right);
   EXPECT_EQ(tabs.SelectedTab(), 2);
-  Key(Qt::Key_Tab);
   Key(Qt::Key_Tab);
   EXPECT_EQ(form.Focused(), "cboPort");
 }

@@ -71,11 +71,8 @@ std::vector<OptionButton*> OptionButton::Group() const {
 
 OptionButton* OptionButton::GroupTabStop() {
   const std::vector<OptionButton*> group = Group();
-  const auto taking = [](const OptionButton* option) { return TakesFocus(*option); };
   const auto selected = std::find_if(group.begin(), group.end(), [](auto* option) { return option->Value(); });
-  if (selected != group.end()) return taking(*selected) ? *selected : nullptr;
-  const auto first = std::find_if(group.begin(), group.end(), taking);
-  return first != group.end() ? *first : nullptr;
+  return selected != group.end() && TakesFocus(**selected) ? *selected : nullptr;
 }
 
 void OptionButton::ShowSelected() {

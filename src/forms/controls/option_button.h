@@ -28,8 +28,8 @@ class OptionButton : public QRadioButton {
   /// Clears the option from code, so that none of its group may be selected. Raises nothing.
   void Deselect();
 
-  /// Where Tab and Shift-Tab reach the group: the selected option; where none is selected, the first that is enabled.
-  /// Null when that one takes no focus now.
+  /// Where Tab and Shift-Tab reach the group: the selected option. Null when none is selected or that one takes no
+  /// focus now: any other would be commanded by passing through.
   OptionButton* GroupTabStop();
 
  Q_SIGNALS:
