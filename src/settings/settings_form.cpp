@@ -64,7 +64,7 @@ void SettingsForm::ShowGroupsOfKind() {
                 {&f.lblHWPlat, &f.lblHWPlatform, &f.fraAlarmStyle, &f.fraAuxSense, &f.fraBeeper, &f.fraFanCtrl,
                  &f.fraMode, &f.fraPINTable, &f.fraRFTable, &f.fraRFTCPoints, &f.fraShutdown, &f.fraTCPoints,
                  &f.fraTempComp, &f.fraThresholds, &f.fraReflectedThreshold, &f.fraTransceiver});
-  // Enabled before they are read, none of them selected, the first of them would be Tab's way into its group.
+  // Free before they are read, a click or an access key would change what nobody has seen yet.
   for (QWidget* option :
        std::array<QWidget*, 5>{&f.opt7316_11, &f.opt7316_12, &f.opt7316None, &f.opt7316PathA, &f.opt7316PathB}) {
     option->setEnabled(false);

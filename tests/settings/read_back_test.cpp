@@ -85,7 +85,7 @@ const OpeningCase kOpenings[] = {
      "Address: 1; 7316Config: 1:1 *1:2; 7316Priority: None Path A *Path B", "", ""},
 };
 
-TEST_F(ReadBackTest, TabReachesNoOptionThatWasNotRead) {
+TEST_F(ReadBackTest, NoOptionIsFreeBeforeItIsRead) {
   Attach("controller");
   Tell("config 1:2");
   Start();
@@ -93,6 +93,7 @@ TEST_F(ReadBackTest, TabReachesNoOptionThatWasNotRead) {
                [&] {
                  m_yielder.OnYield([&] {
                    TakeCommands();
+                   EXPECT_FALSE(Form().opt7316_11.isEnabled() || Form().opt7316None.isEnabled());
                    for (int i = 0; i < 5; ++i) KeyTo(*QApplication::focusWidget(), Qt::Key_Tab);
                    EXPECT_EQ(TakeCommands(), "");
                  });
