@@ -6,6 +6,7 @@
 #include "settings/read_back.h"
 #include "sim/frame_server.h"
 #include "sim/outbox.h"
+#include "support/plain_port.h"
 
 // One opening of the settings form on a full amplifier, in real time: how long the read-back takes, and how much of it
 // is neither its pauses nor the line nor the device. The device stands on the other side of the port control, and its
@@ -30,28 +31,13 @@ double Now() {
 }
 
 /// The line and the device, with the time noted that they can't do without.
-class PacedPort final : public platform::SerialPort {
+class PacedPort final : public test::PlainPort {
  public:
   explicit PacedPort(sim::FrameServer& devices) : m_devices(devices) {}
 
   int sent = 0;
   double lineTime = 0.0;  ///< transmit windows, answers and replies
 
-  int CommPort() const override { return 1; }
-  bool SetCommPort(int) override { return true; }
-  std::string Settings() const override { return "9600,n,8,1"; }
-  bool SetSettings(std::string_view) override { return true; }
-  int Handshaking() const override { return 0; }
-  bool SetHandshaking(int) override { return true; }
-  bool PortOpen() const override { return true; }
-  bool SetPortOpen(bool) override { return true; }
-  bool SetInputMode(int) override { return true; }
-  std::string OpenFailure() const override { return {}; }
-  void SetRTSEnable(bool) override {}
-  bool CTSHolding() const override { return true; }
-  int OutBufferCount() override { return 0; }
-  void DiscardOutput() override {}
-  bool DevicePresent() override { return true; }
   void DiscardInput() override { m_arrived.clear(); }
   int InBufferCount() override { return static_cast<int>((m_arrived += m_line.Take(Now())).size()); }
 

@@ -6,6 +6,7 @@
 #include "link/frame_codec.h"
 #include "sim/frame_server.h"
 #include "snapshot/writer.h"
+#include "support/plain_port.h"
 
 // The longest snapshot on the real counter, against what it can't do without: the pauses, the transmit windows, and the
 // answers of a device at 9600 bit/s. The rest is the console's own: spins that overshoot, the bar, the file.
@@ -28,28 +29,12 @@ double Now() {
 }
 
 /// A line whose bytes take their time, with one simulated device at its end.
-class TimedLine final : public platform::SerialPort {
+class TimedLine final : public test::PlainPort {
  public:
   explicit TimedLine(sim::Device& device) { m_server.Attach(device); }
 
   double Needed() const { return m_needed; }  ///< seconds, of all transactions and the pauses before them
   int Transactions() const { return m_transactions; }
-
-  int CommPort() const override { return 1; }
-  bool SetCommPort(int) override { return true; }
-  std::string Settings() const override { return "9600,n,8,1"; }
-  bool SetSettings(std::string_view) override { return true; }
-  int Handshaking() const override { return 0; }
-  bool SetHandshaking(int) override { return true; }
-  bool PortOpen() const override { return true; }
-  bool SetPortOpen(bool) override { return true; }
-  bool SetInputMode(int) override { return true; }
-  std::string OpenFailure() const override { return {}; }
-  void SetRTSEnable(bool) override {}
-  bool CTSHolding() const override { return true; }
-  int OutBufferCount() override { return 0; }
-  void DiscardOutput() override {}
-  bool DevicePresent() override { return true; }
 
   int InBufferCount() override {
     const auto arrived = static_cast<long>((Now() - m_firstBit) / kByteTime);

@@ -4,16 +4,16 @@
 #include <utility>
 #include <vector>
 
-#include "platform/serial_port.h"
 #include "sim/faults.h"
 #include "sim/frame_server.h"
 #include "sim/outbox.h"
+#include "support/plain_port.h"
 #include "support/virtual_counter.h"
 
 namespace tarnwell::test {
 
 /// A line to simulated devices, faults and all, in virtual time.
-class SimulatedPort final : public platform::SerialPort {
+class SimulatedPort final : public PlainPort {
  public:
   static constexpr double kLookTakes = 0.001;   ///< seconds that an empty line is looked at
   static constexpr double kAnswerTime = 0.005;  ///< seconds
@@ -30,24 +30,11 @@ class SimulatedPort final : public platform::SerialPort {
   /// What the device made of the last command, before the line's faults.
   const std::string& TrueReply() const { return m_trueReply; }
 
-  int CommPort() const override { return 1; }
-  bool SetCommPort(int) override { return true; }
-  std::string Settings() const override { return "9600,n,8,1"; }
-  bool SetSettings(std::string_view) override { return true; }
-  int Handshaking() const override { return 0; }
-  bool SetHandshaking(int) override { return true; }
   bool PortOpen() const override { return m_open; }
   bool SetPortOpen(bool open) override {
     m_open = open;
     return true;
   }
-  bool SetInputMode(int) override { return true; }
-  std::string OpenFailure() const override { return {}; }
-  void SetRTSEnable(bool) override {}
-  bool CTSHolding() const override { return true; }
-  int OutBufferCount() override { return 0; }
-  void DiscardOutput() override {}
-  bool DevicePresent() override { return true; }
 
   int InBufferCount() override {
     if (Arrived().empty()) m_counter.Advance(kLookTakes);
