@@ -36,7 +36,7 @@ class frmAlarms : public Form {
   CONTROL(Label, lbl7316WGuide1, fra7316Alarms, "Waveguide 1", "", Points(9.75));
   CONTROL(Label, lbl7316System, fra7316Alarms, "System/Startup", "", Points(9.75));
   CONTROL(Label, lbl7316EEPROM, fra7316Alarms, "EEPROM", "", Points(9.75));
-  CONTROL(Frame, fraAlarms, *this, "&SSPA Alarms", "", Points(9.75));
+  CONTROL(Frame, fraAlarms, *this, "&SSPA Alarms", "", Points(9.75) | kInColumns);
   /// There are no elements 21 and 22. Element 20 looks different, and the constructor adds it.
   CONTROL(AlarmButtons, cmdAlarms, fraAlarms,
           {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 23, 24, 25}, "",

@@ -48,7 +48,7 @@ class frmMain : public Form {
   CONTROL(OptionButton, optRLO, fraCommsMode, "RLO", "Remote Lockout", kDisabled);
   CONTROL(Frame, fraCommsConnect, *this, "Communications Connection");
   CONTROL(CommandButton, cmdConnect, fraCommsConnect, "&Connect");
-  CONTROL(TextBox, txtConnectAddress, fraCommsConnect, "", "", UpTo(3) | kCentred | Points(12));
+  CONTROL(TextBox, txtConnectAddress, fraCommsConnect, "", "", UpTo(3) | kCentred | Points(12) | kSingleStep);
   CONTROL(UpDown, updwnConnectAddress, fraCommsConnect, "", "", Range(0, 31));
   CONTROL(Label, lblAddress, fraCommsConnect, "C&onnection Address:", "", kRightAligned);
   CONTROL(Timer, tmrFlasher, *this, Off(750));

@@ -89,7 +89,7 @@ class frmSettings : public Form {
   CONTROL(OptionButton, optTxVorel, fraTransceiver, "Vorel", "", kDisabled);
   CONTROL(OptionButton, optTxOther, fraTransceiver, "Generic", "", kDisabled);
   CONTROL(Frame, fraAddress, fraStandard, "SSPA &Address", "", kDisabled);
-  CONTROL(TextBox, txtSSPAAddress, fraAddress, "", "", kDisabled | UpTo(3) | kCentred | Points(12));
+  CONTROL(TextBox, txtSSPAAddress, fraAddress, "", "", kDisabled | UpTo(3) | kCentred | Points(12) | kSingleStep);
   CONTROL(UpDown, updwnSSPAAddress, fraAddress, "", "", kDisabled | Range(0, 31));
   CONTROL(Label, lblSSPAAddress, fraAddress, "Address:", "", kDisabled | kRightAligned);
   CONTROL(Frame, fraAdvanced, *this);

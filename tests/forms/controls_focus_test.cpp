@@ -97,14 +97,21 @@ TEST_F(FocusTest, AccessKeysOfFramesAndLabelsLeadToTheirControl) {
     Key(key, Qt::AltModifier);
     return form.Focused() + ' ' + form.Transcript();
   };
-  EXPECT_EQ(typed(Qt::Key_U), "optRFOn RFOn") << "none selected: the first";
-  EXPECT_EQ(typed(Qt::Key_U), "optRFOn ") << "already there";
-  form.optRFMute.Select();
-  form.Transcript();
+  EXPECT_EQ(typed(Qt::Key_U), "fraUserMute ") << "none selected: any option would be a command";
+  Key(Qt::Key_Tab);
+  EXPECT_EQ(form.Focused(), "txtGain");
+  for (const auto& [arrow, arrives] : {std::pair{Qt::Key_Down, "optRFOn RFOn"}, {Qt::Key_Left, "optRFMute RFMute!"}}) {
+    form.optRFMute.Deselect();
+    form.optRFOn.Deselect();
+    typed(Qt::Key_U);
+    Key(arrow);
+    EXPECT_EQ(form.Focused() + ' ' + form.Transcript(), arrives);
+  }
+  form.cmdConnect.setFocus();
   EXPECT_EQ(typed(Qt::Key_U), "optRFMute ") << "the selected one, which doesn't act on focus";
   form.optRFMute.setEnabled(false);
   form.cmdConnect.setFocus();
-  EXPECT_EQ(typed(Qt::Key_U), "optRFOn RFOn") << "the selected one is disabled";
+  EXPECT_EQ(typed(Qt::Key_U), "fraUserMute ") << "the selected one is disabled";
   Label caption("lblOther", form, "&Other:");
   caption.setBuddy(&form.txtOther);
   caption.show();

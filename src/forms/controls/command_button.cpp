@@ -32,7 +32,17 @@ CommandButton::CommandButton(const char* name, Container container, const char* 
   });
 }
 
-void CommandButton::SetCaption(const QString& caption) { setText(caption); }
+void CommandButton::SetCaption(const QString& caption) {
+  if (caption == text()) return;
+  setText(caption);
+  LetGo();
+}
+
+/// What was meant for the button as it was must not act on what it says now.
+void CommandButton::LetGo() {
+  setDown(false);
+  InputGate::Instance().CaptionChanges(*this);
+}
 
 void CommandButton::SetBackground(const QColor& colour) {
   if (m_background == colour) return;
@@ -46,6 +56,7 @@ void CommandButton::SetBackground(const QColor& colour) {
     colours.setColor(QPalette::Disabled, QPalette::ButtonText, ReadableOn(dimmed));
   }
   setPalette(colours);
+  LetGo();
 }
 
 bool CommandButton::event(QEvent* event) {

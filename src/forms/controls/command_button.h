@@ -30,6 +30,8 @@ class CommandButton : public QPushButton {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void LetGo();
+
   QColor m_background;
 };
 

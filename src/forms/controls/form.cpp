@@ -52,6 +52,16 @@ bool SameGroup(QWidget* a, QWidget* b) {
          a->parentWidget() == b->parentWidget();
 }
 
+/// Where in `order` the way goes on from a group of options that has the focus itself: ahead of its first option. From
+/// nowhere it starts at the end of the form.
+int PlaceOfGroup(const std::vector<QWidget*>& order, const QWidget* group, bool forward) {
+  const auto inside = [group](const QWidget* control) { return group != nullptr && group->isAncestorOf(control); };
+  const auto first = std::find_if(order.begin(), order.end(), inside);
+  const auto place = static_cast<int>(first - order.begin());
+  if (first != order.end()) return forward ? place - 1 : place;
+  return forward ? -1 : place;
+}
+
 }  // namespace
 
 Form::Form(const char* name, const char* title, Border border, Twips width, Twips height, TitleButtons buttons,
@@ -178,7 +188,7 @@ void Form::MoveFocus(bool forward) {
   const auto count = static_cast<int>(order.size());
   const auto found = std::find(order.begin(), order.end(), focusWidget());
   QWidget* current = found != order.end() ? *found : nullptr;
-  int at = current != nullptr ? static_cast<int>(found - order.begin()) : (forward ? -1 : count);
+  int at = current != nullptr ? static_cast<int>(found - order.begin()) : PlaceOfGroup(order, focusWidget(), forward);
   for (int tried = 0; tried < count; ++tried) {
     at = (at + (forward ? 1 : count - 1)) % count;
     QWidget* next = order[static_cast<std::size_t>(at)];
@@ -260,7 +270,9 @@ void Form::keyPressEvent(QKeyEvent* event) {
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   QAbstractButton* button = event->key() == Qt::Key_Escape ? m_cancelButton : enter ? m_defaultButton : nullptr;
   const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == 0 && !event->isAutoRepeat();
-  if (button == nullptr || !plain) {
+  if (plain && event->key() == Qt::Key_F10 && m_menuBar != nullptr) {
+    m_menuBar->setActiveAction(m_menuBar->actions().constFirst());
+  } else if (button == nullptr || !plain) {
     QWidget::keyPressEvent(event);
   } else if (button->isVisible()) {
     button->click();

@@ -37,6 +37,7 @@ class Form : public QWidget {
 
   /// The widget that holds the controls.
   QWidget& Inner() { return *m_inner; }
+  /// Made at the first call. F10 opens its first menu.
   QMenuBar& MenuBar();
 
   QString Title() const { return m_title; }

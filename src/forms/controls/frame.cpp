@@ -1,10 +1,13 @@
 #include "forms/controls/frame.h"
 
 #include <QEvent>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QStyle>
 #include <algorithm>
 
+#include "forms/controls/input_gate.h"
+#include "forms/controls/option_button.h"
 #include "forms/controls/reading_order.h"
 
 namespace tarnwell::forms {
@@ -17,12 +20,18 @@ constexpr int kTitleGap = 3;   ///< pixels between the title and the line on bot
 }  // namespace
 
 Frame::Frame(const char* name, Container container, const char* caption, const char* toolTip, Settings settings)
-    : QGroupBox(QString::fromUtf8(caption), container.Widget()), m_border(!settings.has(Settings::kNoBorderFlag)) {
+    : QGroupBox(QString::fromUtf8(caption), container.Widget()),
+      m_border(!settings.has(Settings::kNoBorderFlag)),
+      m_columns(settings.has(Settings::kColumnsFlag)) {
   setAutoFillBackground(true);  // a frame covers what stands behind it
   InitControl(*this, name, toolTip, settings);
 }
 
-void Frame::SetCaption(const QString& caption) { setTitle(caption); }
+void Frame::SetCaption(const QString& caption) {
+  if (caption == title()) return;
+  setTitle(caption);
+  InputGate::Instance().CaptionChanges(*this);
+}
 
 void Frame::SetBorder(bool border) {
   m_border = border;
@@ -33,6 +42,24 @@ bool Frame::event(QEvent* event) {
   if (event->type() != QEvent::Shortcut) return QGroupBox::event(event);
   if (QWidget* entry = EntryPoint(*this)) entry->setFocus(Qt::ShortcutFocusReason);
   return true;
+}
+
+// NOLINTNEXTLINE(bugprone-parent-virtual-call): the group box would hand the focus on to the first thing inside
+void Frame::focusInEvent(QFocusEvent* event) { QWidget::focusInEvent(event); }
+
+void Frame::keyPressEvent(QKeyEvent* event) {
+  const int step = hasFocus() ? StepOf(*event) : 0;
+  OptionButton* option = step != 0 && !event->isAutoRepeat() ? EntryOption(*this, step > 0) : nullptr;
+  if (option != nullptr) {
+    option->Arrive(step > 0 ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+  } else {
+    event->setAccepted(step != 0);
+  }
+}
+
+void Frame::PaintFocus(QPainter& painter, const QRect& area) {
+  painter.setPen(QPen(palette().color(QPalette::Highlight), 2.0));
+  painter.drawRect(area.adjusted(1, 1, -1, -1));
 }
 
 void Frame::paintEvent(QPaintEvent* /*event*/) {
@@ -50,6 +77,7 @@ void Frame::paintEvent(QPaintEvent* /*event*/) {
   const int lineTop = title().isEmpty() ? 0 : text.height() / 2;
   painter.setPen(palette().color(QPalette::Mid));
   painter.drawRect(rect().adjusted(0, lineTop, -1, -1));
+  if (hasFocus()) PaintFocus(painter, rect().adjusted(0, lineTop, 0, 0));
 }
 
 }  // namespace tarnwell::forms

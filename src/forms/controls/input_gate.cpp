@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
 #include <algorithm>
@@ -31,10 +32,27 @@ bool Edits(const QWidget& receiver, const QKeyEvent& key) {
   return intoText && (key.key() == Qt::Key_Backspace || key.key() == Qt::Key_Delete);
 }
 
-/// True for what an operator does with mouse or keys.
-bool IsInput(const QEvent& event) {
+QWidget* WidgetOf(QWindow& window) { return window.handle() != nullptr ? QWidget::find(window.winId()) : nullptr; }
+
+/// True for the operator's request to close a form. What the program closes itself looks the same to the toolkit.
+bool AsksToClose(QObject& receiver, const QEvent& event) {
+  if (event.type() != QEvent::Close || !event.spontaneous() || !receiver.isWindowType()) return false;
+  const auto* form = qobject_cast<Form*>(WidgetOf(static_cast<QWindow&>(receiver)));
+  return form != nullptr && !form->Unloaded();
+}
+
+/// True for what an operator does with mouse or keys, or by the window's frame.
+bool IsInput(QObject& receiver, const QEvent& event) {
   constexpr std::array kOthers = {QEvent::Shortcut, QEvent::ContextMenu, QEvent::InputMethod};
-  return event.isInputEvent() || std::find(kOthers.begin(), kOthers.end(), event.type()) != kOthers.end();
+  return event.isInputEvent() || std::find(kOthers.begin(), kOthers.end(), event.type()) != kOthers.end() ||
+         AsksToClose(receiver, event);
+}
+
+/// True for an input that does something by itself, and is no rest of another.
+bool BeginsAnAct(const QEvent& event) {
+  constexpr std::array kActs = {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick, QEvent::Wheel,
+                                QEvent::KeyPress,         QEvent::ShortcutOverride,    QEvent::Close};
+  return std::find(kActs.begin(), kActs.end(), event.type()) != kActs.end();
 }
 
 /// True for a key that closes a message box: held since before the box came, it would close it unread.
@@ -75,11 +93,33 @@ InputGate& InputGate::Instance() {
   return *gate;
 }
 
-InputGate::InputGate() : m_marksHeldKeys(QGuiApplication::platformName() == QLatin1String("xcb")) {
+InputGate::InputGate()
+    : m_systemClock(platform::SystemInputClock()),
+      m_clock(m_systemClock.get()),
+      m_stands(*m_clock),
+      m_marksHeldKeys(QGuiApplication::platformName() == QLatin1String("xcb")) {
   m_dropping.setInterval(0);
   connect(&m_dropping, &QTimer::timeout, this, [this] {
     if (--m_roundsLeft == 0) m_dropping.stop();
   });
+}
+
+void InputGate::SetClock(platform::InputClock* clock) {
+  m_clock = clock != nullptr ? clock : m_systemClock.get();
+  m_stands.SetClock(*m_clock);
+}
+
+void InputGate::ActLater(std::function<void()> act) {
+  m_due.push_back(std::move(act));
+  QMetaObject::invokeMethod(this, &InputGate::Act, Qt::QueuedConnection);
+}
+
+void InputGate::Act() {
+  while (!m_due.empty()) {
+    const std::function<void()> act = std::move(m_due.front());
+    m_due.pop_front();
+    act();
+  }
 }
 
 void InputGate::HandlerEnded() {
@@ -90,24 +130,91 @@ void InputGate::HandlerEnded() {
 }
 
 bool InputGate::eventFilter(QObject* watched, QEvent* event) {
+  m_stands.Follow(*watched, *event, m_made);
   // Else a press that is cut by the end of a pause would count as a fresh one.
   if (event->type() == QEvent::KeyRelease) {
     const auto* key = static_cast<QKeyEvent*>(event);
     m_held.Released(key->key(), key->timestamp());
   }
-  if (m_dropsAll && IsInput(*event)) return true;
-  if (m_dropsAll && event->type() == QEvent::Close && event->spontaneous()) {
-    event->ignore();
+  if (!IsInput(*watched, *event)) return false;
+  if (m_dropsAll) {
+    event->setAccepted(event->type() != QEvent::Close);
     return true;
   }
-  if (!watched->isWidgetType()) return false;
-  switch (event->type()) {
+  const QPointer<QObject> receiver = watched;
+  if (BeginsAnAct(*event)) Act();
+  if (receiver == nullptr) return true;
+  TakeMoment(*watched, *event);
+  if (Loses(*watched, *event)) return true;
+  const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+  return key && watched->isWidgetType() && Swallows(static_cast<QWidget&>(*watched), static_cast<QKeyEvent&>(*event));
+}
+
+void InputGate::TakeMoment(const QObject& watched, const QEvent& event) {
+  if (event.isInputEvent()) {
+    m_made = m_clock->Made(static_cast<const QInputEvent&>(event).timestamp());
+  } else if (event.type() == QEvent::Close) {
+    m_made = m_clock->CloseAsked(static_cast<const QWindow&>(watched));
+  }
+  // An access key has no stamp of its own: its key has just been here.
+}
+
+bool InputGate::Acts(const QWidget& control) const { return !m_made || m_stands.Stood(control, *m_made); }
+
+bool InputGate::Loses(QObject& watched, QEvent& event) {
+  if (watched.isWindowType()) {
+    auto& window = static_cast<QWindow&>(watched);
+    if (event.type() == QEvent::Close) return LosesClose(window, event);
+    const auto* mouse = dynamic_cast<const QMouseEvent*>(&event);
+    return mouse != nullptr && LosesMouse(window, *mouse);
+  }
+  if (!watched.isWidgetType()) return false;
+  auto& control = static_cast<QWidget&>(watched);
+  switch (event.type()) {
     case QEvent::KeyPress:
     case QEvent::ShortcutOverride:
-      return Swallows(*static_cast<QWidget*>(watched), *static_cast<QKeyEvent*>(event));
+      return LosesKey(control, static_cast<QKeyEvent&>(event));
+    case QEvent::Shortcut:
+    case QEvent::Wheel:
+      return !Acts(control);
+    case QEvent::MouseButtonRelease:
+      // A menu acts where the button is let go.
+      return qobject_cast<QMenu*>(&control) != nullptr && !Acts(control);
     default:
       return false;
   }
+}
+
+bool InputGate::LosesClose(QWindow& window, QEvent& event) const {
+  const bool lost = !Acts(*WidgetOf(window));
+  event.setAccepted(!lost);
+  return lost;
+}
+
+// Judged ahead of the toolkit, which gives the focus to what is pressed before it hands the press on.
+bool InputGate::LosesMouse(QWindow& window, const QMouseEvent& mouse) {
+  const bool press = mouse.type() == QEvent::MouseButtonPress || mouse.type() == QEvent::MouseButtonDblClick;
+  if (press) {
+    QWidget* popup = QApplication::activePopupWidget();
+    QWidget* base = popup != nullptr ? popup : WidgetOf(window);
+    const QPoint at = base != nullptr ? base->mapFromGlobal(mouse.globalPosition().toPoint()) : QPoint();
+    QWidget* part = base != nullptr ? base->childAt(at) : nullptr;
+    QWidget* target = part != nullptr ? part : base;
+    m_pressLost = target != nullptr && !Acts(*target);
+    return m_pressLost;
+  }
+  const bool lost = m_pressLost;
+  if (mouse.type() == QEvent::MouseButtonRelease && mouse.buttons() == Qt::NoButton) m_pressLost = false;
+  return lost;
+}
+
+bool InputGate::LosesKey(QWidget& receiver, QKeyEvent& key) {
+  // An access key needs no focus; where it leads to is judged with its Shortcut.
+  const bool lost = key.type() == QEvent::ShortcutOverride
+                        ? !Acts(*receiver.window())
+                        : m_made && !(Acts(receiver) && m_stands.HadFocus(receiver, *m_made));
+  if (lost) key.accept();
+  return lost;
 }
 
 bool InputGate::Swallows(QWidget& receiver, QKeyEvent& key) {

@@ -2,8 +2,15 @@
 
 #include <QObject>
 #include <QTimer>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "forms/controls/stands.h"
 
 class QKeyEvent;
+class QMouseEvent;
 
 namespace tarnwell::forms {
 
@@ -22,19 +29,32 @@ class HeldKey {
   quint64 m_moment = 0;
 };
 
-/// Stands before all key events of the program. It gives Tab and Shift-Tab to the form (Form::MoveFocus), and drops
-/// the repeats of a held key that piled up while a handler ran, so that nothing more is sent once the key is let go.
-/// Keys that edit a text send nothing and are never dropped. While an InputPause lives it drops everything
-/// that an operator does.
-/// Installed once on the application, by the first form.
+/// Stands before all input of the program. The thread is held for seconds while a device is silent; what the operator
+/// does meanwhile is delivered afterwards, to whatever stands there then. So an input acts only if, at the moment it
+/// was made, its control stood in front, visible, enabled, with the caption it has now, and for a key with a focus that
+/// the operator gave it or saw there; else it is lost. What passes acts in the order in which it was made: an option
+/// that was arrived at acts ahead of the next press, key, access key or request to close.
+///
+/// It also gives Tab and Shift-Tab to the form (Form::MoveFocus), and drops the repeats of a held key that piled up
+/// while a handler ran, so that nothing more is sent once the key is let go. Keys that edit a text send nothing and are
+/// never dropped as repeats. Installed once on the application, by the first form.
 class InputGate : public QObject {
   Q_OBJECT
 
  public:
   static InputGate& Instance();
 
+  /// `control` gets another caption, or a colour that is one: what was aimed at the former one is lost.
+  void CaptionChanges(QWidget& control) { m_stands.Changed(control); }
+
+  /// Runs `act` when the event at hand is over, in the order of the calls, and ahead of the next input.
+  void ActLater(std::function<void()> act);
+
   /// A key's action is due or its handler has ended: repeats that are pending now came meanwhile.
   void HandlerEnded();
+
+  /// For tests: inputs are as old as this clock says. Null: the system's clock again.
+  void SetClock(platform::InputClock* clock);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -44,7 +64,21 @@ class InputGate : public QObject {
 
   InputGate();
 
+  void Act();
+  void TakeMoment(const QObject& watched, const QEvent& event);
+  bool Loses(QObject& watched, QEvent& event);
+  bool LosesClose(QWindow& window, QEvent& event) const;
+  bool LosesMouse(QWindow& window, const QMouseEvent& mouse);
+  bool LosesKey(QWidget& receiver, QKeyEvent& key);
+  bool Acts(const QWidget& control) const;
   bool Swallows(QWidget& receiver, QKeyEvent& key);
+
+  std::unique_ptr<platform::InputClock> m_systemClock;
+  platform::InputClock* m_clock;
+  Stands m_stands;
+  std::optional<Moment> m_made;  ///< when the input that is being delivered was made; nothing where that isn't known
+  bool m_pressLost = false;      ///< the mouse button that is down was pressed in vain
+  std::deque<std::function<void()>> m_due;
 
   HeldKey m_held;
   bool m_marksHeldKeys;

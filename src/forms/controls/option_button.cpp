@@ -3,6 +3,7 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPointer>
 #include <QSignalBlocker>
 #include <algorithm>
 
@@ -19,7 +20,8 @@ void Check(OptionButton& option, bool checked) {
   option.setChecked(checked);
 }
 
-/// -1 or +1 for an arrow key, otherwise 0.
+}  // namespace
+
 int StepOf(const QKeyEvent& event) {
   if ((event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0) return 0;
   switch (event.key()) {
@@ -33,8 +35,6 @@ int StepOf(const QKeyEvent& event) {
       return 0;
   }
 }
-
-}  // namespace
 
 OptionButton::OptionButton(const char* name, Container container, const char* caption, const char* toolTip,
                            Settings settings)
@@ -121,8 +121,9 @@ void OptionButton::focusInEvent(QFocusEvent* event) {
 void OptionButton::NoteArrival(Arrival arrival) {
   InputGate::Instance().HandlerEnded();
   if (arrival == Arrival::kSelecting) m_selectingDue = true;
-  QMetaObject::invokeMethod(
-      this, [this, arrival] { ActOnArrival(arrival); }, Qt::QueuedConnection);
+  InputGate::Instance().ActLater([option = QPointer<OptionButton>(this), arrival] {
+    if (option != nullptr) option->ActOnArrival(arrival);
+  });
 }
 
 // An arrival counts although the focus has moved on since: each was the operator's, and they act in their order. It
@@ -173,7 +174,7 @@ void OptionButton::mouseMoveEvent(QMouseEvent* event) { event->accept(); }
 void OptionButton::keyPressEvent(QKeyEvent* event) {
   const int step = StepOf(*event);
   if (step != 0) {
-    MoveInGroup(step);
+    if (!event->isAutoRepeat()) MoveInGroup(step);  // held, it would command one state after the other
   } else if (event->key() == Qt::Key_Space) {
     if (!event->isAutoRepeat()) Choose(Qt::OtherFocusReason);
   } else {

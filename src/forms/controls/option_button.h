@@ -7,6 +7,9 @@
 
 namespace tarnwell::forms {
 
+/// -1 or +1 for an arrow key by which an operator goes through a group of options, otherwise 0.
+int StepOf(const QKeyEvent& event);
+
 /// One of a group of options; its group is its container. An option acts when it gets the focus (GotFocus), or, built
 /// with kActsOnClick, on its click (Click). A click or the space bar on the focused one is an arrival too unless it is
 /// selected: the device may have chosen another meanwhile. No handler runs inside the toolkit's own focus or mouse
@@ -31,6 +34,9 @@ class OptionButton : public QRadioButton {
   /// Where Tab and Shift-Tab reach the group: the selected option. Null when none is selected or that one takes no
   /// focus now: any other would be commanded by passing through.
   OptionButton* GroupTabStop();
+
+  /// The operator arrives here by an arrow key.
+  void Arrive(Qt::FocusReason reason) { ArriveSelecting(reason); }
 
  Q_SIGNALS:
   void GotFocus();

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "forms/controls/form.h"
+#include "forms/controls/frame.h"
 #include "forms/controls/option_button.h"
 
 namespace tarnwell::forms {
@@ -20,14 +21,20 @@ std::vector<QWidget*> Children(const QWidget& container) {
   return children;
 }
 
-void SortByPlace(std::vector<QWidget*>& widgets) {
-  const auto higher = [](const QWidget* a, const QWidget* b) { return a->y() < b->y(); };
-  const auto further = [](const QWidget* a, const QWidget* b) { return a->x() < b->x(); };
-  std::stable_sort(widgets.begin(), widgets.end(), higher);
+bool Higher(const QWidget* a, const QWidget* b) { return a->y() < b->y(); }
+bool FurtherLeft(const QWidget* a, const QWidget* b) { return a->x() < b->x(); }
+
+void SortByColumns(std::vector<QWidget*>& widgets) {
+  std::stable_sort(widgets.begin(), widgets.end(), Higher);
+  std::stable_sort(widgets.begin(), widgets.end(), FurtherLeft);
+}
+
+void SortByRows(std::vector<QWidget*>& widgets) {
+  std::stable_sort(widgets.begin(), widgets.end(), Higher);
   for (auto row = widgets.begin(); row != widgets.end();) {
     const int limit = (*row)->y() + std::min((*row)->height(), kRowHeight) / 2;
     const auto end = std::find_if(row, widgets.end(), [&](const QWidget* w) { return w != *row && w->y() >= limit; });
-    std::stable_sort(row, end, further);
+    std::stable_sort(row, end, FurtherLeft);
     row = end;
   }
 }
@@ -36,7 +43,8 @@ void SortByPlace(std::vector<QWidget*>& widgets) {
 
 std::vector<QWidget*> ReadingOrder(const QWidget& container) {
   std::vector<QWidget*> children = Children(container);
-  SortByPlace(children);
+  const auto* frame = qobject_cast<const Frame*>(&container);
+  frame != nullptr && frame->IsInColumns() ? SortByColumns(children) : SortByRows(children);
   std::vector<QWidget*> order;
   for (QWidget* child : children) {
     if (child->focusPolicy() != Qt::NoFocus) {
@@ -57,14 +65,26 @@ bool TakesFocus(const QWidget& control) {
   return place.intersects(form->Inner().rect());
 }
 
-QWidget* EntryPoint(const QWidget& container) {
+QWidget* EntryPoint(QWidget& container) {
   for (QWidget* control : ReadingOrder(container)) {
     if (!TakesFocus(*control) || (control->focusPolicy() & Qt::TabFocus) == 0) continue;
     auto* option = qobject_cast<OptionButton*>(control);
-    OptionButton* stop = option != nullptr ? option->GroupTabStop() : nullptr;
-    return stop != nullptr ? stop : control;
+    if (option == nullptr) return control;
+    OptionButton* stop = option->GroupTabStop();
+    return stop != nullptr ? stop : option->parentWidget();
   }
   return nullptr;
+}
+
+OptionButton* EntryOption(const QWidget& frame, bool forward) {
+  std::vector<OptionButton*> options;
+  for (QWidget* control : ReadingOrder(frame)) {
+    auto* option = qobject_cast<OptionButton*>(control);
+    if (option != nullptr && option->parentWidget() == &frame && TakesFocus(*option)) options.push_back(option);
+  }
+  if (options.empty()) return nullptr;
+  OptionButton* stop = options.front()->GroupTabStop();
+  return stop != nullptr ? stop : forward ? options.front() : options.back();
 }
 
 }  // namespace tarnwell::forms

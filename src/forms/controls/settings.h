@@ -20,6 +20,8 @@ struct Settings {
     kActsOnClickFlag = 1U << 9,
     kOnFlag = 1U << 10,
     kGraphicalFlag = 1U << 11,
+    kColumnsFlag = 1U << 12,
+    kSingleStepFlag = 1U << 13,
   };
 
   unsigned flags = kNothing;
@@ -62,6 +64,11 @@ inline constexpr Settings kBold{.flags = Settings::kBoldFlag};
 inline constexpr Settings kActsOnClick{.flags = Settings::kActsOnClickFlag};
 /// A command button that can show a background colour.
 inline constexpr Settings kGraphical{.flags = Settings::kGraphicalFlag};
+
+/// A frame whose controls are read column by column, not row by row.
+inline constexpr Settings kInColumns{.flags = Settings::kColumnsFlag};
+/// A text box in which a held arrow key steps once.
+inline constexpr Settings kSingleStep{.flags = Settings::kSingleStepFlag};
 
 constexpr Settings Points(double size) { return {.points = size}; }
 constexpr Settings UpTo(int characters) { return {.maxLength = characters}; }

@@ -30,12 +30,14 @@ bool IsStep(const QKeyEvent& event) {
   return modifiers == Qt::NoModifier && (event.key() == Qt::Key_Up || event.key() == Qt::Key_Down);
 }
 
+bool IsEnter(const QKeyEvent& event) { return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter; }
+
 bool GoesOnToForm(char16_t character) { return character == KeyAscii::kEnter || character == KeyAscii::kEscape; }
 
 }  // namespace
 
 TextBox::TextBox(const char* name, Container container, const char* caption, const char* toolTip, Settings settings)
-    : QLineEdit(QString::fromUtf8(caption), container.Widget()) {
+    : QLineEdit(QString::fromUtf8(caption), container.Widget()), m_singleStep(settings.has(Settings::kSingleStepFlag)) {
   setAcceptDrops(false);
   if (settings.maxLength > 0) setMaxLength(settings.maxLength);
   setReadOnly(settings.has(Settings::kReadOnlyFlag));
@@ -63,8 +65,11 @@ QString TextBox::Asked(const QString& typed) {
 
 void TextBox::keyPressEvent(QKeyEvent* event) {
   if (IsStep(*event)) {
+    if (event->isAutoRepeat() && m_singleStep) return;
     Q_EMIT KeyDown(event->key());
     InputGate::Instance().HandlerEnded();
+  } else if (event->isAutoRepeat() && IsEnter(*event)) {
+    return;  // held, it would commit again and again
   } else if (CharactersOf(*event).isEmpty()) {
     QLineEdit::keyPressEvent(event);
   } else {
@@ -77,8 +82,9 @@ void TextBox::TakeCharacters(QKeyEvent* event) {
   const QString passed = Asked(typed);
   InputGate::Instance().HandlerEnded();
   if (passed.isEmpty()) return;
+  if (isReadOnly()) return;  // Escape takes back what was typed; where nothing can be it does nothing
   if (passed != typed) {
-    if (!isReadOnly()) insert(passed);
+    insert(passed);
   } else if (GoesOnToForm(passed.front().unicode())) {
     event->ignore();
   } else {

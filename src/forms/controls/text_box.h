@@ -44,6 +44,8 @@ class TextBox : public QLineEdit {
   char16_t Asked(char16_t character);
   QString Asked(const QString& typed);
   void TakeCharacters(QKeyEvent* event);
+
+  bool m_singleStep;
 };
 
 }  // namespace tarnwell::forms
