@@ -43,9 +43,36 @@ void MakeRoomForTitle(QMessageBox& box) {
   if (grid != nullptr) grid->addItem(new QSpacerItem(kWidth, 0), grid->rowCount(), 0, 1, grid->columnCount());
 }
 
+/// Lets no input through while it lives; requests to close a window are none.
+class ClosesOnly final : public QObject {
+ public:
+  ClosesOnly() { qApp->installEventFilter(this); }
+
+ protected:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    return event->isInputEvent() || event->type() == QEvent::Shortcut || event->type() == QEvent::ContextMenu;
+  }
+};
+
+bool AnyWindowIsVisible() {
+  const auto windows = QApplication::topLevelWidgets();
+  return std::any_of(windows.begin(), windows.end(), [](const QWidget* window) { return window->isVisible(); });
+}
+
+/// Closes what the operator asked to close while the thread was held: behind a message box the request would be lost.
+/// False where nothing is left to show a message above.
+bool TakeRequestsToClose() {
+  if (!AnyWindowIsVisible()) return true;  // the program is about to start
+  constexpr int kMilliseconds = 50;
+  const ClosesOnly closesOnly;
+  QCoreApplication::processEvents(QEventLoop::AllEvents, kMilliseconds);
+  return AnyWindowIsVisible();
+}
+
 }  // namespace
 
 void ToolkitDesktop::ShowMessage(const Message& message) {
+  if (!TakeRequestsToClose()) return;
   // The box names the program, not the window's title: the title says the link's state and may be a lost one.
   QMessageBox box(ToolkitIcon(message.icon), QCoreApplication::applicationName(), Printable(message.text),
                   QMessageBox::Ok, QApplication::activeWindow());

@@ -7,6 +7,7 @@
 #include "forms/controls/plain_controls.h"
 #include "forms/controls/tab_strip.h"
 #include "forms/test_form.h"
+#include "support/manual_clock.h"
 
 namespace tarnwell::forms {
 
@@ -200,6 +201,16 @@ TEST_F(EntryTest, SpinRepeatsWhileTheArrowIsHeld) {
   QTest::mousePress(&spin, Qt::LeftButton, {}, Lower());
   GoAwayAndComeBack();
   EXPECT_EQ(Repeat(false), 0) << "another window may have had the release";
+}
+
+TEST_F(EntryTest, AnArrowThatMayHaveBeenLetGoDuringAHoldWaitsToBeTold) {
+  test::ManualClock clock;
+  QTest::mousePress(&spin, Qt::LeftButton, {}, Lower());
+  clock.Pass(900);
+  Repeat(true);
+  EXPECT_EQ(form.Transcript(), "-2");
+  Repeat(true);
+  EXPECT_EQ(form.Transcript(), "-4") << "it is still held";
 }
 
 TEST_F(EntryTest, SpinTakenAwayUnderThePressGoesBackUnlessCodeSetAnotherValue) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCloseEvent>
 #include <QDir>
 #include <QFileDialog>
 #include <QLabel>
@@ -19,9 +20,11 @@ namespace {
 template <typename Look>
 void Show(const Message& message, Look look) {
   bool seen = false;
-  QTimer::singleShot(0, [&] {
+  QTimer lookout;
+  lookout.callOnTimeout([&] {
     auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    ASSERT_NE(box, nullptr);
+    if (box == nullptr) return;
+    lookout.stop();
     seen = true;
     look(*box);
     // A box that the keys left open would hold the test for ever.
@@ -29,8 +32,27 @@ void Show(const Message& message, Look look) {
     box->close();
     EXPECT_TRUE(closed);
   });
+  lookout.start(0);
   ToolkitDesktop().ShowMessage(message);
   EXPECT_TRUE(seen);
+}
+
+TEST(Desktop, AWindowThatWasToCloseIsClosedAheadOfTheMessage) {
+  QWidget window;
+  window.show();
+  QCoreApplication::postEvent(window.windowHandle(), new QCloseEvent);
+  bool seen = false;
+  QTimer lookout;
+  lookout.callOnTimeout([&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr) return;
+    seen = true;
+    box->close();
+  });
+  lookout.start(0);
+  ToolkitDesktop().ShowMessage({QStringLiteral("Connection Failed")});
+  EXPECT_FALSE(window.isVisible());
+  EXPECT_FALSE(seen) << "with no window left";
 }
 
 TEST(Desktop, AMessageShowsItsTextsAsTheyAreAndClosesByKey) {

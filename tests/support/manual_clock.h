@@ -18,6 +18,9 @@ class ManualClock final : public platform::InputClock {
   }
   std::optional<platform::Moment> CloseAsked(const QWindow&) override { return m_closeAsked; }
 
+  /// The thread is held for so long.
+  void Pass(int milliseconds) { m_now += milliseconds; }
+
   /// The requests to close that are delivered from now on were made at that moment.
   void AskClose(platform::Moment made) { m_closeAsked = made; }
 

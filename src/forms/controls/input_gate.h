@@ -53,6 +53,8 @@ class InputGate : public QObject {
   /// A key's action is due or its handler has ended: repeats that are pending now came meanwhile.
   void HandlerEnded();
 
+  Moment Now() const { return m_clock->Now(); }
+
   /// For tests: inputs are as old as this clock says. Null: the system's clock again.
   void SetClock(platform::InputClock* clock);
 

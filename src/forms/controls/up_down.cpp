@@ -5,12 +5,15 @@
 #include <QStyleOptionButton>
 #include <algorithm>
 
+#include "forms/controls/input_gate.h"
+
 namespace tarnwell::forms {
 
 namespace {
 
 constexpr int kFirstRepeat = 400;  ///< milliseconds that an arrow is held before it repeats
 constexpr int kNextRepeat = 60;    ///< milliseconds between repeats
+constexpr int kTold = 20;          ///< milliseconds in which a button that was let go is told, the thread being free
 
 }  // namespace
 
@@ -67,6 +70,11 @@ void UpDown::paintEvent(QPaintEvent* /*event*/) {
 
 void UpDown::Step() { Hold(m_value + m_heldDirection * m_increment); }
 
+void UpDown::RepeatIn(int milliseconds) {
+  m_repeat.start(milliseconds, this);
+  m_repeatDue = InputGate::Instance().Now() + milliseconds;
+}
+
 void UpDown::LetGo() {
   m_repeat.stop();
   m_heldDirection = 0;
@@ -85,7 +93,7 @@ void UpDown::mousePressEvent(QMouseEvent* event) {
   m_heldDirection = DirectionAt(event->position().toPoint());
   m_onArrow = true;
   m_pressedAt = m_value;
-  m_repeat.start(kFirstRepeat, this);
+  RepeatIn(kFirstRepeat);
   repaint();
   Step();
 }
@@ -106,7 +114,9 @@ void UpDown::mouseReleaseEvent(QMouseEvent* event) {
 
 void UpDown::timerEvent(QTimerEvent* event) {
   if (event->timerId() != m_repeat.timerId()) return QWidget::timerEvent(event);
-  m_repeat.start(kNextRepeat, this);
+  // After a hold of the thread the button may have been let go long ago.
+  if (InputGate::Instance().Now() > m_repeatDue + kTold) return RepeatIn(kTold);
+  RepeatIn(kNextRepeat);
   if (m_onArrow) Step();
 }
 

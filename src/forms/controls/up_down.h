@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "forms/controls/control.h"
+#include "platform/input_clock.h"
 
 namespace tarnwell::forms {
 
@@ -48,6 +49,7 @@ class UpDown : public QWidget {
   void PaintArrow(QPainter& painter, int direction);
   void Hold(int value);
   void Step();
+  void RepeatIn(int milliseconds);
   void LetGo();
   void TakeBack();
 
@@ -59,6 +61,7 @@ class UpDown : public QWidget {
   bool m_onArrow = false;          ///< the pointer is on the held arrow
   std::optional<int> m_pressedAt;  ///< the value at the press, while nothing but steps has changed it
   QBasicTimer m_repeat;
+  platform::Moment m_repeatDue = 0;
 };
 
 }  // namespace tarnwell::forms
