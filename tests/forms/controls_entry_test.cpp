@@ -100,8 +100,9 @@ TEST_F(EntryTest, KeyPressComesBeforeTheCharacterAndDecides) {
   Key(Qt::Key_1);
   EXPECT_EQ(box.Text(), QStringLiteral("-1.7.5")) << "full";
   box.setReadOnly(true);
-  Key(Qt::Key_Comma);
-  Key(Qt::Key_Backspace);
+  watcher.keys = 0;
+  for (const Qt::Key key : {Qt::Key_Comma, Qt::Key_Backspace, Qt::Key_Escape}) Key(key);
+  EXPECT_EQ(watcher.keys, 0) << "Escape takes back what was typed, and here nothing can be";
   EXPECT_EQ(box.Text(), QStringLiteral("-1.7.5"));
   EXPECT_FALSE(box.acceptDrops());
 }
@@ -126,6 +127,24 @@ TEST_F(EntryTest, HeldStepKeysDoNotPileUpAndTypedCharactersAllArrive) {
   PostRepeats(box, Qt::Key_Backspace, 2);
   Settle();
   EXPECT_EQ(box.Text(), QStringLiteral("22"));
+}
+
+TEST_F(EntryTest, AHeldEnterAndAHeldStepOfAnAddressActOnce) {
+  TextBox address("txtAddress", form, "", "", kSingleStep);
+  QObject::connect(&address, &TextBox::KeyDown, &form, [this](int) { form.Note("Step"); });
+  address.show();
+  const auto held = [this](TextBox& field, Qt::Key key, const QString& text) {
+    field.setFocus();
+    Key(key);
+    for (int repeat = 0; repeat < 3; ++repeat) {
+      PostRepeats(field, key, 1, text);
+      Settle();
+    }
+    return form.Transcript();
+  };
+  EXPECT_EQ(held(box, Qt::Key_Return, QStringLiteral("\r")), "13");
+  EXPECT_EQ(held(box, Qt::Key_Up, {}), "Up Up Up Up");
+  EXPECT_EQ(held(address, Qt::Key_Up, {}), "LostFocus Step");
 }
 
 TEST(HeldKeyTest, AReleaseAndAPressAtTheSameMomentAreARepeat) {

@@ -100,6 +100,10 @@ TEST_F(FormTest, InnerSizeIsInTwipsBelowTheMenuBar) {
   exit.setEnabled(false);
   form.findChild<QAction*>(QStringLiteral("mnuExit"))->trigger();
   EXPECT_EQ(form.Transcript(), "Exit");
+  form.Show();
+  BringToFront(form);
+  Key(Qt::Key_F10);
+  EXPECT_NE(form.findChild<QMenuBar*>()->activeAction(), nullptr);
 }
 
 TEST_F(FormTest, AFormThatCanBeSizedSaysSoAlsoWhenItIsRestored) {

@@ -4,6 +4,7 @@
 
 #include "tests/forms/blemishes.h"
 #include "tests/forms/sample_values.h"
+#include "tests/forms/test_form.h"
 
 namespace tarnwell::forms {
 
@@ -53,6 +54,23 @@ TEST(Views, EveryNameIsThereOnce) {
           << form->objectName().toStdString() << ' ' << object->objectName().toStdString();
     }
   }
+}
+
+TEST(Views, TabGoesDownTheColumnsOfTheAlarms) {
+  SampleForms forms;
+  ShowAt(forms, {640, 480});
+  frmAlarms& f = forms.alarms;
+  f.fra7316Alarms.hide();
+  f.fraAlarms.show();
+  BringToFront(f);
+  f.cmdAlarms(0)->setFocus();
+  int columns = 1;
+  while (f.focusWidget() != &f.cmdClear && columns < 9) {
+    const int top = f.focusWidget()->y();
+    Key(Qt::Key_Tab);
+    if (f.focusWidget()->y() < top) ++columns;
+  }
+  EXPECT_EQ(columns, 2);
 }
 
 // Each wrong one would send another value to the device, or a command nobody gave.
