@@ -11,6 +11,7 @@
 #include "forms/frm_save_snapshot.h"
 #include "forms/frm_settings.h"
 #include "sim/device.h"
+#include "support/late_input.h"
 #include "support/program_test.h"
 #include "support/simulated_port.h"
 
@@ -105,6 +106,9 @@ class RandomOperator final : public platform::Yielder {
   void Watch(forms::frmMain& main, SimulatedPort& port) {
     m_main = &main;
     m_port = &port;
+    port.OnOutput([this] {
+      if (Chance(6)) ActInHold();
+    });
   }
 
   void Yield(std::int64_t deadline) override {
@@ -121,6 +125,7 @@ class RandomOperator final : public platform::Yielder {
       EndAll();
       return;
     }
+    QCoreApplication::processEvents();  // what was done in a hold comes first
     const int kind = Pick(10);
     if (kind < 5) Click();
     if (kind >= 5 && kind < 9) PressKey();
@@ -139,6 +144,8 @@ class RandomOperator final : public platform::Yielder {
   int Orders() const { return m_orders; }
   int Forms() const { return m_forms; }
   int Snapshots() const { return m_snapshots; }
+  int ActsInHolds() const { return m_lateInFront; }
+  int ActsBehind() const { return m_lateBehind; }
 
  private:
   bool Chance(int oneIn) { return Pick(oneIn) == 0; }
@@ -155,14 +162,16 @@ class RandomOperator final : public platform::Yielder {
     for (const std::string& order : m_port->TakeOrders()) {
       ++m_orders;
       bool allowed = order == "S=X";
-      for (const QString& control : controls) allowed |= MaySend(control, order);
+      for (const QString& control : controls + m_late) allowed |= MaySend(control, order);
       EXPECT_TRUE(allowed) << order << " after " << what << " on " << controls.join(QLatin1Char(' ')).toStdString();
     }
   }
   void ExpectNoOrders(const char* when) {
     if (m_port == nullptr) return;
     for (const std::string& order : m_port->TakeOrders()) {
-      EXPECT_TRUE(order == "S=X" || order == "CM=2") << order << " out of " << when;  // the latter's writer yields
+      bool allowed = order == "S=X" || order == "CM=2";  // the latter's writer yields
+      for (const QString& control : m_late) allowed |= MaySend(control, order);
+      EXPECT_TRUE(allowed) << order << " out of " << when;
     }
   }
 
@@ -181,10 +190,15 @@ class RandomOperator final : public platform::Yielder {
     if (reachable.isEmpty()) return;
     QWidget* control = reachable[Pick(static_cast<int>(reachable.size()))];
     if (control == &m_main->cmdConnect && !Chance(10)) return;
-    const QString name = control->objectName();
-    const auto click = [control, this] {
-      QTest::mouseClick(control, Pick(20) == 0 ? Qt::RightButton : Qt::LeftButton, {},
-                        QPoint(Pick(std::max(1, control->width())), Pick(std::max(1, control->height()))));
+    const QPoint at(Pick(std::max(1, control->width())), Pick(std::max(1, control->height())));
+    m_clicked = HitBy(*control, at);
+    const QString hit = m_clicked->objectName();
+    const auto click = [=, this] {
+      if (Pick(20) == 0) {
+        QTest::mouseClick(control, Qt::RightButton, {}, at);
+      } else {
+        DeliverClick(*control, m_clock.Now(), at);
+      }
     };
     if (control == &m_main->cmdViewAlarms) {
       OpenForm(click);
@@ -193,7 +207,86 @@ class RandomOperator final : public platform::Yielder {
     }
     QCoreApplication::processEvents();
     // a click into a field or on a tab also takes the focus from where it was
-    Judge({name}, "a click");
+    Judge({hit}, "a click");
+  }
+
+  /// What the operator does on any form while the thread is held. Only the form in front may act on it.
+  void ActInHold() {
+    QWidgetList forms;
+    for (QWidget* window : QApplication::topLevelWidgets()) {
+      if (qobject_cast<forms::Form*>(window) != nullptr && window->isVisible()) forms += window;
+    }
+    if (forms.isEmpty()) return;
+    QPointer<QWidget> form = forms[Pick(static_cast<int>(forms.size()))];
+    ++(form == &Front() ? m_lateInFront : m_lateBehind);
+    const platform::Moment made = m_clock.Now();
+    const int kind = Pick(8);
+    if (kind == 0 && form != m_main) {
+      Later(form, [this, form, made] { DeliverClose(*form, m_clock, made); });
+    } else if (kind < 3) {
+      KeyInHold(form, made);
+    } else {
+      ClickInHold(form, made);
+    }
+  }
+
+  /// What a click there hits: a part of `control`, or what covers it.
+  static QWidget* HitBy(QWidget& control, QPoint at) {
+    QWidget& window = *control.window();
+    return window.childAt(control.mapTo(&window, at));
+  }
+
+  void ClickInHold(const QPointer<QWidget>& form, platform::Moment made) {
+    QWidgetList targets;
+    for (QWidget* control : form->findChildren<QWidget*>()) {
+      const bool spared = control == &m_main->cmdConnect || control == &m_main->cmdViewAlarms ||
+                          qobject_cast<QComboBox*>(control) != nullptr || control->objectName().isEmpty();
+      if (!spared && control->isVisible() && HitBy(*control, control->rect().center()) == control) targets += control;
+    }
+    if (targets.isEmpty()) return;
+    QPointer<QWidget> control = targets[Pick(static_cast<int>(targets.size()))];
+    const bool acts = form == &Front() && control->isEnabled();
+    if (acts) m_clicked = control;
+    Later(form, [this, control, made, acts] {
+      if (control == nullptr || !control->isVisible()) return;
+      if (acts) MayAct(*control);
+      DeliverClick(*control, made);
+    });
+  }
+
+  void KeyInHold(const QPointer<QWidget>& form, platform::Moment made) {
+    static constexpr Qt::Key kKeys[] = {Qt::Key_Space, Qt::Key_Return, Qt::Key_Down, Qt::Key_Left};
+    const QPointer<QWidget> focused = form == &Front() ? form->focusWidget() : nullptr;
+    if (focused == &m_main->cmdConnect || focused == &m_main->cmdViewAlarms) return;
+    Later(form, [this, form, made, focused, clicked = m_clicked, key = kKeys[Pick(std::size(kKeys))]] {
+      for (const auto& control : {focused, clicked}) {
+        if (control != nullptr && control->window() == form) MayAct(*control);
+      }
+      if (form->windowHandle()->focusObject() != nullptr) DeliverKey(*form, key, made);
+    });
+  }
+
+  /// An act on that control is delivered now; what it sends may be found out a little later. A key that follows may
+  /// arrive at the others of its group.
+  void MayAct(const QWidget& control) {
+    constexpr int kRemembered = 40;
+    m_late = (GroupOf(control) + m_late).mid(0, kRemembered);
+  }
+
+  static QStringList GroupOf(const QWidget& control) {
+    QStringList names{control.objectName()};
+    for (const QObject* option : control.parent()->findChildren<forms::OptionButton*>(Qt::FindDirectChildrenOnly)) {
+      names += option->objectName();
+    }
+    return names;
+  }
+
+  /// When the thread is free. The toolkit itself keeps from a form what is meant for it while another is modal.
+  void Later(const QPointer<QWidget>& form, const std::function<void()>& deliver) {
+    QTimer::singleShot(0, [=] {
+      const QWidget* modal = QApplication::activeModalWidget();
+      if (form != nullptr && form->isVisible() && (modal == nullptr || modal == form)) deliver();
+    });
   }
 
   bool OpenByMenu() {
@@ -243,7 +336,7 @@ class RandomOperator final : public platform::Yielder {
                                         Qt::Key_Minus, Qt::Key_Comma,   Qt::Key_A,     Qt::Key_S};
     QWidget* receiver = Front().focusWidget();
     if (receiver == nullptr || (receiver == &m_main->cmdConnect && !Chance(10))) return;
-    const QString before = Focused();
+    QStringList reached = GroupOf(*receiver);
     const Qt::Key key = kKeys[Pick(std::size(kKeys))];
     const bool opens = receiver == &m_main->cmdViewAlarms && (key == Qt::Key_Space || key == Qt::Key_Enter);
     const auto press = [&] { QTest::keyClick(receiver, key); };
@@ -253,7 +346,7 @@ class RandomOperator final : public platform::Yielder {
       press();
     }
     QCoreApplication::processEvents();
-    Judge({before, Focused()}, "a key");
+    Judge(reached << Focused(), "a key");
   }
 
   void LookAway() {
@@ -279,6 +372,11 @@ class RandomOperator final : public platform::Yielder {
   }
 
   VirtualCounter& m_counter;
+  ManualClock m_clock;
+  QPointer<QWidget> m_clicked;  ///< last; a key made after that may go there, though the focus isn't there yet
+  QStringList m_late;           ///< the controls that were acted on in the last holds, while they were in front
+  int m_lateInFront = 0;
+  int m_lateBehind = 0;
   std::mt19937 m_random;
   forms::frmMain* m_main = nullptr;
   SimulatedPort* m_port = nullptr;
@@ -326,11 +424,13 @@ TEST_P(OperatorSoak, NothingIsSentThatNobodyAskedFor) {
     }
     hands.Act();
   }
-  std::printf("%s: %d acts, %d orders, %d forms opened, %d snapshots, %d commands\n", GetParam(), hands.Acts(),
-              hands.Orders(), hands.Forms(), hands.Snapshots(), port.Sent());
+  std::printf("%s: %d acts, %d orders, %d forms opened, %d snapshots, %d commands; in holds %d acts, %d behind\n",
+              GetParam(), hands.Acts(), hands.Orders(), hands.Forms(), hands.Snapshots(), port.Sent(),
+              hands.ActsInHolds(), hands.ActsBehind());
   EXPECT_GT(hands.Orders(), 50);
   EXPECT_GT(hands.Forms(), 20);
   EXPECT_GT(hands.Snapshots(), 2);
+  EXPECT_GT(hands.ActsBehind(), 100);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, OperatorSoak, testing::Values("c60", "c240", "k80", "controller"),

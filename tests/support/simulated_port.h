@@ -25,6 +25,8 @@ class SimulatedPort final : public PlainPort {
   int Sent() const { return m_sent; }
   /// Of them, those that ask nothing, since the last call.
   std::vector<std::string> TakeOrders() { return std::exchange(m_orders, {}); }
+  /// Done while a command is on the line.
+  void OnOutput(std::function<void()> act) { m_onOutput = std::move(act); }
   /// The bytes that were read since the last command went out.
   const std::string& Read() const { return m_read; }
   /// What the device made of the last command, before the line's faults.
@@ -44,6 +46,7 @@ class SimulatedPort final : public PlainPort {
 
   void Output(std::string_view bytes) override {
     ++m_sent;
+    if (m_onOutput) m_onOutput();
     if (bytes[bytes.size() - 3] != '?') m_orders.emplace_back(bytes.substr(2, bytes.size() - 4));
     m_read.clear();
     m_trueReply.clear();
@@ -72,6 +75,7 @@ class SimulatedPort final : public PlainPort {
   std::string m_trueReply;
   int m_sent = 0;
   std::vector<std::string> m_orders;
+  std::function<void()> m_onOutput;
   bool m_open = false;
 };
 
