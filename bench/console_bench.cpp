@@ -80,7 +80,7 @@ struct Bench {
   console::SessionState session;
   forms::frmMain form;
   alarms::AlarmIndicator indicator{form, shared, desktop};
-  console::Readers readers{form, shared, line, timing, session, indicator};
+  console::Readers readers{form, shared, line, timing, session, indicator, [] { return QDateTime::currentDateTime(); }};
 };
 
 template <typename Read>

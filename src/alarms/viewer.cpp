@@ -76,6 +76,7 @@ void AlarmViewer::Form_Load(const forms::Form& main) {
   StopPolling = !protocol::Send(m_line, protocol::kModelQuery, reply);
   if (StopPolling) {
     m_form.SetTitle(TitleOf(QStringLiteral("Lost Connection")));
+    m_onLost();
   } else {
     DeviceName = platform::FromDevice(protocol::AfterEcho(reply, 3));
     m_form.SetTitle(TitleConnected());
@@ -107,19 +108,29 @@ void AlarmViewer::ShowAlarmTable() {
   }
 }
 
+bool AlarmViewer::Ask(const protocol::Request& request, const forms::Shown& shown, std::string& reply) {
+  const bool answered = protocol::Send(m_line, request, reply);
+  if (answered) {
+    forms::ShowAnswered(shown, m_timeOfDay().time());
+  } else {
+    forms::ShowUnanswered(shown);
+  }
+  return answered;
+}
+
 void AlarmViewer::ReadAlarmTable() {
   std::string reply;
-  if (protocol::Send(m_line, protocol::kAlarmQuery, reply)) {
+  if (Ask(protocol::kAlarmQuery, AlarmButtons(m_form), reply)) {
     DecodeAlarmReply(protocol::AfterEcho(reply, 2), m_shared.AlarmStatus);
   }
 }
 
 void AlarmViewer::ShowMeasurement(const Measurement& measurement) {
   std::string reply;
-  if (!measurement.condition(m_shared) || !protocol::Send(m_line, measurement.request, reply)) return;
+  forms::Label& label = m_form.*measurement.label;
+  if (!measurement.condition(m_shared) || !Ask(measurement.request, {&label}, reply)) return;
   const std::string_view text = protocol::AfterEcho(reply, measurement.request.expected.size());
-  (m_form.*measurement.label)
-      .SetCaption(platform::FromDevice(measurement.shown(text)) + QString::fromUtf8(measurement.unit));
+  label.SetCaption(platform::FromDevice(measurement.shown(text)) + QString::fromUtf8(measurement.unit));
 }
 
 void AlarmViewer::tmrStartPolling_Timer() {
@@ -170,6 +181,7 @@ void AlarmViewer::CheckLink() {
   if (m_shared.CommsLost && title.contains(kConnectedTo)) {
     m_form.SetTitle(TitleOf(kLostConnectionTo + QLatin1Char(' ') + DeviceName + QStringLiteral(" Retrying...")));
     EnableAlarmControls(false);
+    m_onLost();
   } else if (!m_shared.CommsLost && title.contains(kLostConnectionTo)) {
     m_form.SetTitle(TitleConnected());
     EnableAlarmControls(true);

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "forms/controls/answers.h"
 #include "forms/frm_alarms.h"
 #include "link/interval_timing.h"
 #include "link/send_command.h"
 #include "platform/desktop.h"
+#include "platform/time_of_day.h"
 #include "protocol/vocabulary.h"
 
 namespace tarnwell::alarms {
@@ -12,9 +14,17 @@ namespace tarnwell::alarms {
 /// acknowledges and clears in it. Acknowledging is the console's own affair; the device never hears of it.
 class AlarmViewer {
  public:
+  /// `onLost` is called when the link is lost: what other forms show is old then.
   AlarmViewer(forms::frmAlarms& form, link::SSPA_Public& shared, link::SerialLink& line,
-              const link::IntervalTiming& timing, platform::Desktop& desktop)
-      : m_form(form), m_shared(shared), m_line(line), m_timing(timing), m_desktop(desktop) {}
+              const link::IntervalTiming& timing, platform::Desktop& desktop, platform::TimeOfDay timeOfDay,
+              std::function<void()> onLost)
+      : m_form(form),
+        m_shared(shared),
+        m_line(line),
+        m_timing(timing),
+        m_desktop(desktop),
+        m_timeOfDay(std::move(timeOfDay)),
+        m_onLost(std::move(onLost)) {}
 
   /// Before the form opens: tells the operator of a controller that nothing can be cleared in automatic mode.
   void TellOfAutomaticMode();
@@ -41,6 +51,7 @@ class AlarmViewer {
   void PollAlarms();
   void PollStep(int step);
   void CheckLink();
+  bool Ask(const protocol::Request& request, const forms::Shown& shown, std::string& reply);
   void SoundAlarmBeep();
   bool IsController() const { return m_shared.SSPAType == link::kRedundancyController; }
   QString TitleOf(const QString& state) const;
@@ -51,6 +62,8 @@ class AlarmViewer {
   link::SerialLink& m_line;
   const link::IntervalTiming& m_timing;
   platform::Desktop& m_desktop;
+  platform::TimeOfDay m_timeOfDay;
+  std::function<void()> m_onLost;
 
   QString DeviceName;  ///< the device's model text, as it was at load
   bool StopPolling = false;

@@ -53,4 +53,14 @@ std::vector<QWidget*> LinkedControls(forms::frmAlarms& f) {
           &f.cmdExAck};
 }
 
+forms::Shown AlarmButtons(forms::frmAlarms& form) {
+  forms::Shown buttons;
+  for (forms::frmAlarms::AlarmButtons* array : {&form.cmdAlarms, &form.cmd7316Alarms}) {
+    for (int i = 0; i < array->size(); ++i) {
+      if ((*array)(i) != nullptr) buttons.push_back((*array)(i));
+    }
+  }
+  return buttons;
+}
+
 }  // namespace tarnwell::alarms

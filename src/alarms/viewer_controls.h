@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "forms/controls/answers.h"
 #include "forms/frm_alarms.h"
 #include "link/sspa_public.h"
 
@@ -19,5 +20,8 @@ void NameButtons(forms::frmAlarms& form);
 /// What is greyed while the link is lost. The alarm buttons follow their frames; the buttons that clear have rules of
 /// their own; the form can always be closed.
 std::vector<QWidget*> LinkedControls(forms::frmAlarms& form);
+
+/// The buttons that show the alarms' states.
+forms::Shown AlarmButtons(forms::frmAlarms& form);
 
 }  // namespace tarnwell::alarms

@@ -18,7 +18,8 @@ void WireButtons(forms::frmAlarms::AlarmButtons& buttons, alarms::AlarmViewer& v
 void Program::OpenAlarms() {
   using forms::Form, forms::Timer, forms::CommandButton;
   forms::frmAlarms form;
-  alarms::AlarmViewer viewer(form, m_shared, m_line, m_timing, m_machine.desktop);
+  alarms::AlarmViewer viewer(form, m_shared, m_line, m_timing, m_machine.desktop, m_machine.timeOfDay,
+                             [this] { m_readers.DoubtAll(); });
   On(form, &Form::Load, [&] { viewer.Form_Load(m_main); });
   On(form, &Form::Unload, [&] { viewer.Form_Unload(); });
   WireButtons(form.cmdAlarms, viewer);

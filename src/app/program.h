@@ -6,6 +6,7 @@
 #include "forms/frm_main.h"
 #include "link/interval_timing.h"
 #include "link/send_command.h"
+#include "platform/time_of_day.h"
 #include "session/connect_address.h"
 #include "session/connection.h"
 #include "session/form_opener.h"
@@ -22,7 +23,7 @@ struct Machine {
   platform::Yielder& yielder;
   platform::SerialPort& comConnect;
   platform::Desktop& desktop;
-  snapshot::TimeOfDay timeOfDay = [] { return QDateTime::currentDateTime(); };
+  platform::TimeOfDay timeOfDay = [] { return QDateTime::currentDateTime(); };
 };
 
 /// The whole program: the shared module, the main form, its logic, and the wires between them.

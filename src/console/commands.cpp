@@ -19,30 +19,32 @@ constexpr std::string_view kGainKeys = "0123456789.,-";
 }  // namespace
 
 template <typename ReadBack>
-void Commands::SendAndReadBack(const protocol::Request& request, ReadBack readBack) {
+bool Commands::SendAndReadBack(const protocol::Request& request, ReadBack readBack) {
   m_timing.DelayBlocking(kPauseAroundCommand);
   std::string reply;
-  if (protocol::Send(m_line, request, reply)) {
+  const bool answered = protocol::Send(m_line, request, reply);
+  if (answered) {
     m_timing.DelayBlocking(kPauseBeforeReadBack);
     readBack();
   }
   m_timing.DelayBlocking(kPauseAroundCommand);
+  return answered;
 }
 
-void Commands::SendStateCommand(char code) {
-  SendAndReadBack(protocol::SetStatus(code), [this] { m_readers.ReadStatus(); });
-}
+void Commands::SendStateCommand(char code) { SendStatus(protocol::SetStatus(code)); }
 
-void Commands::SendCommsMode(const protocol::Request& mode) {
-  SendAndReadBack(mode, [this] { m_readers.ReadStatus(); });
+void Commands::SendCommsMode(const protocol::Request& mode) { SendStatus(mode); }
+
+void Commands::SendStatus(const protocol::Request& request) {
+  if (!SendAndReadBack(request, [this] { m_readers.ReadStatus(); })) m_readers.Doubt(Question::kStatus);
 }
 
 void Commands::SendPathCommand(std::string_view setting) {
-  const int which = protocol::Holds(setting, "A=") ? 5 : 6;
-  SendAndReadBack(protocol::SetPath(setting), [this, which] {
-    m_readers.ReadPathSelection(which);
-    if (!m_shared.CommsLost) m_readers.SelectShownPath(which);
-  });
+  const bool pathA = protocol::Holds(setting, "A=");
+  const int which = pathA ? 5 : 6;
+  if (SendAndReadBack(protocol::SetPath(setting), [this, which] { m_readers.ReadPathSelection(which); })) return;
+  m_readers.Doubt(pathA ? Question::kPathA : Question::kPathB);
+  m_readers.SelectShownPath(which);
 }
 
 void Commands::WriteGain() {
@@ -55,6 +57,10 @@ void Commands::WriteGain() {
   std::string reply;
   if (protocol::Send(m_line, protocol::SetGain(*gain), reply)) {
     m_form.updwnGainAdjust.SetValue(protocol::Tenths(protocol::LeadingNumber(protocol::AfterEcho(reply, 2))));
+    m_readers.Confirm(Question::kGain);
+  } else {
+    m_readers.Doubt(Question::kGain);
+    m_session.GainInDoubt = true;
   }
   m_timing.DelayBlocking(kPauseAroundGain);
 }

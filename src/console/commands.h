@@ -5,12 +5,12 @@
 namespace tarnwell::console {
 
 /// What the operator sends from the main form. Each writer sends one command and reads back, so that the console shows
-/// what the device says. A writer that gets no answer shows nothing; the link watch does. None lets other code run.
+/// what the device says. Without an answer what the console shows is old. None lets other code run.
 class Commands {
  public:
-  Commands(forms::frmMain& form, const link::SSPA_Public& shared, link::SerialLink& line,
-           const link::IntervalTiming& timing, Readers& readers)
-      : m_form(form), m_shared(shared), m_line(line), m_timing(timing), m_readers(readers) {}
+  Commands(forms::frmMain& form, link::SerialLink& line, const link::IntervalTiming& timing, SessionState& session,
+           Readers& readers)
+      : m_form(form), m_line(line), m_timing(timing), m_session(session), m_readers(readers) {}
 
   /// Operating state "O", "S"; RF on "T", mute "X"; a controller's mode "A", "M".
   void SendStateCommand(char code);
@@ -29,13 +29,14 @@ class Commands {
 
  private:
   template <typename ReadBack>
-  void SendAndReadBack(const protocol::Request& request, ReadBack readBack);
+  bool SendAndReadBack(const protocol::Request& request, ReadBack readBack);
+  void SendStatus(const protocol::Request& request);
   void EnterGain();
 
   forms::frmMain& m_form;
-  const link::SSPA_Public& m_shared;
   link::SerialLink& m_line;
   const link::IntervalTiming& m_timing;
+  SessionState& m_session;
   Readers& m_readers;
 };
 

@@ -50,16 +50,32 @@ PathView ViewOfPath(forms::frmMain& f, int which) {
 
 }  // namespace
 
-bool Readers::Ask(const protocol::Request& request, std::size_t echo, std::string& text) {
+void Readers::ForgetDevice() {
+  forms::ForgetAnswers(ShownByAny(m_form));
+  m_session.GainInDoubt = false;
+  // Without optRFMute: selecting it again from a status would send the mute again.
+  for (forms::OptionButton* option :
+       {&m_form.optOnline, &m_form.optStandby, &m_form.optMaint, &m_form.optRFOn, &m_form.optREM, &m_form.optLLO,
+        &m_form.optRLO, &m_form.opt7316Auto, &m_form.opt7316Manual, &m_form.opt7316PathA1, &m_form.opt7316PathA2,
+        &m_form.opt7316PathB2, &m_form.opt7316PathB3}) {
+    option->Deselect();
+  }
+}
+
+bool Readers::Ask(Question question, const protocol::Request& request, std::size_t echo, std::string& text) {
   std::string reply;
-  if (!protocol::Send(m_line, request, reply)) return false;
+  if (!protocol::Send(m_line, request, reply)) {
+    Doubt(question);
+    return false;
+  }
+  Confirm(question);
   text = protocol::AfterEcho(reply, echo);
   return true;
 }
 
 void Readers::ReadStatus() {
   std::string status;
-  if (!Ask(protocol::kStatusQuery, 2, status)) return;
+  if (!Ask(Question::kStatus, protocol::kStatusQuery, 2, status)) return;
   ShowCommsMode(status);
   if (m_shared.SSPAType == link::kRedundancyController) {
     ShowControllerMode(status);
@@ -101,6 +117,7 @@ void Readers::ShowOperatingState(std::string_view status) {
       m_form.optMaint.Select();
       break;
     case protocol::OperatingState::kNotTold:
+      for (forms::OptionButton* option : {&m_form.optOnline, &m_form.optStandby}) option->TakeBack();
       break;
   }
 }
@@ -108,7 +125,10 @@ void Readers::ShowOperatingState(std::string_view status) {
 void Readers::ShowRFOutput(std::string_view status) {
   using protocol::RFOutput;
   const RFOutput output = protocol::ReadRFOutput(status);
-  if (output == RFOutput::kNotTold) return;
+  if (output == RFOutput::kNotTold) {
+    for (forms::OptionButton* option : {&m_form.optRFOn, &m_form.optRFMute}) option->TakeBack();
+    return;
+  }
   const bool on = output == RFOutput::kOn || output == RFOutput::kOnButModuleFailed;
   (on ? m_form.optRFOn : m_form.optRFMute).Select();
 
@@ -129,7 +149,10 @@ void Readers::AllowUserMute(std::string_view status) {
 
 void Readers::ShowControllerMode(std::string_view status) {
   const protocol::ControllerMode mode = protocol::ReadControllerMode(status);
-  if (mode == protocol::ControllerMode::kNotTold) return;
+  if (mode == protocol::ControllerMode::kNotTold) {
+    for (forms::OptionButton* option : {&m_form.opt7316Auto, &m_form.opt7316Manual}) option->TakeBack();
+    return;
+  }
   const bool automatic = mode == protocol::ControllerMode::kAutomatic;
   (automatic ? m_form.opt7316Auto : m_form.opt7316Manual).Select();
   if (automatic == m_shared.AutoMode) return;
@@ -139,7 +162,7 @@ void Readers::ShowControllerMode(std::string_view status) {
 
 void Readers::ReadConfiguration() {
   std::string text;
-  if (!Ask(protocol::kConfigurationQuery, 2, text)) return;
+  if (!Ask(Question::kConfiguration, protocol::kConfigurationQuery, 2, text)) return;
   const protocol::Configuration configuration = protocol::ReadConfigurationCode(text);
   if (configuration == protocol::Configuration::k1to1 && !m_shared.Config1to1) ChangeTo1to1();
   if (configuration == protocol::Configuration::k1to2 && m_shared.Config1to1) ChangeTo1to2();
@@ -167,7 +190,7 @@ void Readers::ChangeTo1to2() {
 
 void Readers::ReadPathPriority() {
   std::string text;
-  if (!Ask(protocol::kPriorityOrDiodeQuery, 2, text)) return;
+  if (!Ask(Question::kPriority, protocol::kPriorityOrDiodeQuery, 2, text)) return;
   const auto caption = [](const QString& path, bool priority) {
     return path + (priority ? QStringLiteral(" [Priority]") : QString());
   };
@@ -180,7 +203,7 @@ void Readers::ReadPathPriority() {
 
 void Readers::ReadSSPAStates() {
   std::string text;
-  if (!Ask(protocol::kOnlineQuery, 2, text)) return;
+  if (!Ask(Question::kSSPAStates, protocol::kOnlineQuery, 2, text)) return;
   ShowSSPAState(m_form.lbl7316SSPA1State, protocol::Holds(text, "1"));
   ShowSSPAState(m_form.lbl7316SSPA2State, protocol::Holds(text, "2"));
   if (!m_shared.Config1to1) ShowSSPAState(m_form.lbl7316SSPA3State, protocol::Holds(text, "3"));
@@ -188,12 +211,20 @@ void Readers::ReadSSPAStates() {
 
 void Readers::ReadPathSelection(int which) {
   std::string text;
-  if (!Ask(which == 5 ? protocol::kPathAQuery : protocol::kPathBQuery, 2, text)) return;
+  const bool pathA = which == 5;
+  if (!Ask(pathA ? Question::kPathA : Question::kPathB, pathA ? protocol::kPathAQuery : protocol::kPathBQuery, 2,
+           text)) {
+    return;
+  }
+  ShowPath(which, text);
+  SelectShownPath(which);
+}
+
+void Readers::ShowPath(int which, std::string_view text) {
   const PathView view = ViewOfPath(m_form, which);
   for (const PathChoice& choice : view.choices) {
     if (view.label.Caption().contains(choice.name) || !protocol::Holds(text, choice.digit)) continue;
     view.label.SetCaption(choice.name);
-    choice.option.Select();
     return;
   }
   if (protocol::Holds(text, "?")) view.label.SetCaption(QStringLiteral("UNKNOWN"));
@@ -202,13 +233,17 @@ void Readers::ReadPathSelection(int which) {
 void Readers::SelectShownPath(int which) {
   const PathView view = ViewOfPath(m_form, which);
   for (const PathChoice& choice : view.choices) {
-    if (view.label.Caption() == choice.name) choice.option.Select();
+    if (view.label.Caption() == choice.name) {
+      choice.option.Select();
+    } else {
+      choice.option.Deselect();
+    }
   }
 }
 
 void Readers::ReadAlarms() {
   std::string letters;
-  if (!Ask(protocol::kAlarmQuery, 2, letters)) return;
+  if (!Ask(Question::kAlarms, protocol::kAlarmQuery, 2, letters)) return;
   m_indicator.ShowReply(alarms::DecodeAlarmReply(letters, m_shared.AlarmStatus));
 }
 
@@ -216,22 +251,25 @@ void Readers::ReadTemperature(int which) {
   if (which != 6 && which != 12) return;
   const bool module1 = which == 6;
   std::string text;
-  if (!Ask(module1 ? protocol::kTemperature1Query : protocol::kTemperature2Query, module1 ? 3 : 4, text)) return;
+  const Question question = module1 ? Question::kTemperature1 : Question::kTemperature2;
+  const protocol::Request& request = module1 ? protocol::kTemperature1Query : protocol::kTemperature2Query;
+  if (!Ask(question, request, module1 ? 3 : 4, text)) return;
   forms::Label& label = module1 ? m_form.lblTempMod1 : m_form.lblTempMod2;
   label.SetCaption(platform::FromDevice(text) + QStringLiteral("°C"));
 }
 
 void Readers::ReadRFLevel() {
   std::string text;
-  if (!Ask(protocol::kRFLevelQuery, 3, text)) return;
+  if (!Ask(Question::kRFLevel, protocol::kRFLevelQuery, 3, text)) return;
   const std::string level = protocol::FixedText(protocol::LeadingNumber(text), 1, protocol::LeadingZero::kNone);
   m_form.lblRFLevel.SetCaption(QString::fromStdString(level) + QStringLiteral(" dBm"));
 }
 
 bool Readers::ReadGain() {
+  m_session.GainInDoubt = false;
   m_timing.DelayBlocking(kPauseBeforeGain);
   std::string text;
-  if (!Ask(protocol::kGainQuery, 2, text)) return false;
+  if (!Ask(Question::kGain, protocol::kGainQuery, 2, text)) return false;
   m_form.updwnGainAdjust.SetValue(protocol::Tenths(protocol::LeadingNumber(text)));
   ShowGain(m_form);  // also where the value is the one that the spin starts with
   return true;

@@ -3,20 +3,37 @@
 #include <string>
 
 #include "alarms/indicator.h"
+#include "console/questions.h"
 #include "console/session_state.h"
 #include "forms/frm_main.h"
 #include "link/send_command.h"
+#include "platform/time_of_day.h"
 #include "protocol/vocabulary.h"
 
 namespace tarnwell::console {
 
 /// The readers of the main form. Each sends one query, and on a valid reply sets shared variables and what the console
-/// shows. Without one it changes nothing; CommsLost tells. Selecting an option here sends nothing, optRFMute excepted.
+/// shows. Without one what it would set stays, drawn as old. Selecting an option here sends nothing, optRFMute
+/// excepted.
 class Readers {
  public:
   Readers(forms::frmMain& form, link::SSPA_Public& shared, link::SerialLink& line, const link::IntervalTiming& timing,
-          SessionState& session, alarms::AlarmIndicator& indicator)
-      : m_form(form), m_shared(shared), m_line(line), m_timing(timing), m_session(session), m_indicator(indicator) {}
+          SessionState& session, alarms::AlarmIndicator& indicator, platform::TimeOfDay timeOfDay)
+      : m_form(form),
+        m_shared(shared),
+        m_line(line),
+        m_timing(timing),
+        m_session(session),
+        m_indicator(indicator),
+        m_timeOfDay(std::move(timeOfDay)) {}
+
+  /// Another device is about to be asked: nothing of the former one's is shown as its own.
+  void ForgetDevice();
+  /// What `question` shows was just told by the device.
+  void Confirm(Question question) { forms::ShowAnswered(ShownBy(m_form, question), m_timeOfDay().time()); }
+  /// What `question` shows isn't known to be so any more, and is drawn as old until it is answered.
+  void Doubt(Question question) { forms::ShowUnanswered(ShownBy(m_form, question)); }
+  void DoubtAll() { forms::ShowUnanswered(ShownByAny(m_form)); }
 
   void ReadStatus();
   void ReadConfiguration();
@@ -24,8 +41,7 @@ class Readers {
   void ReadSSPAStates();
   /// 5 reads path A, anything else path B.
   void ReadPathSelection(int which);
-  /// Selects the option of the amplifier that the path's label names. ReadPathSelection leaves the options alone while
-  /// the label is right, so a refused choice would stay.
+  /// Selects the option of the amplifier that the path's label names, and none where it names none.
   void SelectShownPath(int which);
   void ReadAlarms();
   /// 6 reads module 1, 12 module 2; anything else reads nothing.
@@ -35,13 +51,14 @@ class Readers {
   bool ReadGain();
 
  private:
-  bool Ask(const protocol::Request& request, std::size_t echo, std::string& text);
+  bool Ask(Question question, const protocol::Request& request, std::size_t echo, std::string& text);
 
   void ShowCommsMode(std::string_view status);
   void ShowOperatingState(std::string_view status);
   void ShowRFOutput(std::string_view status);
   void AllowUserMute(std::string_view status);
   void ShowControllerMode(std::string_view status);
+  void ShowPath(int which, std::string_view text);
   void ChangeTo1to1();
   void ChangeTo1to2();
 
@@ -51,6 +68,7 @@ class Readers {
   const link::IntervalTiming& m_timing;
   SessionState& m_session;
   alarms::AlarmIndicator& m_indicator;
+  platform::TimeOfDay m_timeOfDay;
 };
 
 }  // namespace tarnwell::console

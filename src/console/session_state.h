@@ -25,6 +25,7 @@ struct SessionState {
   bool PollRunning = false;    ///< a poll loop is to go on
   bool PollHeartbeat = false;  ///< a poll loop has ended a step since the last tick of the watchdog
   int PollLength = 0;          ///< steps of the schedule
+  bool GainInDoubt = false;    ///< a gain was sent and not answered: it is asked for as soon as the device answers
 };
 
 }  // namespace tarnwell::console

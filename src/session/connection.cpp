@@ -42,6 +42,7 @@ void Connection::Connect() {
     return;
   }
   if (m_form.Unloaded()) return;  // the program was told to end while a message was up
+  m_readers.ForgetDevice();
   m_timing.DelayBlocking(kPauseBetweenQueries);
   if (m_shared.SSPAType == link::kRedundancyController) {
     RunControllerSession();

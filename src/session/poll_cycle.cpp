@@ -63,6 +63,8 @@ void PollCycle::WatchLink() {
     // A controller has no gain: asking for it would cost the operator six seconds.
     if (m_shared.SSPAType != link::kRedundancyController) m_readers.ReadGain();
     console::SetConsoleEnabled(m_form, m_shared, true);
+  } else if (!m_shared.CommsLost && m_session.GainInDoubt) {
+    m_readers.ReadGain();
   }
 }
 

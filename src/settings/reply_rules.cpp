@@ -25,7 +25,8 @@ constexpr std::array kBeeperChoices = {Choice{"A", &frmSettings::optBeeperOn},
 void Choose(forms::frmSettings& form, std::string_view text, std::span<const Choice> choices) {
   const auto held = [text](const Choice& choice) { return protocol::Holds(text, choice.code); };
   const auto chosen = std::find_if(choices.begin(), choices.end(), held);
-  if (chosen != choices.end()) (form.*chosen->option).Select();
+  if (chosen != choices.end()) return (form.*chosen->option).Select();
+  for (const Choice& choice : choices) (form.*choice.option).TakeBack();
 }
 
 void ChooseByStatus(forms::frmSettings& form, std::string_view letters) {

@@ -17,7 +17,8 @@ struct Choice {
 /// The code of an option that is selected where the reply holds no other.
 inline constexpr std::string_view kAnyText;
 
-/// Selects the option of the first code that `text` holds; none where it holds no code. Sends nothing.
+/// Selects the option of the first code that `text` holds. Where it holds none, what the operator chose meanwhile is
+/// taken back. Sends nothing.
 void Choose(forms::frmSettings& form, std::string_view text, std::span<const Choice> choices);
 
 /// The three groups that live on the letters of the status.

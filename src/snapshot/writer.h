@@ -1,25 +1,20 @@
 #pragma once
 
-#include <QDateTime>
-#include <functional>
-
 #include "forms/frm_save_snapshot.h"
 #include "link/send_command.h"
 #include "platform/desktop.h"
+#include "platform/time_of_day.h"
 #include "snapshot/plan.h"
 #include "snapshot/snapshot_file.h"
 
 namespace tarnwell::snapshot {
-
-/// Where the time of day comes from.
-using TimeOfDay = std::function<QDateTime()>;
 
 /// Writes everything that can be read from the connected device to a file, one query after the other, without letting
 /// other code run. A query that fails costs its own lines alone. Moves the form's progress bar.
 class Writer {
  public:
   Writer(forms::frmSaveSnapshot& form, const link::SSPA_Public& shared, link::SerialLink& line,
-         const link::IntervalTiming& timing, platform::Desktop& desktop, TimeOfDay timeOfDay)
+         const link::IntervalTiming& timing, platform::Desktop& desktop, platform::TimeOfDay timeOfDay)
       : m_form(form),
         m_shared(shared),
         m_line(line),
@@ -51,7 +46,7 @@ class Writer {
   link::SerialLink& m_line;
   const link::IntervalTiming& m_timing;
   platform::Desktop& m_desktop;
-  TimeOfDay m_timeOfDay;
+  platform::TimeOfDay m_timeOfDay;
 };
 
 }  // namespace tarnwell::snapshot

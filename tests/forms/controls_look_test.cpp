@@ -1,6 +1,7 @@
 #include <QAccessible>
 #include <QImage>
 
+#include "forms/controls/answers.h"
 #include "forms/controls/label.h"
 #include "forms/controls/plain_controls.h"
 #include "forms/test_form.h"
@@ -68,13 +69,59 @@ TEST_F(LookTest, BackgroundsFillAndTheirCaptionStaysReadable) {
       control->setEnabled(enabled);
       const QColor centre = Picture(*control).pixelColor(control->rect().center());
       EXPECT_GT(centre.red(), centre.green() + 60) << enabled;
-      EXPECT_EQ(control->palette().color(control->foregroundRole()), ReadableOn(centre)) << enabled;
+      const QColor text = control->palette().color(control->foregroundRole());
+      EXPECT_EQ(text, enabled ? ReadableOn(centre) : WeakOn(centre));
     }
   }
   label.SetBackground(QColor());
   EXPECT_EQ(Picture(label).pixelColor(label.rect().center()), form.palette().color(QPalette::Window));
   EXPECT_EQ(ReadableOn(Qt::yellow), QColor(Qt::black));
   EXPECT_EQ(ReadableOn(Qt::blue), QColor(Qt::white));
+}
+
+TEST_F(LookTest, WhatIsOldIsDrawnAsWhatIsDisabledAndSaysSinceWhen) {
+  Label label("lblAlarm", form, "OK", "Alarms", kBoxed | Background(qRgb(0, 255, 0)));
+  Label level("lblLevel", form, "47.8 dBm", "Level", kBoxed);
+  Image image("imgOk", form, ":/pictures/good.svg", "No alarm");
+  for (QWidget* control : std::initializer_list<QWidget*>{&label, &level, &image}) {
+    Place(*control, 0, 5000, 900, 450);
+    control->show();
+    const QImage live = Picture(*control);
+    const QString own = control->toolTip();
+    control->setEnabled(false);
+    const QImage disabled = Picture(*control);
+    EXPECT_NE(disabled, live) << control->objectName().toStdString();
+    control->setEnabled(true);
+    ShowAnswered({control}, QTime(14, 3, 22));
+    ShowUnanswered({control});
+    EXPECT_TRUE(Picture(*control) == disabled && control->isEnabled());
+    EXPECT_EQ(control->toolTip(), QStringLiteral("No answer since 14:03:22"));
+    ShowAnswered({control}, QTime(14, 3, 25));
+    EXPECT_TRUE(Picture(*control) == live && control->toolTip() == own);
+  }
+  const QImage live = Picture(form.optOnline);
+  ShowUnanswered({&form.optOnline});
+  EXPECT_NE(Picture(form.optOnline), live);
+}
+
+TEST_F(LookTest, DisabledTextCanBeReadOnEveryPalette) {
+  const QPalette own = QApplication::palette();
+  QPalette dark(QColor(60, 60, 60), QColor(45, 45, 45));
+  for (const QPalette& palette : {own, dark}) {
+    QApplication::setPalette(palette);
+    Settle();
+    for (const auto& [text, ground] : {std::pair{QPalette::WindowText, QPalette::Window},
+                                       {QPalette::Text, QPalette::Base},
+                                       {QPalette::ButtonText, QPalette::Button}}) {
+      const auto colour = [role = text, back = ground](QPalette::ColorGroup group) {
+        const QPalette colours = QApplication::palette();
+        return Contrast(colours.color(group, role), colours.color(group, back));
+      };
+      EXPECT_GE(colour(QPalette::Disabled), 3.9);
+      EXPECT_GE(colour(QPalette::Active), 1.5 * colour(QPalette::Disabled));
+    }
+  }
+  QApplication::setPalette(own);
 }
 
 TEST_F(LookTest, PlaceAloneDecidesTheGeometryAndAFrameKeepsItsFont) {

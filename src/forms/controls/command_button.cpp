@@ -10,10 +10,6 @@ namespace tarnwell::forms {
 
 namespace {
 
-QColor Between(const QColor& a, const QColor& b) {
-  return QColor::fromRgb((a.red() + b.red()) / 2, (a.green() + b.green()) / 2, (a.blue() + b.blue()) / 2);
-}
-
 bool IsArrow(int key) {
   return key == Qt::Key_Left || key == Qt::Key_Right || key == Qt::Key_Up || key == Qt::Key_Down;
 }
@@ -49,11 +45,11 @@ void CommandButton::SetBackground(const QColor& colour) {
   m_background = colour;
   QPalette colours;
   if (colour.isValid()) {
-    const QColor dimmed = Between(colour, colours.color(QPalette::Window));
+    const QColor dimmed = Dimmed(colour);
     colours.setColor(QPalette::Button, colour);
     colours.setColor(QPalette::ButtonText, ReadableOn(colour));
     colours.setColor(QPalette::Disabled, QPalette::Button, dimmed);
-    colours.setColor(QPalette::Disabled, QPalette::ButtonText, ReadableOn(dimmed));
+    colours.setColor(QPalette::Disabled, QPalette::ButtonText, WeakOn(dimmed));
   }
   setPalette(colours);
   LetGo();

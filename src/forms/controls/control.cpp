@@ -20,11 +20,6 @@ void GiveOwnFont(QWidget& control, const Settings& settings) {
   control.setFont(font);
 }
 
-double Luminance(const QColor& colour) {
-  return 0.2126 * std::pow(colour.redF(), 2.2) + 0.7152 * std::pow(colour.greenF(), 2.2) +
-         0.0722 * std::pow(colour.blueF(), 2.2);
-}
-
 }  // namespace
 
 void InitControl(QWidget& control, const char* name, const char* toolTip, const Settings& settings) {
@@ -41,11 +36,6 @@ void InitControl(QWidget& control, const char* name, const char* toolTip, const 
 
 bool IsLent(Qt::FocusReason reason) {
   return reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason;
-}
-
-QColor ReadableOn(const QColor& background) {
-  constexpr double kEqualContrast = 0.179;  // where black and white read equally well
-  return Luminance(background) > kEqualContrast ? QColor(Qt::black) : QColor(Qt::white);
 }
 
 void Place(QWidget& control, Twips left, Twips top, Twips width, Twips height) {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QColor>
 #include <QWidget>
 
+#include "forms/controls/dimming.h"
 #include "forms/controls/form.h"
 #include "forms/controls/settings.h"
 
@@ -13,9 +13,6 @@ void InitControl(QWidget& control, const char* name, const char* toolTip, const 
 
 /// True for the reasons by which a focus goes for a while and comes back, and never left in the operator's eyes.
 bool IsLent(Qt::FocusReason reason);
-
-/// Black or white, whichever reads better on `background`.
-QColor ReadableOn(const QColor& background);
 
 /// Places a control in its container, in twips; edges are rounded to pixels, so that neighbours meet.
 void Place(QWidget& control, Twips left, Twips top, Twips width, Twips height);

@@ -9,6 +9,7 @@
 #include <QWindow>
 #include <algorithm>
 
+#include "forms/controls/dimming.h"
 #include "forms/controls/input_gate.h"
 #include "forms/controls/option_button.h"
 #include "forms/controls/reading_order.h"
@@ -77,6 +78,7 @@ Form::Form(const char* name, const char* title, Border border, Twips width, Twip
   ResizeWindow();
   PlaceInner();
   InputGate::Instance();
+  AdoptPalette();
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { FollowFocus(now); });
 }
 
@@ -293,6 +295,7 @@ void Form::changeEvent(QEvent* event) {
 
 bool Form::event(QEvent* event) {
   if (event->type() == QEvent::LayoutRequest) PlaceInner();
+  if (event->type() == QEvent::ApplicationPaletteChange) AdoptPalette();
   if (event->type() == QEvent::WindowActivate) {
     if (focusWidget() == nullptr || !focusWidget()->isVisible()) FocusSafely();
     // Posted: the toolkit is still busy with the window, and a handler may take its time.

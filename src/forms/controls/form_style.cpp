@@ -65,9 +65,7 @@ void DrawFocus(QPainter& painter, const QRectF& area) {
 
 /// The toolkit's own bevel would wash the colour out.
 void DrawColouredButton(const QStyleOption& option, QPainter& painter, const CommandButton& button) {
-  // A button that is off by itself still tells a state that is live; dimmed it tells that its panel isn't.
-  const bool live = button.parentWidget()->isEnabled();
-  const QColor colour = live ? button.Background() : option.palette.color(QPalette::Button);
+  const QColor colour = IsDimmed(button) ? Dimmed(button.Background()) : button.Background();
   const bool pressed = (option.state & (QStyle::State_Sunken | QStyle::State_On)) != 0;
   const QRectF area = QRectF(option.rect).adjusted(1.5, 1.5, -1.5, -1.5);
   painter.save();

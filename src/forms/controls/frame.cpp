@@ -1,6 +1,7 @@
 #include "forms/controls/frame.h"
 
 #include <QEvent>
+#include <QHelpEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyle>
@@ -39,6 +40,10 @@ void Frame::SetBorder(bool border) {
 }
 
 bool Frame::event(QEvent* event) {
+  // The toolkit would show the frame's own tool tip for what stands in it.
+  const bool forContent =
+      event->type() == QEvent::ToolTip && childAt(static_cast<QHelpEvent*>(event)->pos()) != nullptr;
+  if (forContent) return true;
   if (event->type() != QEvent::Shortcut) return QGroupBox::event(event);
   if (QWidget* entry = EntryPoint(*this)) entry->setFocus(Qt::ShortcutFocusReason);
   return true;
@@ -71,7 +76,9 @@ void Frame::paintEvent(QPaintEvent* /*event*/) {
   if (!title().isEmpty()) {
     // a letter may reach a little beyond the place that it is measured by
     constexpr int kFlags = Qt::AlignLeft | Qt::AlignTop | Qt::TextShowMnemonic | Qt::TextDontClip;
-    style()->drawItemText(&painter, titleArea, kFlags, palette(), isEnabled(), title(), QPalette::WindowText);
+    QPalette colours = palette();
+    if (IsDimmed(*this)) colours.setCurrentColorGroup(QPalette::Disabled);
+    style()->drawItemText(&painter, titleArea, kFlags, colours, isEnabled(), title(), QPalette::WindowText);
     painter.setClipRegion(QRegion(rect()) - titleArea.adjusted(-kTitleGap, 0, kTitleGap, 0));
   }
   const int lineTop = title().isEmpty() ? 0 : text.height() / 2;

@@ -6,6 +6,7 @@
 #include <QStyleOptionFrame>
 #include <algorithm>
 
+#include "forms/controls/answers.h"
 #include "platform/text_encoding.h"
 
 namespace tarnwell::forms {
@@ -47,11 +48,12 @@ void Label::SetCaption(const QString& caption) {
 void Label::SetBackground(const QColor& colour) {
   if (m_background == colour) return;
   m_background = colour;
-  setAutoFillBackground(colour.isValid());
   QPalette colours;
   if (colour.isValid()) {
     colours.setColor(QPalette::Window, colour);
-    colours.setColor(QPalette::WindowText, ReadableOn(colour));  // also disabled: grey on a colour can't be read
+    colours.setColor(QPalette::WindowText, ReadableOn(colour));
+    colours.setColor(QPalette::Disabled, QPalette::Window, Dimmed(colour));
+    colours.setColor(QPalette::Disabled, QPalette::WindowText, WeakOn(Dimmed(colour)));
   }
   setPalette(colours);
 }
@@ -79,16 +81,17 @@ QString Label::Elided() const {
 }
 
 void Label::ChooseToolTip() {
-  if (m_boxed) setToolTip(Elided() == text() ? m_ownToolTip : PlainToolTip(text()));
+  if (m_boxed) SetOwnToolTip(*this, Elided() == text() ? m_ownToolTip : PlainToolTip(text()));
 }
 
 // text() stays whole, for assistive tools; only the picture of it is cut.
 void Label::paintEvent(QPaintEvent* /*event*/) {
-  const bool enabled = !testAttribute(Qt::WA_ForceDisabled);
+  const bool enabled = !IsDimmed(*this);
   QStyleOptionFrame frame;
   initStyleOption(&frame);
   frame.palette.setCurrentColorGroup(enabled ? QPalette::Active : QPalette::Disabled);
   QPainter painter(this);
+  if (m_background.isValid()) painter.fillRect(rect(), frame.palette.window());
   style()->drawControl(QStyle::CE_ShapedFrame, &frame, &painter, this);
   style()->drawItemText(&painter, TextArea(), TextFlags(), frame.palette, enabled, m_boxed ? Elided() : text(),
                         foregroundRole());

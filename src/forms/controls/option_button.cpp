@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QSignalBlocker>
 #include <algorithm>
+#include <utility>
 
 #include "forms/controls/input_gate.h"
 #include "forms/controls/reading_order.h"
@@ -53,12 +54,24 @@ OptionButton::OptionButton(const char* name, Container container, const char* ca
 }
 
 void OptionButton::Select() {
+  for (OptionButton* option : Group()) option->m_former.reset();
   if (isChecked()) return;
   ShowSelected();
   if (m_actsOnClick) Q_EMIT Click();
 }
 
 void OptionButton::Deselect() { Check(*this, false); }
+
+void OptionButton::TakeBack() {
+  if (!m_former) return;
+  const QPointer<OptionButton> former = *std::exchange(m_former, std::nullopt);
+  if (!isChecked()) return;
+  if (former != nullptr) {
+    former->ShowSelected();
+  } else {
+    Deselect();
+  }
+}
 
 std::vector<OptionButton*> OptionButton::Group() const {
   std::vector<OptionButton*> group;
@@ -73,6 +86,12 @@ OptionButton* OptionButton::GroupTabStop() {
   const std::vector<OptionButton*> group = Group();
   const auto selected = std::find_if(group.begin(), group.end(), [](auto* option) { return option->Value(); });
   return selected != group.end() && TakesFocus(**selected) ? *selected : nullptr;
+}
+
+void OptionButton::RememberFormer() {
+  const std::vector<OptionButton*> group = Group();
+  const auto selected = std::find_if(group.begin(), group.end(), [](auto* option) { return option->Value(); });
+  m_former = selected != group.end() ? *selected : nullptr;
 }
 
 void OptionButton::ShowSelected() {
@@ -131,7 +150,10 @@ void OptionButton::NoteArrival(Arrival arrival) {
 void OptionButton::ActOnArrival(Arrival arrival) {
   if (arrival == Arrival::kSelecting) m_selectingDue = false;
   if (!isEnabled() || !isVisible()) return;
-  if (arrival == Arrival::kSelecting) ShowSelected();
+  if (arrival == Arrival::kSelecting) {
+    RememberFormer();
+    ShowSelected();
+  }
   if (!m_actsOnClick) {
     Q_EMIT GotFocus();
   } else if (arrival == Arrival::kSelecting) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <QPointer>
 #include <QRadioButton>
+#include <optional>
 #include <vector>
 
 #include "forms/controls/control.h"
@@ -30,6 +32,10 @@ class OptionButton : public QRadioButton {
 
   /// Clears the option from code, so that none of its group may be selected. Raises nothing.
   void Deselect();
+
+  /// The device's word on the operator's choice was none: the option that was selected ahead of it is so again. Does
+  /// nothing where code has selected an option of the group since. Raises nothing.
+  void TakeBack();
 
   /// Where Tab and Shift-Tab reach the group: the selected option. Null when none is selected or that one takes no
   /// focus now: any other would be commanded by passing through.
@@ -61,10 +67,13 @@ class OptionButton : public QRadioButton {
   void Choose(Qt::FocusReason reason);
   void NoteArrival(Arrival arrival);
   void ActOnArrival(Arrival arrival);
+  void RememberFormer();
   void ShowSelected();
   void MoveInGroup(int step);
 
   bool m_actsOnClick;
+  std::optional<QPointer<OptionButton>>
+      m_former;                 ///< selected ahead of the operator's choice; there until code selects
   bool m_selectingDue = false;  ///< an arrival that selects has been noted and not acted on
 };
 

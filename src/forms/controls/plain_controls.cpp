@@ -34,7 +34,7 @@ Image::Image(const char* name, Container container, const char* icon, const char
 
 void Image::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
-  m_icon.paint(&painter, rect());
+  m_icon.paint(&painter, rect(), Qt::AlignCenter, IsDimmed(*this) ? QIcon::Disabled : QIcon::Normal);
 }
 
 }  // namespace tarnwell::forms

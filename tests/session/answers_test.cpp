@@ -1,0 +1,189 @@
+#include "forms/frm_alarms.h"
+#include "forms/frm_settings.h"
+#include "support/program_test.h"
+
+namespace tarnwell::test {
+namespace {
+
+/// A device that leaves one question or command unanswered, while it answers the others.
+class AnswersTest : public ProgramTest {
+ protected:
+  /// A session with that device. `act` is done when everything has been asked once, what is queued with Then() behind
+  /// it, each when all questions have been asked again.
+  void InSession(const ReplyTable& replies, std::function<void()> act) {
+    m_replies = replies;
+    if (!m_program) Start();
+    m_yielder.SkipYields(kRound);
+    Then(std::move(act));
+    for (const auto& later : std::exchange(m_later, {})) {
+      m_yielder.SkipYields(kRound);
+      Then(later);
+    }
+    DisconnectAfter(2);
+    Connect();
+  }
+  void Then(std::function<void()> act) { m_yielder.OnYield(std::move(act)); }
+  void Later(std::function<void()> act) { m_later.push_back(std::move(act)); }
+
+  bool IsOld(const char* name) { return forms::IsOld(Find(name)); }
+  std::string ToolTipOf(const char* name) { return Find(name).toolTip().toStdString(); }
+
+  /// Arrives at an option as by a click, and lets it act.
+  void Choose(forms::OptionButton& option) {
+    QTest::mouseClick(&option, Qt::LeftButton);
+    QCoreApplication::processEvents();
+  }
+
+ private:
+  static constexpr int kRound = 13;
+  std::vector<std::function<void()>> m_later;
+};
+
+TEST_F(AnswersTest, AValueWhoseOwnQuestionIsNotAnsweredIsOldUntilItIs) {
+  const struct {
+    const char* question;
+    std::vector<const char*> controls;
+    bool controller = false;
+  } rows[] = {
+      {"VR?", {"lblRFLevel"}},
+      {"VT?", {"lblTempMod1"}},
+      {"VT2?", {"lblTempMod2"}},
+      {"A?", {"lblAlarm", "imgOk"}},
+      {"S?", {"optOnline", "optRFOn", "optREM", "lblSSPAMute"}},
+      {"O?", {"lbl7316SSPA1State", "lbl7316SSPA2State"}, true},
+      {"PA?", {"lbl7316PathAState", "opt7316PathA1"}, true},
+      {"PB?", {"lbl7316PathBState", "opt7316PathB3"}, true},
+      {"CP?", {"fra7316PathASelect"}, true},
+  };
+  for (const auto& row : rows) {
+    const ReplyTable replies = row.controller ? ControllerReplies() : AmplifierReplies();
+    m_timeOfDay.setTime(QTime(14, 3, 22));
+    Later([&] {
+      for (const char* control : row.controls) {
+        EXPECT_TRUE(IsOld(control)) << control;
+        EXPECT_EQ(ToolTipOf(control), "No answer since 14:03:22") << control;
+        EXPECT_TRUE(Find(control).isEnabled() || Title().find("Lost") != std::string::npos) << control;
+      }
+      m_replies = replies;
+    });
+    Later([&] {
+      for (const char* control : row.controls) EXPECT_FALSE(IsOld(control)) << control;
+    });
+    InSession(replies, [&] {
+      for (const char* control : row.controls) EXPECT_FALSE(IsOld(control)) << control;
+      m_replies.erase(row.question);
+      m_timeOfDay = m_timeOfDay.addSecs(60);
+    });
+  }
+}
+
+TEST_F(AnswersTest, APathShowsTheOptionThatItsLabelNames) {
+  ReplyTable replies = ControllerReplies();
+  Later([&] {
+    EXPECT_TRUE(Main().opt7316PathA1.Value());
+    m_replies["PA?"] = "PA=?";
+  });
+  Later([&] {
+    EXPECT_EQ(CaptionOf("lbl7316PathAState"), "UNKNOWN");
+    EXPECT_FALSE(Main().opt7316PathA1.Value() || Main().opt7316PathA2.Value()) << "Tab would command it";
+  });
+  InSession(replies, [&] {
+    EXPECT_EQ(CaptionOf("lbl7316PathAState"), "SSPA1");
+    Choose(Main().opt7316PathA2);
+    EXPECT_TRUE(Main().opt7316PathA1.Value()) << "not answered";
+    EXPECT_TRUE(IsOld("lbl7316PathAState"));
+    Main().opt7316PathA2.Select();  // however it came: the next reading says what is
+  });
+}
+
+TEST_F(AnswersTest, AnUnansweredGainIsAskedForOnceTheDeviceAnswers) {
+  Later([&] {
+    EXPECT_FALSE(IsOld("txtGainAdjust"));
+    const std::string sent = m_port.Transcript();
+    EXPECT_EQ(QString::fromStdString(sent).count(QStringLiteral("G?")), 1) << sent;
+    m_replies.erase("G?");
+    m_port.TakeTranscript();
+    QTest::keyClick(&Main().txtGainAdjust, Qt::Key_Down);
+  });
+  Later([&] {
+    EXPECT_TRUE(IsOld("txtGainAdjust")) << "neither was answered";
+    EXPECT_EQ(Main().txtGainAdjust.Text(), QStringLiteral("-3.6")) << "the answer alone may have been lost";
+    const std::string sent = m_port.Transcript();
+    EXPECT_EQ(QString::fromStdString(sent).count(QStringLiteral("G?")), 3) << "one question, three tries: " << sent;
+  });
+  InSession(AmplifierReplies(), [&] {
+    m_port.TakeTranscript();
+    QTest::keyClick(&Main().txtGainAdjust, Qt::Key_Up);
+    EXPECT_TRUE(IsOld("txtGainAdjust"));
+  });
+}
+
+TEST_F(AnswersTest, ANewSessionShowsNothingOfTheFormerDevice) {
+  InSession(AmplifierReplies(), [&] { m_replies.erase("VR?"); });
+  EXPECT_TRUE(Main().optOnline.Value());
+  m_replies.erase("S?");
+  ReplyTable silent = AmplifierReplies();
+  silent.erase("S?");
+  Later([&] { EXPECT_EQ(SelectedOptions(), ""); });
+  InSession(silent, [&] { EXPECT_FALSE(IsOld("lblRFLevel")); });
+}
+
+TEST_F(AnswersTest, TheViewerTellsOldFromLiveAndTheMainFormIsOldBehindALostOne) {
+  const ReplyTable replies = m_replies = AmplifierReplies();
+  Start();
+  m_yielder.SkipYields(13);
+  Then([&] {
+    Open([&] { ClickOn("cmdViewAlarms"); },
+         [&] {
+           auto& form = dynamic_cast<forms::frmAlarms&>(Front());
+           m_yielder.SkipYields(9);
+           Then([&] { m_replies.erase("VT?"); });
+           m_yielder.SkipYields(10);
+           Then([&] {
+             EXPECT_TRUE(forms::IsOld(form.lblTemp1));
+             EXPECT_FALSE(forms::IsOld(form.lblRF) || forms::IsOld(*form.cmdAlarms(3)));
+             m_replies.clear();
+           });
+           m_yielder.SkipYields(10);
+           Then([&] {
+             EXPECT_TRUE(forms::IsOld(form.lblRF) && forms::IsOld(*form.cmdAlarms(3)));
+             EXPECT_TRUE(forms::IsOld(Main().lblRFLevel) && forms::IsOld(Main().lblAlarm));
+             m_replies = replies;
+             form.cmdExit.click();
+           });
+           m_yielder.SkipYields(13);
+           Then([&] { EXPECT_FALSE(IsOld("lblRFLevel") || IsOld("lblAlarm")) << "asked again"; });
+           DisconnectAfter(2);
+           Q_EMIT form.tmrStartPolling.Tick();
+         });
+  });
+  Connect();
+}
+
+TEST_F(AnswersTest, AnOptionThatTheReplyDoesNotNameIsTakenBack) {
+  ReplyTable replies = AmplifierReplies();
+  replies["U?"] = "U=A";
+  replies["CA=L"] = "CA=";
+  InSession(replies, [&] {
+    Open([&] { Q_EMIT Main().mnuSSPASettings.Click(); },
+         [&] {
+           auto& form = dynamic_cast<forms::frmSettings&>(Front());
+           form.tabSettings.SelectTab(1);
+           form.fraAlarmStyle.setEnabled(true);
+           for (forms::OptionButton* option : {&form.optAlarmFleeting, &form.optAlarmLatching})
+             option->setEnabled(true);
+           form.optAlarmFleeting.Select();
+           Choose(form.optAlarmLatching);
+           EXPECT_TRUE(form.optAlarmFleeting.Value());
+           form.UnloadForm();
+         });
+    Main().optOnline.Select();
+    m_replies["S=S"] = "S=TQR";
+    m_replies["S?"] = "S=TQR";
+    Choose(Main().optStandby);
+    EXPECT_TRUE(Main().optOnline.Value()) << "a status that tells no state";
+  });
+}
+
+}  // namespace
+}  // namespace tarnwell::test
