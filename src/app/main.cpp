@@ -16,5 +16,7 @@ int main(int argc, char** argv) {
   tarnwell::app::Program program({counter, yielder, comConnect, desktop});
   QObject::connect(&program.MainForm(), &tarnwell::forms::Form::Unload, &application, &QApplication::quit,
                    Qt::QueuedConnection);
+  const tarnwell::platform::Ending ending;
+  QObject::connect(&ending, &tarnwell::platform::Ending::Asked, &application, [&program] { program.End(); });
   return program.Start() ? QApplication::exec() : 0;
 }

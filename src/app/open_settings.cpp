@@ -30,8 +30,6 @@ void Program::OpenSettings() {
     On(form.*row.option, &forms::OptionButton::GotFocus, [&writers, &row] { (writers.*row.write)(row.argument); });
   }
   entry.Connect();
-  // The program may end while the form is open; its read-back must not go on without a console.
-  QObject::connect(&m_main, &Form::Unload, &form, [&form] { form.UnloadForm(); });
 
   m_opener.ShowModal(form, {settings::kPauseAroundCommand, settings::kPauseAroundCommand});
 }

@@ -29,6 +29,11 @@ bool Program::Start() {
   return !m_main.Unloaded();
 }
 
+void Program::End() {
+  m_main.UnloadForm();
+  platform::Ending::CloseDialogs();
+}
+
 void Program::WireForm() {
   using forms::Form, forms::Timer, forms::Menu, forms::CommandButton;
   On(m_main, &Form::Load, [this] { m_startUp.Form_Load(); });

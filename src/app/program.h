@@ -36,6 +36,9 @@ class Program {
   /// Loads the main form and shows it. False: the machine can't run the program, and the operator was told.
   bool Start();
 
+  /// Ends the program as by its window, whatever is open.
+  void End();
+
   forms::frmMain& MainForm() { return m_main; }
   link::SSPA_Public& Shared() { return m_shared; }
 

@@ -72,7 +72,7 @@ bool TakeRequestsToClose() {
 }  // namespace
 
 void ToolkitDesktop::ShowMessage(const Message& message) {
-  if (!TakeRequestsToClose()) return;
+  if (EndAsked() || !TakeRequestsToClose()) return;
   // The box names the program, not the window's title: the title says the link's state and may be a lost one.
   QMessageBox box(ToolkitIcon(message.icon), QCoreApplication::applicationName(), Printable(message.text),
                   QMessageBox::Ok, QApplication::activeWindow());
@@ -88,6 +88,7 @@ void ToolkitDesktop::ShowMessage(const Message& message) {
 }
 
 std::optional<QString> ToolkitDesktop::ChooseSaveFile(const SaveDialog& dialog) {
+  if (EndAsked()) return std::nullopt;
   QWidget* modal = QApplication::activeModalWidget();
   const QFileInfo proposed(dialog.fileName);
   // In two parts: the toolkit would take a folder of that name for the place to save in.

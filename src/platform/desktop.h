@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <optional>
 
+#include "platform/ending.h"
+
 namespace tarnwell::platform {
 
 enum class MessageIcon { kNone, kInformation, kWarning, kCritical };
@@ -27,6 +29,9 @@ class Desktop {
  public:
   virtual ~Desktop() = default;
 
+  /// The program was told to end from outside: blocking work gives up, and no message and no dialog is shown any more.
+  virtual bool EndAsked() const { return false; }
+
   /// Shows a modal message box and returns when the operator has closed it.
   virtual void ShowMessage(const Message& message) = 0;
 
@@ -44,6 +49,7 @@ class Desktop {
 /// The real desktop, through the toolkit.
 class ToolkitDesktop final : public Desktop {
  public:
+  bool EndAsked() const override { return platform::EndAsked(); }
   void ShowMessage(const Message& message) override;
   std::optional<QString> ChooseSaveFile(const SaveDialog& dialog) override;
   void Beep() override;

@@ -161,8 +161,21 @@ bool QtSerialPort::OpenDevice() {
   m_device.setFlowControl(FlowControl(m_handshaking));
   const bool opened = m_device.open(QIODevice::ReadWrite);
   m_deviceLost = false;
-  if (opened) ApplyRts();
+  if (opened) {
+    DropLinesAtClose();
+    ApplyRts();
+  }
   return opened;
+}
+
+// A process that is killed closes its devices, and nothing else: a line that it drove would stay driven.
+void QtSerialPort::DropLinesAtClose() {
+#ifdef Q_OS_UNIX
+  termios settings = {};
+  if (tcgetattr(m_device.handle(), &settings) != 0) return;
+  settings.c_cflag |= HUPCL;
+  tcsetattr(m_device.handle(), TCSANOW, &settings);
+#endif
 }
 
 bool QtSerialPort::Apply(const PortFormat& format) {

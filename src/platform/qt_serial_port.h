@@ -47,6 +47,7 @@ class QtSerialPort final : public SerialPort {
   bool OpenDevice();
   bool Apply(const PortFormat& format);
   void ApplyRts();
+  void DropLinesAtClose();
   void CloseDevice();
   void NoteError(QSerialPort::SerialPortError error);
   bool Reachable();

@@ -9,6 +9,7 @@ void FormOpener::ShowModal(forms::Form& form, const Pauses& pauses) {
   m_form.tmrFlasher.SetEnabled(false);
   m_form.tmrForcePollResume.SetEnabled(false);
   m_timing.DelayBlocking(pauses.before);
+  QObject::connect(&m_form, &forms::Form::Unload, &form, [&form] { form.UnloadForm(); });
   form.ShowModal();
   if (m_form.Unloaded()) return;
   m_timing.DelayBlocking(pauses.after);

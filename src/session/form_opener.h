@@ -18,7 +18,7 @@ class FormOpener {
   FormOpener(forms::frmMain& form, const link::IntervalTiming& timing, const console::SessionState& session)
       : m_form(form), m_timing(timing), m_session(session) {}
 
-  /// Returns when `form` has been unloaded; at once when the main form is gone.
+  /// Returns when `form` has been unloaded, by itself or because the main form was; at once when the main form is gone.
   void ShowModal(forms::Form& form, const Pauses& pauses);
 
  private:

@@ -82,6 +82,7 @@ bool Writer::WriteRows(Job& job) {
 }
 
 bool Writer::WriteShared(Job& job, std::span<const Row> rows) {
+  if (m_desktop.EndAsked()) return false;
   const Row& first = rows.front();
   bool written = true;
   if (first.asked(m_shared)) {
@@ -125,6 +126,7 @@ bool Writer::WriteTable(Job& job, const Table& table) {
 bool Writer::WritePoints(Job& job, const Table& table, int first, int last) {
   std::string entries;
   for (int index = first; index <= last; ++index) {
+    if (m_desktop.EndAsked()) return false;
     std::string reply;
     const bool answered = Ask(table.query(index).ForSnapshot(), reply);
     const std::optional<std::string> entry = answered ? table.entry(index, reply) : std::string(kErrorEntry);

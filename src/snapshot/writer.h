@@ -10,7 +10,8 @@
 namespace tarnwell::snapshot {
 
 /// Writes everything that can be read from the connected device to a file, one query after the other, without letting
-/// other code run. A query that fails costs its own lines alone. Moves the form's progress bar.
+/// other code run. A query that fails costs its own lines alone. A program that is told to end
+/// stops between two queries. Moves the form's progress bar.
 class Writer {
  public:
   Writer(forms::frmSaveSnapshot& form, const link::SSPA_Public& shared, link::SerialLink& line,

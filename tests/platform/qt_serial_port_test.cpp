@@ -150,6 +150,17 @@ TEST_F(QtSerialPortTest, AFormatIsTakenBeforeTheLineOpensAndOneRefusedLaterLeave
   ExpectOnTheLine(B2400, true);
 }
 
+TEST_F(QtSerialPortTest, TheLinesDropWhenTheProcessIsKilled) {
+  m_line.emplace();
+  termios kept = m_line->Format();
+  kept.c_cflag &= ~static_cast<tcflag_t>(HUPCL);
+  m_line->SetFormat(kept);
+  LinkPort(m_line->Path());
+  ASSERT_TRUE(m_port.SetCommPort(kPort) && m_port.SetPortOpen(true));
+  ASSERT_TRUE(m_port.SetSettings("19200,N,8,1"));
+  EXPECT_NE(m_line->Format().c_cflag & HUPCL, 0U);
+}
+
 TEST_F(QtSerialPortTest, HandshakingReachesTheLineBeforeAndAfterItOpens) {
   const auto usesRtsCts = [this] { return (m_line->Format().c_cflag & CRTSCTS) != 0; };
   ASSERT_TRUE(m_port.SetHandshaking(2));

@@ -26,6 +26,7 @@ std::string SortedNames(const QList<QWidget*>& controls, bool (*chosen)(const QW
 }  // namespace
 
 void FakeDesktop::ShowMessage(const platform::Message& message) {
+  if (EndAsked()) return;
   const char* icons[] = {"", "(i) ", "(!) ", "(X) "};
   QString text = QString::fromLatin1(icons[static_cast<int>(message.icon)]) + message.text;
   if (!message.details.isEmpty()) text += QLatin1String(" | ") + message.details;

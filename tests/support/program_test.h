@@ -19,6 +19,7 @@ namespace tarnwell::test {
 /// A desktop that shows nothing: message boxes are noted, and closed at once after `OnMessage`.
 class FakeDesktop final : public platform::Desktop {
  public:
+  bool EndAsked() const override { return platform::EndAsked(); }
   void ShowMessage(const platform::Message& message) override;
   std::optional<QString> ChooseSaveFile(const platform::SaveDialog& dialog) override;
   void Beep() override { ++m_beeps; }

@@ -32,6 +32,8 @@ class Pty {
     return format;
   }
 
+  void SetFormat(const termios& format) { tcsetattr(m_master, TCSANOW, &format); }
+
   /// Bytes that the line took; fewer than given when it is full.
   std::size_t Write(std::string_view bytes) {
     const ssize_t written = write(m_master, bytes.data(), bytes.size());

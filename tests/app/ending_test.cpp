@@ -1,0 +1,85 @@
+#include <signal.h>
+
+#include <QFile>
+#include <QMessageBox>
+#include <QTemporaryDir>
+
+#include "forms/frm_save_snapshot.h"
+#include "support/program_test.h"
+
+namespace tarnwell::test {
+namespace {
+
+/// The program is told to end by the system.
+class EndingTest : public ProgramTest {
+ protected:
+  EndingTest() {
+    QObject::connect(&m_ending, &platform::Ending::Asked, &m_ending, [this] { m_program->End(); });
+  }
+
+  /// A session in which `act` is done, and which ends only because the program does.
+  void InSession(std::function<void()> act) {
+    m_replies = AmplifierReplies();
+    Start();
+    m_yielder.SkipYields(13);
+    m_yielder.OnYield(std::move(act));
+    m_yielder.OnYield([] { QCoreApplication::processEvents(); });
+    Connect();
+    m_port.SetPortOpen(false);
+  }
+
+  platform::Ending m_ending;
+};
+
+TEST_F(EndingTest, EachSignalEndsWhateverIsOpen) {
+  const auto opened = [this](const std::function<void()>& open, int signal) {
+    Open(open, [signal] { raise(signal); });
+  };
+  const std::vector<std::pair<const char*, std::function<void(int)>>> phases = {
+      {"poll", [](int signal) { raise(signal); }},
+      {"alarms", [&](int signal) { opened([this] { ClickOn("cmdViewAlarms"); }, signal); }},
+      {"settings", [&](int signal) { opened([this] { Q_EMIT Main().mnuSSPASettings.Click(); }, signal); }},
+      {"options", [&](int signal) { opened([this] { Q_EMIT Main().mnuSWOpt.Click(); }, signal); }},
+      {"snapshot", [&](int signal) { opened([this] { Q_EMIT Main().mnuSnapshot.Click(); }, signal); }},
+      {"message",
+       [](int signal) {
+         QTimer::singleShot(0, [signal] { raise(signal); });
+         QMessageBox().exec();
+       }},
+  };
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    for (const auto& [phase, act] : phases) {
+      InSession([signal, &act = act] { act(signal); });
+      EXPECT_TRUE(Main().Unloaded()) << phase << ' ' << signal;
+    }
+  }
+  EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
+}
+
+TEST_F(EndingTest, ASnapshotUnderWayEndsWithItsErrorMark) {
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(QStringLiteral("rack.txt"));
+  int left = 8;
+  InSession([&] {
+    m_desktop.AnswerSave(path);
+    m_port.AnswerAlways([&](const std::string&) -> std::optional<std::string> {
+      if (--left == 0) raise(SIGTERM);
+      return std::nullopt;
+    });
+    Open([this] { Q_EMIT Main().mnuSnapshot.Click(); },
+         [this] {
+           auto& form = dynamic_cast<forms::frmSaveSnapshot&>(Front());
+           form.txtSnapShotID.SetText(QStringLiteral("rack"));
+           form.cmdOk.click();
+         });
+  });
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_TRUE(file.readAll().trimmed().split('\n').back().startsWith("#ERROR"));
+  EXPECT_GT(left, -3) << "no question more than the one on the line, with its tries";
+  EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
+  EXPECT_TRUE(Main().Unloaded());
+}
+
+}  // namespace
+}  // namespace tarnwell::test
