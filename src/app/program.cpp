@@ -37,6 +37,7 @@ void Program::End() {
 void Program::WireForm() {
   using forms::Form, forms::Timer, forms::Menu, forms::CommandButton;
   On(m_main, &Form::Load, [this] { m_startUp.Form_Load(); });
+  On(m_main, &Form::Activate, [this] { m_startUp.Form_Activate(); });
   On(m_main, &Form::Unload, [this] { m_session.PollRunning = false; });
   On(m_main.cmdConnect, &CommandButton::Click, [this] { m_connection.cmdConnect_Click(); });
   On(m_main.cmdViewAlarms, &CommandButton::Click, [this] { OpenAlarms(); });

@@ -233,12 +233,10 @@ void Readers::ShowPath(int which, std::string_view text) {
 void Readers::SelectShownPath(int which) {
   const PathView view = ViewOfPath(m_form, which);
   for (const PathChoice& choice : view.choices) {
-    if (view.label.Caption() == choice.name) {
-      choice.option.Select();
-    } else {
-      choice.option.Deselect();
-    }
+    if (view.label.Caption() == choice.name) return choice.option.Select();
   }
+  for (const PathChoice& choice : view.choices) choice.option.TakeBack();
+  forms::ShowDoubtful({&view.choices[0].option, &view.choices[1].option}, QStringLiteral("The path isn't known"));
 }
 
 void Readers::ReadAlarms() {

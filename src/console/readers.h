@@ -41,7 +41,8 @@ class Readers {
   void ReadSSPAStates();
   /// 5 reads path A, anything else path B.
   void ReadPathSelection(int which);
-  /// Selects the option of the amplifier that the path's label names, and none where it names none.
+  /// Selects the option of the amplifier that the path's label names. Where it names none the one that is selected is
+  /// doubtful.
   void SelectShownPath(int which);
   void ReadAlarms();
   /// 6 reads module 1, 12 module 2; anything else reads nothing.

@@ -1,3 +1,4 @@
+#include "forms/caption_fit.h"
 #include "forms/frm_alarms.h"
 #include "forms/layout.h"
 
@@ -143,7 +144,7 @@ void ArrangeAlarms(frmAlarms& form) {
                   Length::Of(Rounded(0.095 * a.Height(form.fraAlarms)))}});
   PlaceAmplifierPanel(a, form);
   PlaceControllerPanel(a, form);
-  SetFontSizes(form, Fit(a, form));
+  FitCaptions(form, Fit(a, form), {{form.lblPSThermal, QStringLiteral("Power Supply Thermal")}});
 }
 
 }  // namespace tarnwell::forms

@@ -1,3 +1,6 @@
+#include <algorithm>
+
+#include "forms/caption_fit.h"
 #include "forms/frm_main.h"
 #include "forms/layout.h"
 
@@ -145,8 +148,12 @@ void ArrangeMain(frmMain& form) {
   // the level's font is at 6 points until both fits are over
   const double text = FitText(a, form);
   const double level = FitLevel(a, form);
-  SetFontSizes(form, text);
-  SetFontSize(form.lblRFLevel, level);
+  const double fitting = FitCaptions(form, text,
+                                     {{form.cmdConnect, QStringLiteral("Disconnect")},
+                                      {form.fra7316PathASelect, QStringLiteral("Path A SSPA Selection [Priority]")},
+                                      {form.fra7316PathBSelect, QStringLiteral("Path B SSPA Selection [Priority]")}});
+  SetFontSize(form.lblRFLevel, fitting < text ? std::max(level, fitting) : level);
+  form.SetMenuFontSize(fitting);
 }
 
 }  // namespace tarnwell::forms

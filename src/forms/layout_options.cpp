@@ -1,5 +1,9 @@
+#include <algorithm>
+
+#include "forms/caption_fit.h"
 #include "forms/frm_options.h"
 #include "forms/layout.h"
+#include "forms/pages.h"
 
 namespace tarnwell::forms {
 
@@ -45,6 +49,12 @@ void PlaceControls(Arrangement& a, frmOptions& f) {
   a.Place(f.fraLevels, {{f.optEngineer, 0.08, 0.4, 0.465, line}, {f.optUnits, 0.58, 0.4, 0.35, line}});
 }
 
+/// The box may be a little higher than its text asks for, so that its middle is the caption's.
+void FitBesideCaption(ComboBox& box, const Label& caption) {
+  const int height = 2 * caption.geometry().center().y() - 2 * box.y() + 1;
+  box.resize(box.width(), std::max(height, box.fontMetrics().height() + 4));
+}
+
 void ShowFirstPage(frmOptions& f) {
   f.fraGeneral.setEnabled(false);
   f.fraCommunications.setEnabled(true);
@@ -71,8 +81,12 @@ void ArrangeOptions(frmOptions& form) {
   SetFontSizes(form, kSmallestPoints);
   const double points = FitBelowTabs(form.tabOptions, [&form] { return PlaceAndFit(form); });
   ShowFirstPage(form);
-  SetFontSizes(form, points);
+  FitCaptions(form, points);
   FitComboBoxes(form);
+  FitBesideCaption(form.cboDataBits, form.lblDataBits);
+  FitBesideCaption(form.cboParity, form.lblParity);
+  FitBesideCaption(form.cboStopBits, form.lblStopBits);
+  PlacePage(form.tabOptions, form.fraCommunications);
   for (Frame* page : {&form.fraCommunications, &form.fraGeneral}) SetFontSize(*page, kSmallestPoints);
 }
 

@@ -1,5 +1,11 @@
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "forms/caption_fit.h"
 #include "forms/frm_settings.h"
 #include "forms/layout.h"
+#include "forms/pages.h"
 
 namespace tarnwell::forms {
 
@@ -107,16 +113,17 @@ struct Table {
   UpDown& spin;
 };
 
+std::array<Table, 4> Tables(frmSettings& f) {
+  return {
+      {{f.lblRFLev, f.lblRFLevel, f.lblRFVolts, f.txtRFVolts, f.lblScrollRFLevel, f.txtRFLevelPoint, f.updwnRFLevel},
+       {f.lblPiNLev, f.lblPiNLevel, f.lblPiNDAC, f.txtPiNDAC, f.lblScrollPiNLevel, f.txtPiNLevelPoint, f.updwnPiNLevel},
+       {f.lblTCTemp, f.txtTCTemp, f.lblTCComp, f.txtTCComp, f.lblScrollTempComp, f.txtTempCompPoint, f.updwnTempComp},
+       {f.lblRFTCTemp, f.txtRFTCTemp, f.lblRFTCComp, f.txtRFTCComp, f.lblScrollRFTempComp, f.txtRFTempCompPoint,
+        f.updwnRFTempComp}}};
+}
+
 void PlaceTables(Arrangement& a, frmSettings& f) {
-  for (const Table& t :
-       std::initializer_list<Table>{{f.lblRFLev, f.lblRFLevel, f.lblRFVolts, f.txtRFVolts, f.lblScrollRFLevel,
-                                     f.txtRFLevelPoint, f.updwnRFLevel},
-                                    {f.lblPiNLev, f.lblPiNLevel, f.lblPiNDAC, f.txtPiNDAC, f.lblScrollPiNLevel,
-                                     f.txtPiNLevelPoint, f.updwnPiNLevel},
-                                    {f.lblTCTemp, f.txtTCTemp, f.lblTCComp, f.txtTCComp, f.lblScrollTempComp,
-                                     f.txtTempCompPoint, f.updwnTempComp},
-                                    {f.lblRFTCTemp, f.txtRFTCTemp, f.lblRFTCComp, f.txtRFTCComp, f.lblScrollRFTempComp,
-                                     f.txtRFTempCompPoint, f.updwnRFTempComp}}) {
+  for (const Table& t : Tables(f)) {
     a.Place(f.fraRFTable, {{t.firstCaption, 0.02, 0.25, 0.63, 0.1},
                            {t.first, 0.67, 0.21, 0.3, 0.15},
                            {t.secondCaption, 0.02, 0.5, 0.63, 0.1},
@@ -126,6 +133,18 @@ void PlaceTables(Arrangement& a, frmSettings& f) {
                            {t.spin, 0.585, 0.69, Length::Of(kSpinWidth), 0.19}});
   }
   a.Place(f.fraRFTable, {{f.cmdQuickCal, 0.02, 0.71, 0.2, 0.15}});
+}
+
+/// With its final font: each caption begins lower than its field, and its height gives it the field's middle, or as
+/// near to it as its text lets it.
+void CentreTableCaptions(frmSettings& f) {
+  for (const Table& t : Tables(f)) {
+    for (const auto& [caption, field] :
+         {std::pair{&t.firstCaption, &t.first}, {&t.secondCaption, &t.second}, {&t.scrollCaption, &t.point}}) {
+      const int height = 2 * (field->geometry().center().y() - caption->y()) + 1;
+      caption->resize(caption->width(), std::max(height, caption->fontMetrics().height()));
+    }
+  }
 }
 
 void ShowFirstPage(frmSettings& f) {
@@ -159,7 +178,9 @@ void ArrangeSettings(frmSettings& form) {
   SetFontSizes(form, kSmallestPoints);
   const double points = FitBelowTabs(form.tabSettings, [&form] { return PlaceAndFit(form); });
   ShowFirstPage(form);
-  SetFontSizes(form, points);
+  FitCaptions(form, points, {{form.fraAddress, QStringLiteral("Redundancy Controller Address")}});
+  PlacePage(form.tabSettings, form.fraStandard);
+  CentreTableCaptions(form);
   for (TextBox* box : {&form.txtRFMin, &form.txtRFMax, &form.txtReflectedMax, &form.txtSSPAAddress}) {
     SetFontSize(*box, form.MainLevelPoints());
   }

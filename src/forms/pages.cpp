@@ -5,6 +5,10 @@
 
 namespace tarnwell::forms {
 
+void PlacePage(const TabStrip& tabs, Frame& page) {
+  page.move(tabs.ClientLeft() / kTwipsPerPixel, tabs.ClientTop() / kTwipsPerPixel);
+}
+
 void ShowSelectedPage(TabStrip& tabs, std::initializer_list<Frame*> pages) {
   // Else the page that is disabled would hand the focus to a button that nobody chose.
   const QWidget* focused = QApplication::focusWidget();
@@ -16,7 +20,7 @@ void ShowSelectedPage(TabStrip& tabs, std::initializer_list<Frame*> pages) {
     const bool selected = ++tab == tabs.SelectedTab();
     page->setEnabled(selected);
     if (!selected) continue;
-    page->move(tabs.ClientLeft() / kTwipsPerPixel, tabs.ClientTop() / kTwipsPerPixel);
+    PlacePage(tabs, *page);
     page->raise();
   }
 }

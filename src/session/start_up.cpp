@@ -2,7 +2,9 @@
 
 #include <QCoreApplication>
 #include <QScreen>
+#include <QWindow>
 #include <cmath>
+#include <utility>
 
 #include "alarms/alarm_table.h"
 #include "console/entry_text.h"
@@ -46,7 +48,14 @@ void StartUp::Form_Load() {
 void StartUp::PlaceWindow() {
   const QRect screen = m_form.screen()->geometry();
   const QSize margins = (screen.size() - kFirstWindowSize) / 2;
-  m_form.setGeometry(QRect(screen.topLeft() + QPoint(margins.width(), margins.height()), kFirstWindowSize));
+  m_firstPlace = QRect(screen.topLeft() + QPoint(margins.width(), margins.height()), kFirstWindowSize);
+  m_form.setGeometry(m_firstPlace);
+}
+
+void StartUp::Form_Activate() {
+  const QRect place = std::exchange(m_firstPlace, QRect());
+  const QMargins frame = m_form.windowHandle()->frameMargins();
+  if (place.isValid() && !frame.isNull() && m_form.size() == place.size()) m_form.setGeometry(place - frame);
 }
 
 void StartUp::ShowFirstScreen() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QRect>
+
 #include "forms/frm_main.h"
 #include "link/interval_timing.h"
 #include "link/sspa_public.h"
@@ -23,6 +25,8 @@ class StartUp {
         m_properties(properties) {}
 
   void Form_Load();
+  /// The first time the window is placed again, now that its frame is known: the first size is the outer one.
+  void Form_Activate();
 
  private:
   void PlaceWindow();
@@ -41,6 +45,7 @@ class StartUp {
   platform::SerialPort& m_port;
   platform::Desktop& m_desktop;
   const StoredProperties& m_properties;
+  QRect m_firstPlace;  ///< the window's, until it was shown
 };
 
 }  // namespace tarnwell::session

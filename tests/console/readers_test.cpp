@@ -143,7 +143,7 @@ TEST_F(ReadersTest, ControllerDisplay) {
   InSession("PB?", "PB=?", [&] {
     EXPECT_EQ(Find<forms::Frame>("fra7316PathASelect").Caption(), QStringLiteral("Path &A SSPA Selection [Priority]"));
     EXPECT_EQ(paths(), "SSPA2 UNKNOWN");
-    EXPECT_EQ(SelectedOptions(), "opt7316Auto opt7316PathA2 optREM") << "none of a path that isn't known";
+    EXPECT_EQ(SelectedOptions(), "opt7316Auto opt7316PathA2 optREM") << "not the last session's path B";
     EXPECT_TRUE(Find("opt7316Manual").isEnabled());
     EXPECT_FALSE(Find("opt7316PathA1").isEnabled() || Find("fra7316PathBSelect").isEnabled());
   });

@@ -85,7 +85,7 @@ TEST_F(AnswersTest, APathShowsTheOptionThatItsLabelNames) {
   });
   Later([&] {
     EXPECT_EQ(CaptionOf("lbl7316PathAState"), "UNKNOWN");
-    EXPECT_FALSE(Main().opt7316PathA1.Value() || Main().opt7316PathA2.Value()) << "Tab would command it";
+    EXPECT_EQ(Main().opt7316PathA1.GroupTabStop(), nullptr) << "Tab would command it";
   });
   InSession(replies, [&] {
     EXPECT_EQ(CaptionOf("lbl7316PathAState"), "SSPA1");

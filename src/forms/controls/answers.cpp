@@ -37,6 +37,13 @@ void Draw(QWidget& control, bool old) {
   control.update();
 }
 
+void ShowOld(QWidget& control, const QString& why) {
+  if (IsOld(control)) return;
+  control.setProperty(kOwnToolTip, control.toolTip());
+  control.setToolTip(why);
+  Draw(control, true);
+}
+
 void ShowLive(QWidget& control) {
   if (!IsOld(control)) return;
   control.setToolTip(control.property(kOwnToolTip).toString());
@@ -56,12 +63,11 @@ void ShowAnswered(const Shown& controls, const QTime& now) {
 }
 
 void ShowUnanswered(const Shown& controls) {
-  for (QWidget* control : controls) {
-    if (IsOld(*control)) continue;
-    control->setProperty(kOwnToolTip, control->toolTip());
-    control->setToolTip(Since(*control));
-    Draw(*control, true);
-  }
+  for (QWidget* control : controls) ShowOld(*control, Since(*control));
+}
+
+void ShowDoubtful(const Shown& controls, const QString& why) {
+  for (QWidget* control : controls) ShowOld(*control, why);
 }
 
 void ForgetAnswers(const Shown& controls) {

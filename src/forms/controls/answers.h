@@ -16,6 +16,9 @@ void ShowAnswered(const Shown& controls, const QTime& now);
 /// tool tip says since when.
 void ShowUnanswered(const Shown& controls);
 
+/// What they show isn't known to be so, for the reason that their tool tip gives, until the question is answered.
+void ShowDoubtful(const Shown& controls, const QString& why);
+
 /// They are to show another device, which hasn't been asked yet.
 void ForgetAnswers(const Shown& controls);
 

@@ -47,6 +47,13 @@ QColor WeakOn(const QColor& background) {
   return Mix(background, strongest, share);
 }
 
+QColor LineColour(const QPalette& palette) {
+  constexpr int kShare = 70;
+  return Mix(palette.color(QPalette::Window), palette.color(QPalette::Active, QPalette::WindowText), kShare);
+}
+
+bool IsDark(const QPalette& palette) { return ReadableOn(palette.color(QPalette::Window)) == QColor(Qt::white); }
+
 QColor Dimmed(const QColor& colour) { return Mix(colour, QApplication::palette().color(QPalette::Window), 128); }
 
 bool IsDimmed(const QWidget& control) {

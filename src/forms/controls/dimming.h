@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QPalette>
 #include <QWidget>
 
 namespace tarnwell::forms {
@@ -13,6 +14,11 @@ QColor ReadableOn(const QColor& background);
 
 /// The colour of disabled text on `background`: clearly weaker than other text, and readable still.
 QColor WeakOn(const QColor& background);
+
+/// The colour of lines on the window, such as a frame's: seen on a light palette and on a dark one.
+QColor LineColour(const QPalette& palette);
+/// True for a palette on which the style's own lines, darker than the window, can't be seen.
+bool IsDark(const QPalette& palette);
 
 /// What a coloured control looks like when its state isn't live: halfway to the window's colour.
 QColor Dimmed(const QColor& colour);

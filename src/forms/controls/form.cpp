@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include "forms/controls/dimming.h"
+#include "forms/controls/form_style.h"
 #include "forms/controls/input_gate.h"
 #include "forms/controls/option_button.h"
 #include "forms/controls/reading_order.h"
@@ -91,9 +92,25 @@ QMenuBar& Form::MenuBar() {
   if (m_menuBar == nullptr) {
     m_menuBar = new QMenuBar(this);
     m_menuBar->setNativeMenuBar(false);
+    m_menuBar->setStyle(FormStyle::Instance());
     ResizeWindow();
   }
   return *m_menuBar;
+}
+
+void Form::SetMenuFontSize(double points) {
+  if (m_menuBar == nullptr || size() == m_menuSizedFor) return;
+  const int former = m_menuBar->sizeHint().height();
+  const bool sizedByInner = size() == m_innerSize + QSize(0, former);
+  QFont menu = font();
+  if (m_firstMenuPoints == 0.0) m_firstMenuPoints = points;
+  menu.setPointSizeF(std::max(points, m_firstMenuPoints));
+  m_menuBar->setFont(menu);
+  for (const char* kind : {"QMenu", "QMessageBox"}) QApplication::setFont(menu, kind);
+  if (sizedByInner) ResizeWindow();
+  m_menuSizedFor = size();
+  PlaceInner();
+  RaiseResize();
 }
 
 void Form::SetTitle(const QString& title) {

@@ -39,6 +39,9 @@ class Form : public QWidget {
   QWidget& Inner() { return *m_inner; }
   /// Made at the first call. F10 opens its first menu.
   QMenuBar& MenuBar();
+  /// Menus and message boxes are read as the form is: its font, at `points`, and never smaller than at the form's first
+  /// size. The menu bar takes its height from the inner area; it keeps its font until the window has another size.
+  void SetMenuFontSize(double points);
 
   QString Title() const { return m_title; }
   /// Control characters and line feeds become replacement characters.
@@ -122,6 +125,8 @@ class Form : public QWidget {
   QSize m_innerSize;   ///< wanted, in pixels
   QSize m_raisedSize;  ///< the inner area's when Resize was last raised
   QMenuBar* m_menuBar = nullptr;
+  QSize m_menuSizedFor;            ///< the window's when the menu's font was last chosen
+  double m_firstMenuPoints = 0.0;  ///< the smallest that it may get
   QEventLoop* m_modalLoop = nullptr;
   QFont m_measuringFont;
   QPointer<QWidget> m_safeFocus;

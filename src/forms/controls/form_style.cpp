@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPointer>
 #include <QStyleOptionButton>
+#include <QStyleOptionComboBox>
 #include <algorithm>
 #include <cmath>
 
@@ -85,9 +86,19 @@ QPalette TabColours(QPalette colours) {
 }
 
 void DrawPane(const QStyleOption& option, QPainter& painter) {
-  painter.setPen(option.palette.color(QPalette::Mid));
+  painter.setPen(LineColour(option.palette));
   painter.setBrush(option.palette.window());
   painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+}
+
+/// Around an option's circle, whose own line is darker than the window.
+void DrawRing(const QStyleOption& option, QPainter& painter) {
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(LineColour(option.palette));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawEllipse(QRectF(option.rect).adjusted(0.5, 0.5, -0.5, -0.5));
+  painter.restore();
 }
 
 }  // namespace
@@ -136,11 +147,49 @@ void FormStyle::drawControl(ControlElement element, const QStyleOption* option, 
 
 void FormStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                               const QWidget* widget) const {
-  if (element == PE_FrameTabWidget) {
-    DrawPane(*option, *painter);
-  } else {
-    QProxyStyle::drawPrimitive(element, option, painter, widget);
+  if (element == PE_FrameTabWidget) return DrawPane(*option, *painter);
+  QProxyStyle::drawPrimitive(element, option, painter, widget);
+  if (element == PE_IndicatorRadioButton && IsDark(option->palette)) DrawRing(*option, *painter);
+}
+
+QRect FormStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                                const QWidget* widget) const {
+  const QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+  if (control != CC_ComboBox || (part != SC_ComboBoxArrow && part != SC_ComboBoxEditField)) return rect;
+  const QRect arrow = QProxyStyle::subControlRect(control, option, SC_ComboBoxArrow, widget);
+  const int wider = std::max(0, option->fontMetrics.height() - arrow.width());
+  return part == SC_ComboBoxArrow ? rect.adjusted(-wider, 0, 0, 0) : rect.adjusted(0, 0, -wider, 0);
+}
+
+void FormStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                                   const QWidget* widget) const {
+  const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+  if (control != CC_ComboBox || box == nullptr) {
+    return QProxyStyle::drawComplexControl(control, option, painter, widget);
   }
+  QStyleOptionComboBox plain = *box;
+  plain.subControls &= ~SC_ComboBoxArrow;
+  QProxyStyle::drawComplexControl(control, &plain, painter, widget);
+  const QRect area = subControlRect(control, option, SC_ComboBoxArrow, widget);
+  DrawArrow(*painter, area, option->fontMetrics.height() / 2, -1, option->palette.color(QPalette::ButtonText));
+}
+
+QSize FormStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                  const QWidget* widget) const {
+  const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+  return type == CT_MenuBarItem ? size - QSize(0, 1) : size;
+}
+
+void FormStyle::DrawArrow(QPainter& painter, const QRect& area, int width, int direction, const QColor& colour) {
+  const QPointF centre = QRectF(area).center();
+  const QPointF side(width / 2.0, 0);
+  const QPointF tip(0, -direction * width / 4.0);
+  painter.save();
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colour);
+  painter.drawPolygon(QPolygonF({centre - side - tip, centre + side - tip, centre + tip}));
+  painter.restore();
 }
 
 void FormStyle::drawItemText(QPainter* painter, const QRect& rect, int flags, const QPalette& palette, bool enabled,

@@ -17,11 +17,23 @@ class FormStyle : public QProxyStyle {
                    const QWidget* widget) const override;
   void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option, QPainter* painter,
+                          const QWidget* widget) const override;
+  /// The arrow of a combo box is as large as its text.
+  QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                       const QWidget* widget) const override;
   void drawItemText(QPainter* painter, const QRect& rect, int flags, const QPalette& palette, bool enabled,
                     const QString& text, QPalette::ColorRole textRole) const override;
 
   /// An option's circle is as large as its text.
   int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+
+  /// A filled arrow in the middle of `area`, up (1) or down (-1).
+  static void DrawArrow(QPainter& painter, const QRect& area, int width, int direction, const QColor& colour);
+
+  /// A menu bar's entries are a pixel lower: in the form's larger font the bar is as high as in the system's.
+  QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                         const QWidget* widget) const override;
 
   /// How narrow a text has to be drawn to fit the room: per cent of its font's own width, 100 where it fits.
   static int Stretch(const QFont& font, int flags, const QString& text, const QSize& room);

@@ -82,7 +82,7 @@ void Frame::paintEvent(QPaintEvent* /*event*/) {
     painter.setClipRegion(QRegion(rect()) - titleArea.adjusted(-kTitleGap, 0, kTitleGap, 0));
   }
   const int lineTop = title().isEmpty() ? 0 : text.height() / 2;
-  painter.setPen(palette().color(QPalette::Mid));
+  painter.setPen(LineColour(palette()));
   painter.drawRect(rect().adjusted(0, lineTop, -1, -1));
   if (hasFocus()) PaintFocus(painter, rect().adjusted(0, lineTop, 0, 0));
 }

@@ -41,7 +41,7 @@ Label::Label(const char* name, Container container, const char* caption, const c
 void Label::SetCaption(const QString& caption) {
   if (m_caption == caption) return;
   m_caption = caption;
-  setText(platform::Printable(caption));
+  setText(platform::Printable(caption).replace(QLatin1Char('\n'), QChar(QChar::ReplacementCharacter)));
   ChooseToolTip();
 }
 
@@ -93,6 +93,10 @@ void Label::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   if (m_background.isValid()) painter.fillRect(rect(), frame.palette.window());
   style()->drawControl(QStyle::CE_ShapedFrame, &frame, &painter, this);
+  if (m_boxed && IsDark(frame.palette)) {
+    painter.setPen(LineColour(frame.palette));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  }
   style()->drawItemText(&painter, TextArea(), TextFlags(), frame.palette, enabled, m_boxed ? Elided() : text(),
                         foregroundRole());
 }

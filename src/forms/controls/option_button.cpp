@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "forms/controls/answers.h"
 #include "forms/controls/input_gate.h"
 #include "forms/controls/reading_order.h"
 
@@ -85,7 +86,7 @@ std::vector<OptionButton*> OptionButton::Group() const {
 OptionButton* OptionButton::GroupTabStop() {
   const std::vector<OptionButton*> group = Group();
   const auto selected = std::find_if(group.begin(), group.end(), [](auto* option) { return option->Value(); });
-  return selected != group.end() && TakesFocus(**selected) ? *selected : nullptr;
+  return selected != group.end() && TakesFocus(**selected) && !IsOld(**selected) ? *selected : nullptr;
 }
 
 void OptionButton::RememberFormer() {

@@ -37,8 +37,8 @@ class OptionButton : public QRadioButton {
   /// nothing where code has selected an option of the group since. Raises nothing.
   void TakeBack();
 
-  /// Where Tab and Shift-Tab reach the group: the selected option. Null when none is selected or that one takes no
-  /// focus now: any other would be commanded by passing through.
+  /// Where Tab and Shift-Tab reach the group: the selected option. Null when none is selected, or that one takes no
+  /// focus now or is old: passing through would command what the device isn't known to be at.
   OptionButton* GroupTabStop();
 
   /// The operator arrives here by an arrow key.

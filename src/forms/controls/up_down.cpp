@@ -5,6 +5,7 @@
 #include <QStyleOptionButton>
 #include <algorithm>
 
+#include "forms/controls/form_style.h"
 #include "forms/controls/input_gate.h"
 
 namespace tarnwell::forms {
@@ -55,11 +56,8 @@ void UpDown::PaintArrow(QPainter& painter, int direction) {
   const bool down = m_heldDirection == direction && m_onArrow;
   option.state |= down ? QStyle::State_Sunken : QStyle::State_Raised;
   style()->drawPrimitive(QStyle::PE_PanelButtonBevel, &option, &painter, this);
-  const int side = std::max(4, std::min(option.rect.width(), option.rect.height()) - 4);
-  const QPoint corner = option.rect.center() - QPoint(side / 2, side / 2);
-  option.rect = QRect(corner, QSize(side, side));
-  style()->drawPrimitive(direction > 0 ? QStyle::PE_IndicatorArrowUp : QStyle::PE_IndicatorArrowDown, &option, &painter,
-                         this);
+  const int side = std::max(4, std::min(option.rect.width() - 4, option.rect.height() - 4));
+  FormStyle::DrawArrow(painter, option.rect, side, direction, palette().color(QPalette::ButtonText));
 }
 
 void UpDown::paintEvent(QPaintEvent* /*event*/) {
