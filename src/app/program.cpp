@@ -11,7 +11,7 @@ Program::Program(const Machine& machine)
       m_indicator(m_main, m_shared, machine.desktop),
       m_readers(m_main, m_shared, m_line, m_timing, m_session, m_indicator, machine.timeOfDay),
       m_commands(m_main, m_line, m_timing, m_session, m_readers),
-      m_address(m_main, m_shared, m_properties),
+      m_address(m_main, m_shared, m_properties, machine.desktop),
       m_polls(m_main, m_shared, m_timing, m_session, m_readers),
       m_connection(m_main, m_shared, m_line, m_timing, machine.comConnect, machine.desktop, m_session, m_readers,
                    m_polls),

@@ -44,7 +44,7 @@ std::optional<Caption> CaptionOf(const QWidget& control) {
     return Caption{frame->title(), frame->size() - QSize(kFrameTitleMargins, 0)};
   }
   const auto* label = qobject_cast<const Label*>(&control);
-  if (label != nullptr && label->frameStyle() == QFrame::NoFrame) return Caption{label->text(), label->size()};
+  if (label != nullptr && label->frameShape() == QFrame::NoFrame) return Caption{label->text(), label->size()};
   return std::nullopt;
 }
 

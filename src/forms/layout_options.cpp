@@ -86,7 +86,7 @@ void ArrangeOptions(frmOptions& form) {
   FitBesideCaption(form.cboDataBits, form.lblDataBits);
   FitBesideCaption(form.cboParity, form.lblParity);
   FitBesideCaption(form.cboStopBits, form.lblStopBits);
-  PlacePage(form.tabOptions, form.fraCommunications);
+  for (Frame* page : {&form.fraCommunications, &form.fraGeneral}) PlacePage(form.tabOptions, *page);
   for (Frame* page : {&form.fraCommunications, &form.fraGeneral}) SetFontSize(*page, kSmallestPoints);
 }
 

@@ -179,7 +179,7 @@ void ArrangeSettings(frmSettings& form) {
   const double points = FitBelowTabs(form.tabSettings, [&form] { return PlaceAndFit(form); });
   ShowFirstPage(form);
   FitCaptions(form, points, {{form.fraAddress, QStringLiteral("Redundancy Controller Address")}});
-  PlacePage(form.tabSettings, form.fraStandard);
+  for (Frame* page : {&form.fraStandard, &form.fraAdvanced, &form.fraFactory}) PlacePage(form.tabSettings, *page);
   CentreTableCaptions(form);
   for (TextBox* box : {&form.txtRFMin, &form.txtRFMax, &form.txtReflectedMax, &form.txtSSPAAddress}) {
     SetFontSize(*box, form.MainLevelPoints());

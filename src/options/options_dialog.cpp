@@ -107,7 +107,10 @@ void OptionsDialog::tabOptions_Click() {
 void OptionsDialog::cmdOk_Click() {
   if (!ApplyPort() || !ApplyDataFormat() || !ApplyFlow()) return;
   TakeVariables();
-  StoreProperties();
+  if (!StoreProperties()) {
+    Refuse(QStringLiteral("The options could not be stored. They are in use until the program ends."),
+           m_properties.Failure());
+  }
   m_form.UnloadForm();
 }
 
@@ -160,9 +163,10 @@ void OptionsDialog::TakeVariables() {
   m_shared.RS485Control = Selected485Control;
 }
 
-void OptionsDialog::StoreProperties() {
-  const auto store = [this](const char* key, const QString& text) {
-    m_properties.SaveStoredProperty(QString::fromLatin1(key), text);
+bool OptionsDialog::StoreProperties() {
+  bool stored = true;
+  const auto store = [this, &stored](const char* key, const QString& text) {
+    stored = m_properties.SaveStoredProperty(QString::fromLatin1(key), text) && stored;
   };
   store("Settings", QString::fromStdString(m_port.Settings()));
   store("CommPort", QString::number(m_port.CommPort()));
@@ -171,6 +175,7 @@ void OptionsDialog::StoreProperties() {
   store("Engineer", BooleanText(m_shared.EngineerUnits));
   store("RS232", BooleanText(m_shared.PortRS232));
   store("RS485Control", QString::number(m_shared.RS485Control));
+  return stored;
 }
 
 void OptionsDialog::RaiseRTS() {

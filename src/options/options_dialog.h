@@ -49,7 +49,7 @@ class OptionsDialog {
   bool ApplyDataFormat();
   bool ApplyFlow();
   void TakeVariables();
-  void StoreProperties();
+  bool StoreProperties();
   bool Refuse(const QString& message, const QString& details = {});
 
   forms::frmOptions& m_form;

@@ -3,10 +3,12 @@
 #include <QApplication>
 #include <QDir>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QStandardPaths>
 #include <algorithm>
 
@@ -29,6 +31,17 @@ QMessageBox::Icon ToolkitIcon(MessageIcon icon) {
   }
   return QMessageBox::NoIcon;
 }
+
+/// Looks at a file's name and kind alone. To tell its type by its content it would be opened, and one that never ends,
+/// or never answers, would hold the thread for good.
+class PlainIcons final : public QFileIconProvider {
+ public:
+  using QFileIconProvider::icon;
+  QIcon icon(const QFileInfo& file) const override { return icon(file.isDir() ? Folder : File); }
+  QString type(const QFileInfo& file) const override {
+    return file.isDir() ? QStringLiteral("Folder") : file.suffix().toUpper() + QStringLiteral(" File");
+  }
+};
 
 /// The box's own setter reaches the first text only; the one below it would still guess at markup.
 void ShowPlain(QMessageBox& box) {
@@ -80,6 +93,8 @@ void ToolkitDesktop::ShowMessage(const Message& message) {
   box.setDefaultButton(QMessageBox::Ok);
   box.setEscapeButton(QMessageBox::Ok);
   ShowPlain(box);
+  box.setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  box.button(QMessageBox::Ok)->setFocus();  // a text that can be selected would get it first
   MakeRoomForTitle(box);
   const bool busy = QApplication::overrideCursor() != nullptr;
   SetBusyPointer(false);  // the box waits for the operator, not the operator for the program
@@ -92,7 +107,9 @@ std::optional<QString> ToolkitDesktop::ChooseSaveFile(const SaveDialog& dialog) 
   QWidget* modal = QApplication::activeModalWidget();
   const QFileInfo proposed(dialog.fileName);
   // In two parts: the toolkit would take a folder of that name for the place to save in.
+  PlainIcons icons;
   QFileDialog box(modal != nullptr ? modal : QApplication::activeWindow(), QString(), proposed.path());
+  box.setIconProvider(&icons);
   box.setAcceptMode(QFileDialog::AcceptSave);
   box.setNameFilters(dialog.filters);
   box.selectNameFilter(dialog.filters.value(dialog.filterIndex - 1));

@@ -63,7 +63,12 @@ DeviceRights RightsOf(const QFileInfo& device) {
 }  // namespace
 
 QString DeniedReason(const DeviceRights& rights) {
-  if (!rights.groupMayOpen) return QStringLiteral("only the user %1 may open it").arg(rights.owner);
+  if (!rights.groupMayOpen) {
+    return QStringLiteral(
+               "only the user %1 may open it. Ask the administrator for a udev rule that gives it to the group dialout "
+               "(GROUP=\"dialout\", MODE=\"0660\").")
+        .arg(rights.owner);
+  }
   const QString group = QStringLiteral("only members of the group %1 may open it").arg(rights.group);
   if (rights.userListedInGroup) {
     return group + QStringLiteral(". You are one since you last logged in: log out and in again.");

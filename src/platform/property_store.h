@@ -13,12 +13,16 @@ class PropertyStore {
   /// The text stored under the key; empty when nothing is.
   QString Get(const QString& section, const QString& key) const;
 
-  /// Stores the text at once. A file that was found damaged is copied aside before the first text is.
-  void Save(const QString& section, const QString& key, const QString& text);
+  /// Stores the text at once, beside what another program has stored since. A file that can't be parsed by now is copied
+  /// aside before. False: the system let nothing be written.
+  bool Save(const QString& section, const QString& key, const QString& text);
+
+  /// The path and why the last Save failed.
+  const QString& Failure() const { return m_failure; }
 
  private:
   QString m_application;
-  bool m_damaged = false;
+  QString m_failure;
 };
 
 }  // namespace tarnwell::platform

@@ -10,7 +10,20 @@ void ConnectAddressEntry::updwnConnectAddress_Change() {
   const QString text = QString::number(address);
   m_form.txtConnectAddress.SetText(text);
   m_shared.ConnectAddress = static_cast<std::uint8_t>(address);
-  m_properties.SaveStoredProperty(QStringLiteral("ConnectAddress"), text);
+  const bool stored = m_properties.SaveStoredProperty(QStringLiteral("ConnectAddress"), text);
+  const bool tell = !stored && m_stored;
+  m_stored = stored;
+  // Later: the address may be changed on the way from one command to the next.
+  if (tell)
+    QMetaObject::invokeMethod(
+        &m_form, [this] { TellNotStored(); }, Qt::QueuedConnection);
+}
+
+void ConnectAddressEntry::TellNotStored() {
+  if (m_form.Unloaded()) return;
+  m_desktop.ShowMessage(
+      {QStringLiteral("The connection address could not be stored. It is in use until the program ends."),
+       platform::MessageIcon::kInformation, m_properties.Failure()});
 }
 
 void ConnectAddressEntry::txtConnectAddress_KeyPress(forms::KeyAscii& key) {

@@ -2,15 +2,18 @@
 
 #include "forms/frm_main.h"
 #include "link/sspa_public.h"
+#include "platform/desktop.h"
 #include "session/stored_properties.h"
 
 namespace tarnwell::session {
 
-/// The entry of the bus address on the main form, while there is no session.
+/// The entry of the bus address on the main form, while there is no session. An address that can't be stored is told
+/// once, until one could be again.
 class ConnectAddressEntry {
  public:
-  ConnectAddressEntry(forms::frmMain& form, link::SSPA_Public& shared, StoredProperties& properties)
-      : m_form(form), m_shared(shared), m_properties(properties) {}
+  ConnectAddressEntry(forms::frmMain& form, link::SSPA_Public& shared, StoredProperties& properties,
+                      platform::Desktop& desktop)
+      : m_form(form), m_shared(shared), m_properties(properties), m_desktop(desktop) {}
 
   /// Shows the spin's value, puts it in use and stores it. Also takes a half-typed entry back.
   void updwnConnectAddress_Change();
@@ -19,10 +22,13 @@ class ConnectAddressEntry {
 
  private:
   void EnterAddress();
+  void TellNotStored();
 
   forms::frmMain& m_form;
   link::SSPA_Public& m_shared;
   StoredProperties& m_properties;
+  platform::Desktop& m_desktop;
+  bool m_stored = true;  ///< the last time
 };
 
 }  // namespace tarnwell::session

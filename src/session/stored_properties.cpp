@@ -14,8 +14,8 @@ StoredProperties::StoredProperties() : m_store(console::kApplicationTitle) {}
 
 QString StoredProperties::GetStoredProperty(const QString& key) const { return m_store.Get(kSection, key); }
 
-void StoredProperties::SaveStoredProperty(const QString& key, const QString& text) {
-  m_store.Save(kSection, key, text);
+bool StoredProperties::SaveStoredProperty(const QString& key, const QString& text) {
+  return m_store.Save(kSection, key, text);
 }
 
 }  // namespace tarnwell::session

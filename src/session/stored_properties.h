@@ -14,7 +14,9 @@ class StoredProperties {
 
   /// The text of the key; empty for a key that isn't there.
   QString GetStoredProperty(const QString& key) const;
-  void SaveStoredProperty(const QString& key, const QString& text);
+  /// False: it couldn't be stored, and is gone when the program ends. Failure tells why.
+  bool SaveStoredProperty(const QString& key, const QString& text);
+  const QString& Failure() const { return m_store.Failure(); }
 
  private:
   platform::PropertyStore m_store;

@@ -1,3 +1,6 @@
+#include <QDir>
+#include <QFile>
+#include <QSettings>
 #include <QTabBar>
 
 #include "forms/frm_options.h"
@@ -288,6 +291,31 @@ TEST_F(OptionsTest, EscapeAndEnterWhateverHasTheFocus) {
             }),
             kAllRewritten)
       << "the page that went behind took its focus with it";
+}
+
+TEST_F(OptionsTest, WhatCanNotBeStoredIsToldOnceAndHolds) {
+  Start();
+  const QString path =
+      QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Tarnwell"), console::kApplicationTitle)
+          .fileName();
+  QFile::remove(path);
+  ASSERT_TRUE(QDir().mkpath(path)) << "a folder in the file's place";
+  const bool audible = Shared().AudibleNotify;
+  Choose([&] {
+    ClickTab(1);
+    Click(audible ? "optAudibleOff" : "optAudibleOn");
+    Click("cmdOK");
+  });
+  EXPECT_EQ(Shared().AudibleNotify, !audible);
+  QStringList told = m_desktop.TakeMessages();
+  ASSERT_EQ(told.size(), 1);
+  EXPECT_TRUE(told[0].startsWith(QStringLiteral("(i) The options could not be stored"))) << told[0].toStdString();
+  EXPECT_TRUE(told[0].contains(path));
+  for (const int address : {5, 6, 7}) Main().updwnConnectAddress.SetValue(address);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(m_desktop.TakeMessages().size(), 1) << "not at each step";
+  EXPECT_EQ(Shared().ConnectAddress, 7);
+  QDir().rmdir(path);
 }
 
 }  // namespace

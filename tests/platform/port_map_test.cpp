@@ -52,7 +52,9 @@ TEST(PortMap, ADeniedDeviceSaysWhoMayOpenItAndWhatToDo) {
             QStringLiteral("only members of the group dialout may open it. You are one since you last logged in: log "
                            "out and in again."));
   rights.groupMayOpen = false;
-  EXPECT_EQ(DeniedReason(rights), QStringLiteral("only the user root may open it"));
+  EXPECT_EQ(DeniedReason(rights),
+            QStringLiteral("only the user root may open it. Ask the administrator for a udev rule that gives it to the "
+                           "group dialout (GROUP=\"dialout\", MODE=\"0660\")."));
 }
 
 }  // namespace

@@ -62,5 +62,27 @@ TEST_F(PropertyStoreTest, ADamagedFileIsKeptBeforeAWriteDropsPartsOfIt) {
   EXPECT_EQ(copy.readAll(), damaged);
 }
 
+TEST_F(PropertyStoreTest, WhatAnotherProgramWroteOrSpoiledMeanwhileIsKept) {
+  PropertyStore store(m_application);
+  EXPECT_TRUE(store.Save(kSection, QStringLiteral("CommPort"), QStringLiteral("4")));
+  WriteFile("[Properties]\nCommPort=4\nSettings=\"1200,e,7,2\"\n");
+  EXPECT_TRUE(store.Save(kSection, QStringLiteral("RS232"), QStringLiteral("True")));
+  EXPECT_EQ(Get(QStringLiteral("Settings")), QStringLiteral("1200,e,7,2"));
+
+  WriteFile("[Properties]\nCommPort=4\nspoiled by something else\n");
+  EXPECT_EQ(store.Get(kSection, QStringLiteral("CommPort")), QStringLiteral("4"));
+  EXPECT_TRUE(store.Save(kSection, QStringLiteral("RS232"), QStringLiteral("False")));
+  EXPECT_EQ(Get(QStringLiteral("RS232")), QStringLiteral("False"));
+  EXPECT_EQ(QDir(QFileInfo(m_path).path()).entryList({QStringLiteral("*.damaged-*")}, QDir::Files).size(), 1);
+}
+
+TEST_F(PropertyStoreTest, WhatCouldNotBeStoredIsTold) {
+  QDir().mkpath(m_path);  // a folder in the file's place
+  PropertyStore store(m_application);
+  EXPECT_FALSE(store.Save(kSection, QStringLiteral("CommPort"), QStringLiteral("4")));
+  EXPECT_TRUE(store.Failure().startsWith(m_path + QStringLiteral(": "))) << store.Failure().toStdString();
+  EXPECT_GT(store.Failure().size(), m_path.size() + 4);
+}
+
 }  // namespace
 }  // namespace tarnwell::platform

@@ -163,18 +163,20 @@ TEST_F(AnswersTest, TheViewerTellsOldFromLiveAndTheMainFormIsOldBehindALostOne) 
 TEST_F(AnswersTest, AnOptionThatTheReplyDoesNotNameIsTakenBack) {
   ReplyTable replies = AmplifierReplies();
   replies["U?"] = "U=A";
-  replies["CA=L"] = "CA=";
+  replies["S=A"] = "S=";
   InSession(replies, [&] {
     Open([&] { Q_EMIT Main().mnuSSPASettings.Click(); },
          [&] {
            auto& form = dynamic_cast<forms::frmSettings&>(Front());
-           form.tabSettings.SelectTab(1);
-           form.fraAlarmStyle.setEnabled(true);
-           for (forms::OptionButton* option : {&form.optAlarmFleeting, &form.optAlarmLatching})
-             option->setEnabled(true);
-           form.optAlarmFleeting.Select();
-           Choose(form.optAlarmLatching);
-           EXPECT_TRUE(form.optAlarmFleeting.Value());
+           form.tabSettings.SelectTab(2);
+           Q_EMIT form.tabSettings.Click();
+           form.fraBeeper.setEnabled(true);
+           for (forms::OptionButton* option : {&form.optBeeperOn, &form.optBeeperOff}) option->setEnabled(true);
+           form.optBeeperOff.Select();
+           m_port.TakeTranscript();
+           Choose(form.optBeeperOn);
+           EXPECT_NE(m_port.Transcript().find("S=A"), std::string::npos);
+           EXPECT_TRUE(form.optBeeperOff.Value());
            form.UnloadForm();
          });
     Main().optOnline.Select();
