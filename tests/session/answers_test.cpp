@@ -163,20 +163,21 @@ TEST_F(AnswersTest, TheViewerTellsOldFromLiveAndTheMainFormIsOldBehindALostOne) 
 TEST_F(AnswersTest, AnOptionThatTheReplyDoesNotNameIsTakenBack) {
   ReplyTable replies = AmplifierReplies();
   replies["U?"] = "U=A";
-  replies["S=A"] = "S=";
+  replies["S?"] = "S=OT";
+  replies["S=C"] = "S=";
   InSession(replies, [&] {
     Open([&] { Q_EMIT Main().mnuSSPASettings.Click(); },
          [&] {
            auto& form = dynamic_cast<forms::frmSettings&>(Front());
            form.tabSettings.SelectTab(2);
            Q_EMIT form.tabSettings.Click();
-           form.fraBeeper.setEnabled(true);
-           for (forms::OptionButton* option : {&form.optBeeperOn, &form.optBeeperOff}) option->setEnabled(true);
-           form.optBeeperOff.Select();
+           form.fraTempComp.setEnabled(true);
+           for (forms::OptionButton* option : {&form.optTempCompOn, &form.optTempCompMin}) option->setEnabled(true);
+           form.optTempCompMin.Select();
            m_port.TakeTranscript();
-           Choose(form.optBeeperOn);
-           EXPECT_NE(m_port.Transcript().find("S=A"), std::string::npos);
-           EXPECT_TRUE(form.optBeeperOff.Value());
+           Choose(form.optTempCompOn);
+           EXPECT_NE(m_port.Transcript().find("S=C"), std::string::npos);
+           EXPECT_TRUE(form.optTempCompMin.Value());
            form.UnloadForm();
          });
     Main().optOnline.Select();
