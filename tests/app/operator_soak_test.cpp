@@ -125,7 +125,7 @@ class RandomOperator final : public platform::Yielder {
       EndAll();
       return;
     }
-    QCoreApplication::processEvents();  // what was done in a hold comes first
+    Settle();  // what was done in a hold comes first
     const int kind = Pick(10);
     if (kind < 5) Click();
     if (kind >= 5 && kind < 9) PressKey();
@@ -205,7 +205,7 @@ class RandomOperator final : public platform::Yielder {
     } else {
       click();
     }
-    QCoreApplication::processEvents();
+    Settle();
     // a click into a field or on a tab also takes the focus from where it was
     Judge({hit}, "a click");
   }
@@ -289,6 +289,11 @@ class RandomOperator final : public platform::Yielder {
     });
   }
 
+  /// An arrival may wait for the one ahead of it, and that for an answer.
+  static void Settle() {
+    for (int turn = 0; turn < 4; ++turn) QCoreApplication::processEvents();
+  }
+
   bool OpenByMenu() {
     const std::pair<forms::Menu*, int> entries[] = {
         {&m_main->mnuSSPASettings, 12}, {&m_main->mnuSWOpt, 40}, {&m_main->mnuSnapshot, 60}};
@@ -345,7 +350,8 @@ class RandomOperator final : public platform::Yielder {
     } else {
       press();
     }
-    QCoreApplication::processEvents();
+    reached << Focused();
+    Settle();
     Judge(reached << Focused(), "a key");
   }
 
