@@ -84,6 +84,8 @@ bool TakeRequestsToClose() {
 
 }  // namespace
 
+void SetMessageFont(const QFont& font) { QApplication::setFont(font, "QMessageBox"); }
+
 void ToolkitDesktop::ShowMessage(const Message& message) {
   if (EndAsked() || !TakeRequestsToClose()) return;
   // The box names the program, not the window's title: the title says the link's state and may be a lost one.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <QString>
 #include <QStringList>
 #include <optional>
@@ -45,6 +46,9 @@ class Desktop {
   /// The busy mouse pointer on or off for the whole program. Not counted: off is off.
   virtual void SetBusyPointer(bool busy) = 0;
 };
+
+/// The font of message boxes from now on.
+void SetMessageFont(const QFont& font);
 
 /// The real desktop, through the toolkit.
 class ToolkitDesktop final : public Desktop {

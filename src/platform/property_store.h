@@ -13,8 +13,8 @@ class PropertyStore {
   /// The text stored under the key; empty when nothing is.
   QString Get(const QString& section, const QString& key) const;
 
-  /// Stores the text at once, beside what another program has stored since. A file that can't be parsed by now is copied
-  /// aside before. False: the system let nothing be written.
+  /// Stores the text at once, beside what another program has stored since. A file that can't be parsed by now is
+  /// copied aside before. False: the system let nothing be written.
   bool Save(const QString& section, const QString& key, const QString& text);
 
   /// The path and why the last Save failed.

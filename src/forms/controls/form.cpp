@@ -14,6 +14,7 @@
 #include "forms/controls/input_gate.h"
 #include "forms/controls/option_button.h"
 #include "forms/controls/reading_order.h"
+#include "platform/desktop.h"
 #include "platform/text_encoding.h"
 
 namespace tarnwell::forms {
@@ -106,7 +107,8 @@ void Form::SetMenuFontSize(double points) {
   if (m_firstMenuPoints == 0.0) m_firstMenuPoints = points;
   menu.setPointSizeF(std::max(points, m_firstMenuPoints));
   m_menuBar->setFont(menu);
-  for (const char* kind : {"QMenu", "QMessageBox"}) QApplication::setFont(menu, kind);
+  QApplication::setFont(menu, "QMenu");
+  platform::SetMessageFont(menu);
   if (sizedByInner) ResizeWindow();
   m_menuSizedFor = size();
   PlaceInner();
