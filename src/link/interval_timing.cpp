@@ -1,5 +1,6 @@
 #include "link/interval_timing.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace tarnwell::link {
@@ -15,7 +16,12 @@ Deadline IntervalTiming::MakeDeadline(double seconds) const {
 
 bool IntervalTiming::DeadlineReached(Deadline deadline) const { return ReadCounter() >= deadline; }
 
+int IntervalTiming::MillisecondsLeft(Deadline deadline) const {
+  return static_cast<int>(std::max<Deadline>(deadline - ReadCounter(), 0) * 1000 / PerfFrequency);
+}
+
 void IntervalTiming::WaitForDeadline(Deadline deadline) const {
+  m_counter.RestUntil(deadline);
   while (!DeadlineReached(deadline)) {
   }
 }

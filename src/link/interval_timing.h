@@ -10,7 +10,7 @@ namespace tarnwell::link {
 /// A moment on the counter, in counts.
 using Deadline = std::int64_t;
 
-/// All intervals of the link, on one counter. No operation but DelayPumped lets other code run or sleeps.
+/// All intervals of the link, on one counter. No operation but DelayPumped lets other code of the program run.
 class IntervalTiming {
  public:
   IntervalTiming(platform::Counter& counter, platform::Yielder& yielder) : m_counter(counter), m_yielder(yielder) {}
@@ -21,10 +21,13 @@ class IntervalTiming {
   Deadline MakeDeadline(double seconds) const;
   bool DeadlineReached(Deadline deadline) const;
 
-  /// Spins until the deadline is reached.
+  /// Whole milliseconds to the deadline, 0 when it is reached.
+  int MillisecondsLeft(Deadline deadline) const;
+
+  /// Rests and then spins until the deadline is reached.
   void WaitForDeadline(Deadline deadline) const;
 
-  /// Spins for `seconds`. Nothing else of the program runs meanwhile.
+  /// The same for `seconds`.
   void DelayBlocking(double seconds) const;
 
   /// Yields to the event loop until `seconds` have passed; handlers may make it longer. 0 returns without yielding.

@@ -90,7 +90,10 @@ std::string SerialLink::Gather(std::size_t limit) {
   const Deadline windowEnd = m_timing.MakeDeadline(kReplyWindow);
   std::string received;
   while (!m_timing.DeadlineReached(windowEnd)) {
-    if (m_port.InBufferCount() <= 0) continue;
+    if (m_port.InBufferCount() <= 0) {
+      m_port.AwaitInput(m_timing.MillisecondsLeft(windowEnd));
+      continue;
+    }
     received += static_cast<char>(m_port.Input());
     if (received.size() == limit || received.back() == kClosingBrace) break;
   }

@@ -1,6 +1,7 @@
 #include "platform/qt_serial_port.h"
 
 #include <QMetaObject>
+#include <QThread>
 #include <algorithm>
 #include <cctype>
 
@@ -108,6 +109,15 @@ int QtSerialPort::InBufferCount() {
   if (!Reachable()) return 0;
   if (m_device.bytesAvailable() == 0) m_device.waitForReadyRead(kLookMilliseconds);
   return static_cast<int>(m_device.bytesAvailable());
+}
+
+void QtSerialPort::AwaitInput(int milliseconds) {
+  if (milliseconds <= 0) return;
+  if (Reachable()) {
+    m_device.waitForReadyRead(milliseconds);
+  } else {
+    QThread::msleep(static_cast<unsigned long>(milliseconds));  // nothing comes from a device that is gone
+  }
 }
 
 void QtSerialPort::DiscardInput() {

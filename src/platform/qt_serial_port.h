@@ -35,6 +35,7 @@ class QtSerialPort final : public SerialPort {
   bool CTSHolding() const override;
 
   int InBufferCount() override;
+  void AwaitInput(int milliseconds) override;
   void DiscardInput() override;
   int OutBufferCount() override;
   void DiscardOutput() override;

@@ -41,6 +41,8 @@ class SerialPort {
 
   /// Bytes received and not yet read. May wait up to 1 ms in the operating system while there is none.
   virtual int InBufferCount() = 0;
+  /// Rests in the operating system until a byte has come, at most for `milliseconds`. May return early.
+  virtual void AwaitInput(int /*milliseconds*/) {}
   virtual void DiscardInput() = 0;
 
   /// Bytes queued and not yet sent.

@@ -116,14 +116,6 @@ TEST_F(EndToEndTest, ASessionLivesThroughSilenceAndAPulledAdapter) {
   EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
 }
 
-TEST_F(EndToEndTest, ClosingTheWindowOfAControllerSessionEndsIt) {
-  StartSimulator({QStringLiteral("--kind"), QStringLiteral("controller")});
-  When([this] { return Main().lbl7316PathAState.Caption().startsWith(QStringLiteral("SSPA")); },
-       [this] { Main().close(); });
-  RunSession();
-  EXPECT_TRUE(Main().Unloaded());
-}
-
 TEST_F(EndToEndTest, TheSettingsOfAControllerAreReadAndChangedOverTheLine) {
   StartSimulator(
       {QStringLiteral("--kind"), QStringLiteral("controller"), QStringLiteral("--rate"), QStringLiteral("9600")});
@@ -141,17 +133,6 @@ TEST_F(EndToEndTest, TheSettingsOfAControllerAreReadAndChangedOverTheLine) {
        [&] { press(form()->cmdExit); });
   When([this] { return Main().fra7316PathBSelect.isHidden(); }, [this] { Main().close(); });
   RunSession();
-}
-
-TEST_F(EndToEndTest, AnAbsentPortIsToldWithItsReason) {
-  QFile::remove(qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/tarnwell/ports/com1"));
-  ASSERT_TRUE(QFile::link(QStringLiteral("/dev/no-such-adapter"),
-                          qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/tarnwell/ports/com1")));
-  RunSession();
-  const QStringList messages = m_desktop.TakeMessages();
-  ASSERT_EQ(messages.size(), 1);
-  EXPECT_TRUE(messages[0].startsWith(QStringLiteral("(i) Unable to open COM1 | ")));
-  EXPECT_TRUE(messages[0].contains(QStringLiteral("/dev/no-such-adapter"))) << messages[0].toStdString();
 }
 
 }  // namespace

@@ -1,6 +1,3 @@
-#include <QMenuBar>
-
-#include "forms/frm_alarms.h"
 #include "forms/frm_settings.h"
 #include "support/late_input.h"
 #include "support/program_test.h"
@@ -24,8 +21,8 @@ class HoldTest : public ProgramTest {
   /// The next time that the device is asked `command`.
   void During(const std::string& command, std::function<void()> act) { m_holds[command] = std::move(act); }
 
-  void LaterClick(QWidget& control, QPoint at = {}) {
-    Later([&control, made = m_clock.Now(), at] { DeliverClick(control, made, at); });
+  void LaterClick(QWidget& control) {
+    Later([&control, made = m_clock.Now()] { DeliverClick(control, made); });
   }
   void LaterKey(QWidget& window, Qt::Key key) {
     Later([&window, key, made = m_clock.Now()] { DeliverKey(window, key, made); });
@@ -35,7 +32,7 @@ class HoldTest : public ProgramTest {
   }
 
   /// A session with that device; `act` is done when it has been polled once round.
-  void InSession(const ReplyTable& replies, std::function<void()> act, int steps = 30) {
+  void InSession(const ReplyTable& replies, std::function<void()> act) {
     m_replies = replies;
     Start();
     m_yielder.SkipYields(13);
@@ -44,12 +41,14 @@ class HoldTest : public ProgramTest {
       m_port.TakeTranscript();
       act();
     });
-    m_yielder.SkipYields(steps);
+    m_yielder.SkipYields(30);
     m_yielder.OnYield([this] { Main().UnloadForm(); });
     Connect();
     while (!Main().Unloaded()) m_yielder.Yield(0);
     m_port.SetPortOpen(false);
   }
+
+  void InSettings(const std::function<void(forms::frmSettings&)>& act);
 
   /// What was sent but queries, and "PortOpen=0".
   std::string Orders() {
@@ -75,115 +74,67 @@ class HoldTest : public ProgramTest {
 
 TEST_F(HoldTest, AnOptionActsAheadOfWhatWasPressedAfterIt) {
   const struct {
-    const char* what;
-    std::function<void()> pressed;
+    const char* option;
+    const char* pressed;  ///< nothing: the window's frame
     const char* sent;
-  } rows[] = {
-      {"mute, disconnect",
-       [this] {
-         LaterClick(Main().optRFMute);
-         LaterClick(Main().cmdConnect);
-       },
-       "S=X PortOpen=0 PortOpen=0"},
-      {"standby, gain",
-       [this] {
-         LaterClick(Main().optStandby);
-         LaterClick(Main().updwnGainAdjust, QPoint(5, Main().updwnGainAdjust.height() - 3));
-       },
-       "S=S G=-3.6 PortOpen=0"},
-      {"standby, the window's frame",
-       [this] {
-         LaterClick(Main().optStandby);
-         LaterClose(Main());
-       },
-       "S=S PortOpen=0"},
-  };
+  } rows[] = {{"optRFMute", "cmdConnect", "S=X PortOpen=0 PortOpen=0"},
+              {"optStandby", "updwnGainAdjust", "S=S G=-3.2 PortOpen=0"},
+              {"optStandby", nullptr, "S=S PortOpen=0"}};
   for (const auto& row : rows) {
     ReplyTable replies = AmplifierReplies();
-    replies["G=-3.6"] = "G=-3.6";
-    InSession(replies, [&] { During("VR?", row.pressed); });
-    EXPECT_EQ(Orders(), row.sent) << row.what;
+    replies["G=-3.2"] = "G=-3.2";
+    InSession(replies, [&] {
+      During("VR?", [&] {
+        LaterClick(Find(row.option));
+        row.pressed != nullptr ? LaterClick(Find(row.pressed)) : LaterClose(Main());
+      });
+    });
+    EXPECT_EQ(Orders(), row.sent);
   }
 }
 
-TEST_F(HoldTest, AnOptionActsAheadOfTheFormThatIsOpenedAfterIt) {
-  std::string sentBefore;
-  InSession(AmplifierReplies(), [&] {
-    During("VR?", [&] {
-      LaterClick(Main().optStandby);
-      LaterClick(Main().cmdViewAlarms);
-      During("CT?", [&] {
-        sentBefore = Orders();
-        QMetaObject::invokeMethod(
-            &Main(), [this] { Front().UnloadForm(); }, Qt::QueuedConnection);
-      });
-    });
-  });
-  EXPECT_EQ(sentBefore, "S=S");
-}
-
-TEST_F(HoldTest, APathPriorityIsSentAheadOfTheClosingOfItsForm) {
+/// In a session with a controller: the settings form, read, in which `act` is done.
+void HoldTest::InSettings(const std::function<void(forms::frmSettings&)>& act) {
   ReplyTable replies = ControllerReplies();
-  replies["CV?"] = "CV=1";
-  replies["U?"] = "U=@";
-  replies["CM=2"] = "CM=2";
-  replies["CP=B"] = "CP=B";
+  replies.merge(ReplyTable{{"CV?", "CV=1"}, {"U?", "U=@"}, {"CM=2", "CM=2"}, {"CP=B", "CP=B"}});
   InSession(replies, [&] {
     Open([this] { Q_EMIT Main().mnuSSPASettings.Click(); },
-         [this] {
+         [&] {
            auto& form = dynamic_cast<forms::frmSettings&>(Front());
            Q_EMIT form.tmrStartLoad.Tick();
            QCoreApplication::processEvents();
            m_port.TakeTranscript();
-           During("CM=2", [&] {
-             LaterClick(form.opt7316PathB);
-             LaterClick(form.cmdExit);
-           });
-           DeliverClick(form.opt7316_12, m_clock.Now());
-           for (int turn = 0; turn < 4; ++turn) QCoreApplication::processEvents();
-           EXPECT_TRUE(form.Unloaded());
-           EXPECT_EQ(Orders(), "CM=2 CP=B");
-           form.UnloadForm();
+           act(form);
          });
   });
 }
 
-TEST_F(HoldTest, NothingActsOnTheFormThatCameToTheFrontMeanwhile) {
-  ReplyTable replies = ControllerReplies();
-  replies["CV?"] = "CV=1";
-  replies["U?"] = "U=@";
-  for (const char* unanswered : {"CM=1", "CP=A"}) {
-    InSession(replies, [&] {
-      Open([this] { Q_EMIT Main().mnuSSPASettings.Click(); },
-           [&] {
-             auto& form = dynamic_cast<forms::frmSettings&>(Front());
-             Q_EMIT form.tmrStartLoad.Tick();
-             QCoreApplication::processEvents();
-             m_port.TakeTranscript();
-             During(unanswered, [&] {
-               LaterClick(Main().opt7316Auto);
-               LaterClick(Main().cmdConnect);
-               LaterKey(Main(), Qt::Key_Return);
-               LaterClose(Main());
-             });
-             const bool configuration = std::string(unanswered) == "CM=1";
-             DeliverClick(configuration ? form.opt7316_11 : form.opt7316PathA, m_clock.Now());
-           });
+TEST_F(HoldTest, APathPriorityIsSentAheadOfTheClosingOfItsForm) {
+  InSettings([this](forms::frmSettings& form) {
+    During("CM=2", [&] {
+      LaterClick(form.opt7316PathB);
+      LaterClick(form.cmdExit);
     });
-    const std::string tries = std::string(unanswered) + ' ' + unanswered + ' ' + unanswered;
-    EXPECT_EQ(Orders(), tries + " PortOpen=0") << "the session went on to its end";
-  }
+    DeliverClick(form.opt7316_12, m_clock.Now());
+    for (int turn = 0; turn < 4; ++turn) QCoreApplication::processEvents();
+    EXPECT_TRUE(form.Unloaded());
+    EXPECT_EQ(Orders(), "CM=2 CP=B");
+    form.UnloadForm();
+  });
 }
 
-TEST_F(HoldTest, WhatWasTypedToAnOptionDoesNotPressTheButtonThatGetsItsFocus) {
-  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Space}) {
-    InSession(AmplifierReplies(), [&] {
-      Main().optOnline.setFocus();
-      QCoreApplication::processEvents();
-      m_replies.clear();
-      During("VR?", [&, key] { LaterKey(Main(), key); });
+TEST_F(HoldTest, NothingActsOnTheFormThatCameToTheFrontMeanwhile) {
+  for (const std::string unanswered : {"CM=1", "CP=A"}) {
+    InSettings([&](forms::frmSettings& form) {
+      During(unanswered, [&] {
+        LaterClick(Main().opt7316Auto);
+        LaterClick(Main().cmdConnect);
+        LaterKey(Main(), Qt::Key_Return);
+        LaterClose(Main());
+      });
+      DeliverClick(unanswered == "CM=1" ? form.opt7316_11 : form.opt7316PathA, m_clock.Now());
     });
-    EXPECT_EQ(Main().cmdConnect.Caption(), QStringLiteral("Dis&connect"));
+    EXPECT_EQ(Orders(), unanswered + ' ' + unanswered + ' ' + unanswered + " PortOpen=0") << "and on to the end";
   }
 }
 

@@ -110,84 +110,54 @@ TEST_P(OptionTest, SendsReadsBackAndShowsWhatTheDeviceSays) {
 INSTANTIATE_TEST_SUITE_P(All, OptionTest, testing::ValuesIn(kOptionRows),
                          [](const auto& row) { return std::string(row.param.option); });
 
-TEST_F(CommandsTest, GainTypedWithKeys) {
-  struct Case {
-    const char* keys;
+TEST_F(CommandsTest, GainByKeysAndSpin) {
+  const struct {
+    const char* read;
+    const char* act;  ///< keys in the emptied field; "^" Up, "e" Escape, "l" left, "+" a click on the upper arrow
     const char* command;
     const char* shown;
-  };
+  } cases[] = {{"-3.4", "-3.41\r", "G=-3.41", "-3.41"},
+               {"-3.4", "-25\r", "G=-20", "-20.0"},
+               {"-3.4", "5\r", "G= 0", "0.0"},
+               {"-3.4", "-,2\r", "G=-.2", "-0.2"},
+               {"-3.4", "-\r", "", "-3.4"},
+               {"-3.4", "1-2\r", "", "-3.4"},
+               {"-3.4", "x\r", "", "-3.4"},
+               {"-0.2", "^^", "G= 0", "0.0"},  // at the limit the key sends nothing
+               {"-0.2", "+", "G= 0", "0.0"},
+               {"0", "25+", "G= 0", "0.0"},  // what is half typed is never sent
+               {"0", "25e", "", "0.0"},
+               {"0", "25l", "", "0.0"}};
+  const std::map<char, Qt::Key> keys = {{'\r', Qt::Key_Return}, {'^', Qt::Key_Up}, {'e', Qt::Key_Escape}};
   m_replies = AmplifierReplies();
-  m_replies["G=-3.41"] = "G=-3.4";
-  m_replies["G=-20"] = "G=-20";
-  m_replies["G= 0"] = "G=0";
-  m_replies["G=-.2"] = "G=-0.2";
+  m_replies.merge(ReplyTable{{"G=-3.41", "G=-3.4"}, {"G=-20", "G=-20"}, {"G= 0", "G=0"}, {"G=-.2", "G=-0.2"}});
   Start();
-  for (const Case& c :
-       {Case{"-3.41", "G=-3.41", "-3.41"}, Case{"-25", "G=-20", "-20.0"}, Case{"5", "G= 0", "0.0"},
-        Case{"-,2", "G=-.2", "-0.2"}, Case{"-", "", "-3.4"}, Case{"1-2", "", "-3.4"}, Case{"x", "", "-3.4"}}) {
+  for (const auto& c : cases) {
+    m_replies["G?"] = std::string("G=") + c.read;
     EXPECT_EQ(CommandsOf([&] {
-                QWidget& field = Find("txtGainAdjust");
+                auto& field = Find<forms::TextBox>("txtGainAdjust");
+                QWidget& spin = Find("updwnGainAdjust");
                 field.setFocus();
                 QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
                 QTest::keyClick(&field, Qt::Key_Backspace);
-                QTest::keyClicks(&field, QString::fromLatin1(c.keys));
-                QTest::keyClick(&field, Qt::Key_Return);
-                EXPECT_EQ(Find<forms::TextBox>("txtGainAdjust").Text(), QString::fromLatin1(c.shown)) << c.keys;
+                for (const char key : std::string(c.act)) {
+                  if (key == '+') {
+                    QTest::mousePress(&spin, Qt::LeftButton, {}, QPoint(spin.width() / 2, 3));
+                    EXPECT_EQ(m_port.Commands(), "") << "nothing goes out while the arrow is held";
+                    QTest::mouseRelease(&spin, Qt::LeftButton, {}, QPoint(spin.width() / 2, 3));
+                  } else if (key == 'l') {
+                    Main().cmdConnect.setFocus();
+                  } else if (const auto special = keys.find(key); special != keys.end()) {
+                    QTest::keyClick(&field, special->second);
+                  } else {
+                    QTest::keyClick(&field, key);
+                  }
+                }
+                EXPECT_EQ(field.Text().toStdString(), c.shown) << c.act;
               }),
               c.command)
-        << c.keys;
+        << c.act;
   }
-}
-
-TEST_F(CommandsTest, GainByArrowsAndSpin) {
-  m_replies = AmplifierReplies();
-  m_replies["G?"] = "G=-0.2";
-  m_replies["G= 0"] = "G=0";
-  Start();
-  EXPECT_EQ(CommandsOf([this] {
-              QWidget& field = Find("txtGainAdjust");
-              field.setFocus();
-              QTest::keyClick(&field, Qt::Key_Up);
-              QTest::keyClick(&field, Qt::Key_Up);
-            }),
-            "G= 0")
-      << "at the limit the key sends nothing";
-  EXPECT_EQ(CommandsOf([this] {
-              QWidget& spin = Find("updwnGainAdjust");
-              QTest::mousePress(&spin, Qt::LeftButton, {}, QPoint(spin.width() / 2, 3));
-              EXPECT_EQ(m_port.Commands(), "") << "nothing goes out while the arrow is held";
-              QTest::mouseRelease(&spin, Qt::LeftButton, {}, QPoint(spin.width() / 2, 3));
-            }),
-            "G= 0");
-}
-
-TEST_F(CommandsTest, WhatIsHalfTypedIsNeverSent) {
-  m_replies = AmplifierReplies();
-  m_replies["G?"] = "G=0";
-  m_replies["G= 0"] = "G=0";
-  Start();
-  const auto type = [this] {
-    QWidget& field = Find("txtGainAdjust");
-    field.setFocus();
-    QTest::keyClick(&field, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(&field, QStringLiteral("25"));
-    return &field;
-  };
-  const auto shown = [this] { return Find<forms::TextBox>("txtGainAdjust").Text().toStdString(); };
-  EXPECT_EQ(CommandsOf([&] {
-              type();
-              QWidget& spin = Find("updwnGainAdjust");  // at its limit: the arrow changes nothing
-              QTest::mouseClick(&spin, Qt::LeftButton, {}, QPoint(spin.width() / 2, 3));
-            }),
-            "G= 0");
-  EXPECT_EQ(CommandsOf([&] {
-              QTest::keyClick(type(), Qt::Key_Escape);
-              EXPECT_EQ(shown(), "0.0");
-              type();
-              Find("cmdConnect").setFocus();
-              EXPECT_EQ(shown(), "0.0");
-            }),
-            "");
 }
 
 TEST_F(CommandsTest, DelaysOfAWriter) {

@@ -1,3 +1,7 @@
+#include <QAccessible>
+#include <QMenu>
+#include <QMenuBar>
+
 #include "forms/controls/label.h"
 #include "forms/controls/plain_controls.h"
 #include "forms/controls/tab_strip.h"
@@ -7,36 +11,128 @@ namespace tarnwell::forms {
 
 namespace {
 
-using FocusTest = ControlTest;
+using OptionTest = ControlTest;
 
-/// The names at which Tab or Shift-Tab stops on one way round, from the button on.
-std::string Round(TestForm& form, bool forward) {
-  std::string stops;
-  do {
-    Key(forward ? Qt::Key_Tab : Qt::Key_Backtab, forward ? Qt::NoModifier : Qt::ShiftModifier);
-    Append(stops, form.Focused().substr(3));
-  } while (form.Focused() != "cmdConnect" && stops.size() < 200);
-  return stops;
+/// A popup and the menu bar take the focus and give it back to `option`.
+void OpenMenus(QWidget& option) {
+  QMenu popup(&option);
+  popup.addAction(QStringLiteral("Entry"));
+  popup.popup(option.mapToGlobal(QPoint(0, 0)));
+  Settle();
+  popup.close();
+  Settle();
+  QMenuBar& bar = FormOf(option).MenuBar();
+  bar.addMenu(QStringLiteral("&File"))->addAction(QStringLiteral("E&xit"));
+  Settle();
+  bar.setFocus(Qt::MenuBarFocusReason);
+  option.setFocus(Qt::MenuBarFocusReason);
+  Settle();
+  bar.setFocus(Qt::MenuBarFocusReason);
 }
 
-TEST_F(FocusTest, TabStopsInReadingOrderAndOnceInAGroup) {
-  EXPECT_EQ(Round(form, true), "Gain Other Connect") << "none selected: any option would be a command";
-  form.optStandby.Select();
-  form.optRFMute.Select();
-  EXPECT_EQ(Round(form, true), "Standby RFMute Gain Other Connect");
-  EXPECT_EQ(Round(form, false), "Other Gain RFMute Standby Connect");
-  form.optOnline.setFocus();
-  Key(Qt::Key_Tab);
-  EXPECT_EQ(form.Focused(), "optRFMute") << "from an option that isn't selected";
-  form.optMaint.Select();
-  form.txtGain.hide();
+TEST_F(OptionTest, EveryArrivalActsOnceAndSelectionFromCodeIsSilent) {
+  for (const char* way : {
+           "click optStandby -> Standby [Standby RFMute]",
+           "right optStandby -> [Online RFMute]",
+           "click optMaint -> [Online RFMute]",
+           "focus optRFMute, Shift+Backtab -> Online [Online RFMute]",
+           "Tab, Right -> Online Standby [Standby RFMute]",
+           "Alt+S -> Online [Online RFMute]",
+           "Alt+B -> Standby [Standby RFMute]",
+           "toggle optStandby -> Standby [Standby RFMute]",
+           "focus optStandby -> Standby [Online RFMute]",
+           "click optOnline, click optOnline, Space -> Online [Online RFMute]",
+           // the device chose another meanwhile
+           "click optOnline, select optStandby, double optOnline -> Online Online [Online RFMute]",
+           "click optOnline, select optStandby, Space -> Online Online [Online RFMute]",
+           // one that acts on its click
+           "click optRFMute, click optRFMute -> RFMute! RFMute! [Online RFMute]",
+           "double optRFMute -> RFMute! [Online RFMute]",
+           "press optRFMute, release txtOther -> [Online RFMute]",
+           "Tab, Tab -> Online @optRFMute [Online RFMute]",
+           "focus optRFMute, hold Space -> RFMute! [Online RFMute]",
+           "click optRFOn, Right -> RFOn RFMute! [Online RFMute]",
+           "select optRFMute, select optRFOn, select optRFMute -> RFMute! [Online RFMute]",
+           // a held arrow commands one option; each press goes on from the focused one
+           "focus optOnline, hold Right, Right -> Online Standby Online [Online RFMute]",
+           "enable optMaint, click optOnline, select optMaint, Right, Down -> Online Standby Maint",
+           "enable optMaint, click optOnline, Left, Up, Right, Right -> Online Maint Standby Maint Online",
+           "click optStandby, disable optOnline, Right -> Standby [Standby RFMute]",
+           "focus optOnline, disable optOnline, focus optStandby, hide optStandby -> @cmdConnect",
+           // windows, menus and popups that come and go command nothing
+           "click optOnline, leave, return, menus optOnline, click optOnline -> Online @optOnline",
+           "leave, focus optStandby, return -> @optStandby",
+           "leave, press optStandby, return, release optStandby -> Standby @optStandby",
+           "click optStandby, leave, click optStandby, return -> Standby @optStandby",
+       }) {
+    TestForm fresh;
+    fresh.verbs["menus"] = OpenMenus;
+    fresh.verbs["toggle"] = [](QWidget& option) {
+      auto* actions = QAccessible::queryAccessibleInterface(&option)->actionInterface();
+      actions->doAction(QAccessibleActionInterface::toggleAction());
+    };
+    fresh.optOnline.Select();
+    fresh.optRFMute.Select();
+    EXPECT_EQ(fresh.Transcript(), "RFMute!") << "inside the call";
+    fresh.Show();
+    BringToFront(fresh);
+    fresh.Expect(way);
+    fresh.UnloadForm();
+  }
+}
+
+TEST_F(OptionTest, TheHandlersWordStandsWhenTheReleaseComesLate) {
+  QObject::connect(&form.optOnline, &OptionButton::GotFocus, &form, [&] {
+    form.Note(form.optOnline.Value() ? "shown" : "not shown");
+    form.optStandby.Select();
+  });
+  QObject::connect(&form.optRFMute, &OptionButton::Click, &form, [&] { form.optRFOn.Select(); });
+  form.Play(QStringLiteral("press optOnline"));
+  EXPECT_EQ(form.Transcript(), "Online shown") << "the handler ran before the release";
+  form.Expect("release optOnline -> [Standby]");
   form.cmdConnect.setFocus();
-  EXPECT_EQ(Round(form, true), "RFMute Other Connect") << "the selected option is disabled";
-  Place(form.fraUserMute, -20000, 2400, 4500, 1500);
-  EXPECT_EQ(Round(form, true), "Other Connect") << "a page out of sight";
-  Place(form.txtOther, 1800, -75, 1500, 450);
+  QTest::mouseClick(&form.optOnline, Qt::LeftButton);
+  EXPECT_EQ(form.Transcript(), "") << "no handler may run inside the toolkit's event";
+  form.Expect("wait -> Online shown [Standby]; click optRFMute -> RFMute! [Standby RFOn]");
+  EXPECT_FALSE(form.optOnline.isDown());
+}
+
+/// Knows the verbs "away", to a page out of sight far to the left, and "round" and "back": where Tab or Shift-Tab stop
+/// on one way round from the button on.
+class FocusTest : public ControlTest {
+ protected:
+  void SetUp() override {
+    ControlTest::SetUp();
+    form.verbs["away"] = [](QWidget& control) { Place(control, -20000, 2400, 4500, 1500); };
+    form.verbs["deselect"] = [](QWidget& option) { static_cast<OptionButton&>(option).Deselect(); };
+    form.verbs["safe"] = [this](QWidget& control) { form.SetSafeFocus(control); };
+    form.verbs["round"] = [this](QWidget&) { GoRound(Qt::Key_Tab, Qt::NoModifier); };
+    form.verbs["back"] = [this](QWidget&) { GoRound(Qt::Key_Backtab, Qt::ShiftModifier); };
+  }
+
+  void GoRound(Qt::Key key, Qt::KeyboardModifier modifier) {
+    std::string stops;
+    form.cmdConnect.setFocus();
+    do {
+      Key(key, modifier);
+      Append(stops, form.Focused().substr(3));
+    } while (form.Focused() != "cmdConnect" && stops.size() < 200);
+    form.Transcript();
+    form.Note(stops);
+  }
+};
+
+TEST_F(FocusTest, TabStopsInReadingOrderAndOnceInAGroup) {
+  form.Expect(
+      "round -> Gain Other Connect; "  // none selected: any option would be a command
+      "select optStandby, select optRFMute, round -> Standby RFMute Gain Other Connect; "
+      "back -> Other Gain RFMute Standby Connect; "
+      "focus optOnline, Tab -> Online @optRFMute; "
+      "select optMaint, hide txtGain, round -> RFMute Other Connect; "  // Maint is disabled
+      "away fraUserMute, round -> Other Connect");
   Place(form.fraUserMute, 0, 2400, 4500, 1500);
-  EXPECT_EQ(Round(form, true), "Other RFMute Connect") << "the button's row, though a bit higher";
+  Place(form.txtOther, 1800, -75, 1500, 450);
+  form.Expect("round -> Other RFMute Connect");  // the button's row, though a bit higher
 }
 
 TEST_F(FocusTest, EveryKindIsReachedByTabButForOneWithoutTabStop) {
@@ -46,82 +142,41 @@ TEST_F(FocusTest, EveryKindIsReachedByTabButForOneWithoutTabStop) {
   Place(tabs, 4800, 0, 3000, 450);
   Place(combo, 4800, 600, 1500, 450);
   Place(passed, 3000, 0, 600, 450);
-  for (QWidget* control : std::initializer_list<QWidget*>{&tabs, &combo, &passed}) control->show();
-  Key(Qt::Key_Tab);
-  EXPECT_TRUE(tabs.isAncestorOf(form.focusWidget()));
-  Key(Qt::Key_Right);
+  form.Expect("show tabPages, show cboPort, show cmdPassed, Tab, Right, Tab -> @cboPort");
   EXPECT_EQ(tabs.SelectedTab(), 2);
-  Key(Qt::Key_Tab);
-  EXPECT_EQ(form.Focused(), "cboPort");
 }
 
 TEST_F(FocusTest, FocusOfAControlTakenAwayNeverLandsOnAnOption) {
-  Click(form.optOnline);
-  form.Transcript();
-  form.optOnline.setEnabled(false);
-  EXPECT_EQ(form.Focused(), "cmdConnect");
-  form.cmdConnect.setEnabled(false);
-  EXPECT_EQ(form.Focused(), "txtGain");
-  form.SetSafeFocus(form.txtOther);
-  form.txtGain.hide();
-  EXPECT_EQ(form.Focused(), "txtOther");
-  form.txtOther.setEnabled(false);
-  EXPECT_EQ(form.Focused(), "") << "only options are left";
-  GoAwayAndComeBack();
-  EXPECT_EQ(form.Focused() + form.Transcript(), "");
-}
-
-TEST_F(FocusTest, AFrameTakenAwayWithTheFocusInsideHandsItToTheSafeControl) {
-  Click(form.optOnline);
-  form.fraState.setEnabled(false);
-  Settle();
-  EXPECT_EQ(form.Focused(), "cmdConnect");
-  form.optRFOn.setFocus();
-  Settle();
-  form.fraUserMute.hide();
-  Settle();
-  EXPECT_EQ(form.Focused() + ' ' + form.Transcript(), "cmdConnect Online RFOn");
-}
-
-TEST_F(FocusTest, AFormStartsAtItsSafeControl) {
+  form.Expect(
+      "click optOnline, disable fraState -> Online @cmdConnect; "
+      "click optRFOn, hide fraUserMute -> RFOn @cmdConnect; "
+      "show fraUserMute, enable fraState, click optOnline, disable optOnline -> Online @cmdConnect; "
+      "disable cmdConnect -> @txtGain; "
+      "safe txtOther, hide txtGain -> @txtOther; "
+      "disable txtOther -> @; "
+      "leave, return -> @");
   TestForm fresh;
   Place(fresh.cmdConnect, 0, 5000, 1500, 450);  // an option is the first control now
   QObject::connect(&fresh, &Form::Load, &fresh, [&] { fresh.optOnline.setFocus(); });
   fresh.Show();
-  BringToFront(fresh);
-  EXPECT_EQ(fresh.Focused() + fresh.Transcript(), "txtGain");
+  fresh.Expect("return -> @txtGain");
 }
 
 TEST_F(FocusTest, AccessKeysOfFramesAndLabelsLeadToTheirControl) {
-  const auto typed = [&](Qt::Key key) {
-    Key(key, Qt::AltModifier);
-    return form.Focused() + ' ' + form.Transcript();
-  };
-  EXPECT_EQ(typed(Qt::Key_U), "fraUserMute ") << "none selected: any option would be a command";
-  Key(Qt::Key_Tab);
-  EXPECT_EQ(form.Focused(), "txtGain");
-  for (const auto& [arrow, arrives] : {std::pair{Qt::Key_Down, "optRFOn RFOn"}, {Qt::Key_Left, "optRFMute RFMute!"}}) {
-    form.optRFMute.Deselect();
-    form.optRFOn.Deselect();
-    typed(Qt::Key_U);
-    Key(arrow);
-    EXPECT_EQ(form.Focused() + ' ' + form.Transcript(), arrives);
-  }
-  form.cmdConnect.setFocus();
-  EXPECT_EQ(typed(Qt::Key_U), "optRFMute ") << "the selected one, which doesn't act on focus";
-  form.optRFMute.setEnabled(false);
-  form.cmdConnect.setFocus();
-  EXPECT_EQ(typed(Qt::Key_U), "fraUserMute ") << "the selected one is disabled";
   Label caption("lblOther", form, "&Other:");
   caption.setBuddy(&form.txtOther);
-  caption.show();
-  EXPECT_EQ(typed(Qt::Key_O), "txtOther ");
-  EXPECT_EQ(typed(Qt::Key_C), "cmdConnect Connect");
-  form.fraUserMute.setEnabled(false);
-  EXPECT_EQ(typed(Qt::Key_U), "cmdConnect ");
-  form.fraUserMute.setEnabled(true);
-  Place(form.fraUserMute, -20000, 0, 1500, 1500);
-  EXPECT_EQ(typed(Qt::Key_U), "cmdConnect ") << "a page out of sight";
+  // the frame itself where none is selected, or one that is disabled: any of its options would be a command
+  form.Expect(
+      "Alt+U -> @fraUserMute; "
+      "Tab -> @txtGain; "
+      "Alt+U, Down -> RFOn @optRFOn; "
+      "deselect optRFOn, focus cmdConnect, Alt+U, Left -> RFMute! @optRFMute; "
+      "focus cmdConnect, Alt+U -> @optRFMute; "
+      "disable optRFMute, focus cmdConnect, Alt+U -> @fraUserMute; "
+      "show lblOther, Alt+O -> @txtOther; "
+      "Alt+C -> Connect @cmdConnect; "
+      "disable fraUserMute, Alt+U -> @cmdConnect; "
+      "enable fraUserMute, away fraUserMute, Alt+U -> @cmdConnect");
 }
 
 }  // namespace

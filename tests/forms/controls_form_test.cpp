@@ -14,7 +14,6 @@ namespace {
 class FormTest : public testing::Test {
  protected:
   void SetUp() override {
-    QApplication::setQuitOnLastWindowClosed(false);
     QObject::connect(&form, &Form::Load, &form, [this] { form.Note("Load"); });
     QObject::connect(&form, &Form::Resize, &form, [this] { form.Note("Resize"); });
     QObject::connect(&form, &Form::Activate, &form, [this] { form.Note("Activate"); });
@@ -24,45 +23,34 @@ class FormTest : public testing::Test {
   TestForm form;
 };
 
-/// Runs `action` from the event loop that is running then.
-template <typename Action>
-void Later(Form& form, Action action) {
-  QMetaObject::invokeMethod(&form, action, Qt::QueuedConnection);
-}
-
 TEST_F(FormTest, LivesOnceFromLoadToUnload) {
+  TestForm stillborn;
+  QObject::connect(&stillborn, &Form::Load, &stillborn, [&] { stillborn.UnloadForm(); });
+  stillborn.ShowModal();
+  EXPECT_FALSE(stillborn.isVisible());
   form.Show();
-  BringToFront(form);
-  EXPECT_EQ(form.Transcript(), "Load Resize Activate");
+  form.Expect("return -> Load Resize Activate");
   QObject::connect(&form, &Form::Unload, &form, [this] { form.UnloadForm(); });
   form.windowHandle()->close();
   form.UnloadForm();
   form.Show();
-  EXPECT_EQ(form.Transcript(), "Unload");
-  EXPECT_FALSE(form.isVisible());
-}
-
-TEST_F(FormTest, UnloadedInLoadItIsNeverShown) {
-  QObject::connect(&form, &Form::Load, &form, [this] { form.UnloadForm(); });
-  form.ShowModal();
-  EXPECT_EQ(form.Transcript(), "Load Unload");
-  EXPECT_FALSE(form.isVisible());
+  EXPECT_TRUE(form.Transcript() == "Unload" && !form.isVisible());
 }
 
 TEST_F(FormTest, ShowModalHoldsItsCallerUntilTheFormIsUnloaded) {
-  Later(form, [this] {
+  QTimer::singleShot(0, &form, [this] {
     EXPECT_TRUE(form.isModal());
     form.HideAndShow();
-    Later(form, [this] {
+    form.Transcript();
+    QTimer::singleShot(0, &form, [this] {
       EXPECT_TRUE(form.isVisible());
       form.UnloadForm();
-      EXPECT_FALSE(form.isVisible());
-      form.Note("handler");
+      form.Note(form.isVisible() ? "visible" : "hidden");
     });
   });
   form.ShowModal();
   form.Note("returned");
-  EXPECT_TRUE(QString::fromStdString(form.Transcript()).endsWith(QLatin1String("Unload handler returned")));
+  EXPECT_EQ(form.Transcript(), "Unload hidden returned");
 }
 
 TEST_F(FormTest, HidingAndShowingEndsAHeldPopupButNotTheProgram) {
@@ -70,17 +58,17 @@ TEST_F(FormTest, HidingAndShowingEndsAHeldPopupButNotTheProgram) {
   form.Show();
   QMenu popup(&form);
   popup.addAction(QStringLiteral("Entry"));
-  Later(form, [&] {
+  QTimer::singleShot(0, &form, [&] {
     popup.popup(QPoint(0, 0));
     form.HideAndShow();
-    EXPECT_FALSE(popup.isVisible());
-    QTimer::singleShot(10, &form, [] { QCoreApplication::exit(7); });
+    EXPECT_TRUE(form.isVisible() && !popup.isVisible());
+    QTimer::singleShot(10, &form, [this] {
+      form.Transcript();
+      form.UnloadForm();
+    });
   });
-  EXPECT_EQ(QCoreApplication::exec(), 7);
-  EXPECT_TRUE(form.isVisible());
-  Later(form, [this] { form.UnloadForm(); });
-  EXPECT_EQ(QCoreApplication::exec(), 0) << "the last form that goes ends the program";
-  QApplication::setQuitOnLastWindowClosed(false);
+  QCoreApplication::exec();
+  EXPECT_EQ(form.Transcript(), "Unload") << "the last form that goes ends the program";
 }
 
 TEST_F(FormTest, InnerSizeIsInTwipsBelowTheMenuBar) {
@@ -90,59 +78,50 @@ TEST_F(FormTest, InnerSizeIsInTwipsBelowTheMenuBar) {
   form.SetInnerSize(9600, 6960);
   EXPECT_EQ(form.Transcript(), "Resize") << "at once";
   form.Show();
-  BringToFront(form);
-  EXPECT_EQ(QSize(form.ScaleWidth(), form.ScaleHeight()), QSize(9600, 6960));
+  form.Expect("return -> Load Activate");  // the size is the one that was raised
+  EXPECT_TRUE(form.ScaleWidth() == 9600 && form.ScaleHeight() == 6960 && form.minimumSize() == form.maximumSize());
   EXPECT_EQ(form.Inner().y(), form.MenuBar().height());
-  EXPECT_EQ(form.minimumSize(), form.maximumSize());
-  EXPECT_EQ(form.Transcript(), "Load Activate") << "the size is the one that was raised";
   Key(Qt::Key_F, Qt::AltModifier);
   QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_X);
   exit.setEnabled(false);
   form.findChild<QAction*>(QStringLiteral("mnuExit"))->trigger();
-  EXPECT_EQ(form.Transcript(), "Exit");
-  form.Show();
-  BringToFront(form);
-  Key(Qt::Key_F10);
-  EXPECT_NE(form.findChild<QMenuBar*>()->activeAction(), nullptr);
+  form.Expect("F10 -> Exit");
+  EXPECT_NE(form.MenuBar().activeAction(), nullptr);
 }
 
 TEST_F(FormTest, AFormThatCanBeSizedSaysSoAlsoWhenItIsRestored) {
   Form sizable("frmMain", "", Form::Border::kFixedSingle, 9510, 6960, Form::TitleButtons::kMinimiseMaximise, 9.75);
-  int resizes = 0;
-  QObject::connect(&sizable, &Form::Resize, &sizable, [&] { ++resizes; });
   sizable.Show();
   sizable.showMinimized();
-  resizes = 0;
+  QObject::connect(&sizable, &Form::Resize, &form, [this] { form.Note("Resize"); });
   sizable.SetInnerSize(9000, 6000);
-  EXPECT_EQ(resizes, 0);
+  form.Note("restored");
   sizable.showNormal();
-  EXPECT_EQ(resizes, 1);
+  form.Note("maximised");
   sizable.showMaximized();
   Settle();
   EXPECT_GT(sizable.ScaleWidth(), 9510);
-  EXPECT_EQ(resizes, 2);
+  EXPECT_EQ(form.Transcript(), "restored Resize maximised Resize");
 }
 
-TEST_F(FormTest, MeasuresInItsMeasuringFontAlone) {
-  form.SetMeasuringFont(form.cmdConnect.font());
+TEST_F(FormTest, MeasuresInItsMeasuringFontAloneAndAFrameKeepsItsFontForItself) {
   ASSERT_TRUE(form.SetMeasuringFontSize(20));
   EXPECT_FALSE(form.SetMeasuringFontSize(0) || form.SetMeasuringFontSize(400.25));
   EXPECT_GT(form.TextHeight(QStringLiteral("x")), 20.0 * 20);  // a point is 20 twips, and a line is more
-  EXPECT_LT(form.TextHeight(QStringLiteral("x")), 20.0 * 30);
-  EXPECT_EQ(FontSize(form.cmdConnect), kDefaultPoints);
+  SetFontSize(form.fraState, 6);
+  SetBold(form.fraState, true);
+  EXPECT_TRUE(FontSize(form.optOnline) == kDefaultPoints && !Bold(form.optOnline));
 }
 
 TEST_F(FormTest, AMessageIsNotClosedByAKeyThatWasHeldBefore) {
   form.Show();
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
     QMessageBox box(&form);
-    box.setText(QStringLiteral("Unable to use COM3"));
     box.open();
-    QWidget& receiver = box.focusWidget() != nullptr ? *box.focusWidget() : box;
-    QKeyEvent repeat(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
-    QCoreApplication::sendEvent(&receiver, &repeat);
+    PostRepeats(box, key, 1);
+    Settle();
     EXPECT_TRUE(box.isVisible());
-    QTest::keyClick(&receiver, key);
+    QTest::keyClick(&box, key);
     EXPECT_FALSE(box.isVisible());
   }
 }

@@ -1,3 +1,5 @@
+#include <QTimer>
+
 #include "forms/test_form.h"
 #include "support/late_input.h"
 
@@ -7,142 +9,81 @@ namespace {
 
 using namespace test;
 
-/// Inputs that are delivered long after they were made.
+/// Inputs that are delivered long after they were made: "mark" remembers the moment, and those that follow "late" were
+/// made then, those that follow "fresh" now.
 class InputTest : public ControlTest {
  protected:
   void SetUp() override {
     ControlTest::SetUp();
     form.optOnline.Select();
+    form.verbs["mark"] = [this](QWidget&) { marked = clock.Now(); };
+    form.verbs["late"] = [this](QWidget&) { late = true; };
+    form.verbs["fresh"] = [this](QWidget&) { late = false; };
+    form.verbs["down"] = [this](QWidget& at) { DeliverMouse(at, QEvent::MouseButtonPress, Made(), QPoint(5, 5)); };
+    form.verbs["up"] = [this](QWidget& at) { DeliverMouse(at, QEvent::MouseButtonRelease, Made(), QPoint(5, 5)); };
+    form.verbs["tap"] = [this](QWidget& control) { DeliverClick(control, Made()); };
+    form.verbs["enter"] = [this](QWidget&) { DeliverKey(form, Qt::Key_Return, Made()); };
+    form.verbs["tab"] = [this](QWidget&) { DeliverKey(form, Qt::Key_Tab, Made()); };
+    form.verbs["arrow"] = [this](QWidget&) { DeliverKey(form, Qt::Key_Right, Made()); };
+    form.verbs["access"] = [this](QWidget&) { DeliverKey(form, Qt::Key_C, Made(), Qt::AltModifier); };
+    form.verbs["close"] = [this](QWidget&) { DeliverClose(form, clock, Made()); };
+    form.verbs["caption"] = [this](QWidget&) { form.cmdConnect.SetCaption(QStringLiteral("Dis&connect")); };
+    form.verbs["colour"] = [this](QWidget&) { form.cmdConnect.SetBackground(Qt::red); };
+    form.verbs["move"] = [](QWidget& control) { control.move(control.pos() + QPoint(10, 0)); };
+    form.verbs["raise"] = [this](QWidget&) { form.HideAndShow(); };
+    form.verbs["aim"] = [](QWidget& control) { control.setFocus(Qt::MouseFocusReason); };
+    form.verbs["cover"] = [this](QWidget&) {
+      TestForm front;
+      QTimer::singleShot(0, &front, [&] { front.UnloadForm(); });
+      front.ShowModal();
+      form.activateWindow();
+    };
+    QObject::connect(&form, &Form::Unload, &form, [this] { form.Note("Unload"); });
   }
 
+  platform::Moment Made() { return late ? marked : clock.Now(); }
+
   ManualClock clock;
-};
-
-struct Change {
-  const char* what;
-  std::function<void(TestForm&)> happens;
-  bool drawn = false;  ///< at once
-};
-
-/// What happens while a modal form stands in front of `form` and closes again.
-void CoverForAWhile(TestForm& form) {
-  TestForm front;
-  QMetaObject::invokeMethod(
-      &front, [&] { front.UnloadForm(); }, Qt::QueuedConnection);
-  front.ShowModal();
-  form.activateWindow();
-}
-
-const std::vector<Change> kChanges = {
-    {"another caption", [](TestForm& form) { form.cmdConnect.SetCaption(QStringLiteral("Dis&connect")); }},
-    {"another colour", [](TestForm& form) { form.cmdConnect.SetBackground(Qt::red); }},
-    {"off and on",
-     [](TestForm& form) {
-       form.cmdConnect.setEnabled(false);
-       form.cmdConnect.setEnabled(true);
-     }},
-    {"away and back",
-     [](TestForm& form) {
-       form.cmdConnect.hide();
-       form.cmdConnect.show();
-     }},
-    {"another place", [](TestForm& form) { Place(form.cmdConnect, 150, 0, 1500, 450); }},
-    {"a frame comes to the front", [](TestForm& form) { form.HideAndShow(); }},
-    {"a modal form in front", CoverForAWhile, true},
+  platform::Moment marked = 0;
+  bool late = false;
 };
 
 TEST_F(InputTest, WhatWasMadeAheadOfAChangeIsLostUntilTheChangeWasSeen) {
-  for (const Change& change : kChanges) {
-    const platform::Moment before = clock.Now();
-    change.happens(form);
-    form.cmdConnect.setFocus(Qt::MouseFocusReason);
-    const auto actAll = [&](platform::Moment made) {
-      DeliverClick(form.cmdConnect, made);
-      DeliverKey(form, Qt::Key_Return, made);
-      DeliverKey(form, Qt::Key_C, made, Qt::AltModifier);
-      return form.Transcript();
-    };
-    EXPECT_EQ(actAll(before), "") << change.what;
-    if (!change.drawn) {
-      EXPECT_EQ(actAll(clock.Now()), "") << change.what << ", not drawn yet";
-    }
-    BringToFront(form);
-    EXPECT_EQ(actAll(before), "") << change.what << ", drawn since";
-    EXPECT_EQ(actAll(clock.Now()), "Connect Connect Connect") << change.what;
+  for (const std::string change : {"caption", "colour", "disable cmdConnect, enable cmdConnect",
+                                   "hide cmdConnect, show cmdConnect", "move cmdConnect", "raise", "cover"}) {
+    const std::string all = "tap cmdConnect, enter, access";
+    const std::string undrawn = change != "cover" ? ", fresh, " + all : "";
+    form.Expect("mark, late, " + change + ", aim cmdConnect, " + all + undrawn + " ->; return, late, " + all +
+                " ->; fresh, " + all + " -> Connect Connect Connect");
   }
 }
 
 TEST_F(InputTest, AButtonThatChangesUnderThePressIsNotClicked) {
-  DeliverMouse(form.cmdConnect, QEvent::MouseButtonPress, clock.Now(), QPoint(5, 5));
-  const platform::Moment released = clock.Now();
-  form.cmdConnect.SetCaption(QStringLiteral("Dis&connect"));
-  Settle();
-  DeliverMouse(form.cmdConnect, QEvent::MouseButtonRelease, released, QPoint(5, 5));
-  EXPECT_EQ(form.Transcript(), "");
+  form.Expect("down cmdConnect, mark, caption, wait, late, up cmdConnect ->");
 }
 
 TEST_F(InputTest, AKeyNeedsAFocusThatTheOperatorGaveOrSaw) {
-  form.optOnline.setFocus();
-  Settle();
-  form.Transcript();
-  const platform::Moment typed = clock.Now();
-  form.optOnline.setEnabled(false);  // the focus goes to the button
-  EXPECT_EQ(form.Focused(), "cmdConnect");
-  DeliverKey(form, Qt::Key_Return, typed);
-  Settle();
-  DeliverKey(form, Qt::Key_Return, typed);
-  EXPECT_EQ(form.Transcript(), "");
-  DeliverKey(form, Qt::Key_Return, clock.Now());
-  EXPECT_EQ(form.Transcript(), "Connect") << "seen there since";
-
-  form.txtGain.setFocus();
-  Settle();
-  const platform::Moment ahead = clock.Now();
-  DeliverKey(form, Qt::Key_Tab, ahead);
-  DeliverKey(form, Qt::Key_Tab, ahead + 1);
-  DeliverKey(form, Qt::Key_Return, ahead + 2);
-  EXPECT_EQ(form.Transcript(), "Connect") << "typed ahead, by way of the other field";
+  form.Expect(
+      "focus optOnline -> Online; mark, late, disable optOnline, enter -> @cmdConnect; enter ->; "
+      "fresh, enter -> Connect; "                                   // seen there since
+      "focus txtGain ->; mark, late, tab, tab, enter -> Connect");  // typed ahead, by way of the other field
 }
 
 TEST_F(InputTest, AFormClosesWhenItWasInFrontAtTheRequest) {
-  const platform::Moment behind = clock.Now();
-  CoverForAWhile(form);
-  DeliverClose(form, clock, behind);
-  BringToFront(form);
-  DeliverClose(form, clock, behind);
-  EXPECT_FALSE(form.Unloaded());
-  DeliverClose(form, clock, clock.Now());
-  EXPECT_TRUE(form.Unloaded());
+  form.Expect("mark, late, cover, close ->; return, close ->; fresh, close -> Unload");
 }
 
 TEST_F(InputTest, AnOptionActsAheadOfWhateverWasPressedAfterIt) {
-  QObject::connect(&form, &Form::Unload, &form, [this] { form.Note("Unload"); });
-  const std::vector<std::pair<std::function<void()>, const char*>> next = {
-      {[this] { DeliverClick(form.cmdConnect, clock.Now()); }, "Standby Connect"},
-      {[this] { DeliverClick(form.optRFMute, clock.Now()); }, "Standby RFMute!"},
-      {[this] { DeliverKey(form, Qt::Key_C, clock.Now(), Qt::AltModifier); }, "Standby Connect"},
-      {[this] { DeliverKey(form, Qt::Key_Right, clock.Now()); }, "Standby Online"},
-      {[this] { DeliverClose(form, clock, clock.Now()); }, "Standby Unload"},
-  };
-  for (const auto& [act, raised] : next) {
-    form.cmdConnect.setFocus();
-    form.optOnline.Select();
-    Settle();
-    form.Transcript();
-    DeliverClick(form.optStandby, clock.Now());
-    EXPECT_EQ(form.Transcript(), "") << "not inside the toolkit's event";
-    act();
-    Settle();
-    EXPECT_EQ(form.Transcript(), raised);
-  }
+  form.Expect(
+      "tap optStandby, tap cmdConnect -> Standby Connect; focus cmdConnect, select optOnline ->; "
+      "tap optStandby, tap optRFMute -> Standby RFMute!; focus cmdConnect, select optOnline ->; "
+      "tap optStandby, access -> Standby Connect; focus cmdConnect, select optOnline ->; "
+      "tap optStandby, arrow -> Standby Online; focus cmdConnect ->; tap optStandby, close -> Standby Unload");
 }
 
 TEST_F(InputTest, AnOptionThatWentMeanwhileStillActedFirst) {
   QObject::connect(&form.optStandby, &OptionButton::GotFocus, &form, [this] { form.cmdConnect.setEnabled(false); });
-  const platform::Moment made = clock.Now();
-  DeliverClick(form.optStandby, made);
-  DeliverClick(form.cmdConnect, made);
-  EXPECT_EQ(form.Transcript(), "Standby") << "and the button it took away is not pressed";
+  form.Expect("mark, late, tap optStandby, tap cmdConnect -> Standby");  // the button it took away is not pressed
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include "fuzz.h"
 #include "link/send_command.h"
+#include "support/plain_port.h"
 
 namespace {
 
@@ -30,26 +31,12 @@ class NoYield final : public platform::Yielder {
 };
 
 /// A line that answers each request with the next stretch of noise, up to the next line feed.
-class NoisyPort final : public platform::SerialPort {
+class NoisyPort final : public test::PlainPort {
  public:
   explicit NoisyPort(std::string_view noise) : m_noise(noise) {}
 
-  int CommPort() const override { return 1; }
-  bool SetCommPort(int) override { return false; }
-  std::string Settings() const override { return "9600,n,8,1"; }
-  bool SetSettings(std::string_view) override { return false; }
-  int Handshaking() const override { return 0; }
-  bool SetHandshaking(int) override { return false; }
-  bool PortOpen() const override { return true; }
-  bool SetPortOpen(bool) override { return true; }
-  bool SetInputMode(int) override { return true; }
-  std::string OpenFailure() const override { return {}; }
-  void SetRTSEnable(bool) override {}
-  bool CTSHolding() const override { return true; }
   int InBufferCount() override { return static_cast<int>(m_input.size()); }
   void DiscardInput() override { m_input = {}; }
-  int OutBufferCount() override { return 0; }
-  void DiscardOutput() override {}
   void Output(std::string_view) override {
     const std::size_t end = std::min(m_noise.find('\n'), m_noise.size());
     m_input = m_noise.substr(0, end);
@@ -61,7 +48,6 @@ class NoisyPort final : public platform::SerialPort {
     m_input.remove_prefix(1);
     return byte;
   }
-  bool DevicePresent() override { return true; }
 
  private:
   std::string_view m_noise;

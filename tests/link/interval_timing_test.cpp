@@ -27,8 +27,10 @@ TEST_F(IntervalTimingTest, ADeadlineIsRoundedToTheNearestCountAndReachedWhenEqua
   EXPECT_EQ(m_timing.MakeDeadline(0.29) - now, 290'000) << "not a count less for a fraction cut off";
 
   const Deadline deadline = m_timing.MakeDeadline(0.05);
+  EXPECT_EQ(m_timing.MillisecondsLeft(deadline), 50);
   m_counter.AdvanceTo(deadline - 1);
   EXPECT_FALSE(m_timing.DeadlineReached(deadline));
+  EXPECT_EQ(m_timing.MillisecondsLeft(deadline - 51'000), 0);
   m_counter.AdvanceTo(deadline);
   EXPECT_TRUE(m_timing.DeadlineReached(deadline));
 }

@@ -30,8 +30,9 @@ class OptionsTest : public ProgramTest {
     QCoreApplication::processEvents();
   }
 
-  void Press(QWidget& receiver, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-    QTest::keyClick(&receiver, key, modifiers);
+  /// A key to what has the focus.
+  void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    QTest::keyClick(Front().focusWidget(), key, modifiers);
     QCoreApplication::processEvents();
   }
 
@@ -51,12 +52,19 @@ class OptionsTest : public ProgramTest {
     EXPECT_EQ(box.currentText().toStdString(), entry);
   }
 
+  /// What the lists show, the selected options, and which of the two frames is free.
   std::string Shown() {
     std::string text;
     for (const char* list : {"cboPort", "cboSpeed", "cboParity", "cboDataBits", "cboStopBits"}) {
       text += Find<forms::ComboBox>(list).currentText().toStdString() + ' ';
     }
-    return text + SelectedOptions();
+    text += SelectedOptions() + ';';
+    for (const char* frame : {"fraFlow", "fraRS485"}) {
+      const bool options = Find<QWidget>(frame).findChild<forms::OptionButton*>()->isEnabled();
+      EXPECT_EQ(Find(frame).isEnabled(), options) << frame;
+      if (options) text += std::string(" ") + frame;
+    }
+    return text;
   }
 
   std::string Stored() {
@@ -77,29 +85,27 @@ TEST_F(OptionsTest, ShowsWhatIsInForceAndRewritesItAll) {
   Start();
   EXPECT_EQ(Choose([this] {
               EXPECT_EQ(Title(), "Software Options: Tarnwell v2.01");
-              EXPECT_EQ(Shown(), "Com1 9600 None 8 1 opt485Control(0) optAudibleOn optFlow(0) optRS232");
-              EXPECT_TRUE(Find("fraFlow").isEnabled() && Find("optFlow(1)").isEnabled());
-              EXPECT_FALSE(Find("fraRS485").isEnabled() || Find("opt485Control(1)").isEnabled());
+              EXPECT_EQ(Shown(), "Com1 9600 None 8 1 opt485Control(0) optAudibleOn optFlow(0) optRS232; fraFlow");
               EXPECT_FALSE(Find("fraLevels").isVisible());
               Click("cmdOK");
             }),
             kAllRewritten);
   EXPECT_EQ(Stored(), "9600,n,8,1|1|0|True|False|True|0|") << "the address is none of its business";
 
-  SaveProperty("Settings", "300,o,7,2");
-  SaveProperty("CommPort", "3");
-  SaveProperty("Handshaking", "2");
-  SaveProperty("AudibleNotify", "False");
-  SaveProperty("RS485Control", "1");
+  for (const auto& [key, text] : {std::pair{"Settings", "300,o,7,2"},
+                                  {"CommPort", "3"},
+                                  {"Handshaking", "2"},
+                                  {"AudibleNotify", "False"},
+                                  {"RS485Control", "1"}}) {
+    SaveProperty(key, text);
+  }
   Start();
   Choose([this] {
-    EXPECT_EQ(Shown(), "Com3 300 Odd 7 2 opt485Control(1) optAudibleOff optFlow(1) optRS232");
+    EXPECT_EQ(Shown(), "Com3 300 Odd 7 2 opt485Control(1) optAudibleOff optFlow(1) optRS232; fraFlow");
     Click("optRS4xx");
-    EXPECT_EQ(Shown(), "Com3 300 Odd 7 2 opt485Control(1) optAudibleOff optFlow(0) optRS4xx");
-    EXPECT_FALSE(Find("fraFlow").isEnabled() || Find("optFlow(0)").isEnabled());
-    EXPECT_TRUE(Find("fraRS485").isEnabled() && Find("opt485Control(0)").isEnabled());
+    EXPECT_EQ(Shown(), "Com3 300 Odd 7 2 opt485Control(1) optAudibleOff optFlow(0) optRS4xx; fraRS485");
     Click("optRS232");
-    EXPECT_TRUE(Find("fraFlow").isEnabled() && !Find("fraRS485").isEnabled());
+    EXPECT_EQ(Shown(), "Com3 300 Odd 7 2 opt485Control(1) optAudibleOff optFlow(0) optRS232; fraFlow");
   });
   EXPECT_EQ(Stored(), "300,o,7,2|3|2|False|False|True|1|") << "cancelled";
 }
@@ -118,7 +124,7 @@ TEST_F(OptionsTest, ChoicesByKeysGoToThePortAndTheStore) {
               ClickTab(0);
               EXPECT_TRUE(!Find("fraGeneral").isEnabled() && Find("fraCommunications").isEnabled());
               Click("optRS4xx");
-              Press(Front(), Qt::Key_O, Qt::AltModifier);
+              Press(Qt::Key_O, Qt::AltModifier);
             }),
             "CommPort=2 PortOpen=1 PortOpen=0 Settings=2400,E,7,2 Handshaking=0 RTS=1");
   EXPECT_EQ(Stored(), "2400,e,7,2|2|0|False|False|False|0|");
@@ -126,28 +132,23 @@ TEST_F(OptionsTest, ChoicesByKeysGoToThePortAndTheStore) {
 }
 
 TEST_F(OptionsTest, ARefusalIsToldAndStoresNothing) {
-  struct Case {
-    std::function<void()> refuse;
+  const struct {
+    std::function<void(bool)> refuse;
     const char* port;
     const char* message;
     const char* told;
-  };
-  const Case cases[] = {
-      {[this] { m_port.RefuseOpening("no such device", 3); }, "Com3", "(i) Unable to use COM3 | no such device",
-       "CommPort=3 PortOpen=1(refused) CommPort=1 Settings=300,N,8,1 Handshaking=2"},
-      {[this] { m_port.RefuseSettings(true); }, "Com1", "(i) Unable to use data format or data rate",
-       "Settings=300,N,8,1(refused) Settings=300,N,8,1 Handshaking=2"},
-      {[this] { m_port.RefuseSettings(true); }, "Com2", "(i) Unable to use data format or data rate",
-       "CommPort=2 PortOpen=1 PortOpen=0 Settings=300,N,8,1(refused) Settings=300,N,8,1 Handshaking=2"},
-      {[this] { m_port.RefuseHandshaking(true); }, "Com2", "(i) Unable to use handshaking",
-       "Settings=300,N,8,1 Handshaking=2(refused) Settings=300,N,8,1 Handshaking=2"},
-  };
-  for (const Case& c : cases) {
+  } cases[] = {{[this](bool yes) { m_port.RefuseOpening(yes ? "no such device" : "", 3); }, "Com3",
+                "(i) Unable to use COM3 | no such device",
+                "CommPort=3 PortOpen=1(refused) CommPort=1 Settings=300,N,8,1 Handshaking=2"},
+               {[this](bool yes) { m_port.RefuseSettings(yes); }, "Com2", "(i) Unable to use data format or data rate",
+                "CommPort=2 PortOpen=1 PortOpen=0 Settings=300,N,8,1(refused) Settings=300,N,8,1 Handshaking=2"},
+               {[this](bool yes) { m_port.RefuseHandshaking(yes); }, "Com2", "(i) Unable to use handshaking",
+                "Settings=300,N,8,1 Handshaking=2(refused) Settings=300,N,8,1 Handshaking=2"}};
+  for (const auto& c : cases) {
     Start();
     const std::string before = Stored();
-    const bool audible = Shared().AudibleNotify;
     const std::string told = Choose([&] {
-      c.refuse();
+      c.refuse(true);
       Pick("cboPort", c.port);
       Pick("cboSpeed", "300");
       Click("optFlow(1)");
@@ -156,10 +157,8 @@ TEST_F(OptionsTest, ARefusalIsToldAndStoresNothing) {
       EXPECT_EQ(m_desktop.TakeMessages().join(QLatin1Char(' ')).toStdString(), c.message);
       EXPECT_NE(&Front(), &Main()) << "the dialog stays open";
       EXPECT_EQ(Stored(), before);
-      EXPECT_EQ(Shared().AudibleNotify, audible);
-      m_port.RefuseOpening("");
-      m_port.RefuseSettings(false);
-      m_port.RefuseHandshaking(false);
+      EXPECT_TRUE(Shared().AudibleNotify);
+      c.refuse(false);
       if (c.port == std::string("Com3")) Pick("cboPort", "Com1");
       Click("cmdOK");
     });
@@ -171,27 +170,27 @@ TEST_F(OptionsTest, ARefusalIsToldAndStoresNothing) {
 TEST_F(OptionsTest, InASessionThePortChangesUnderTheStandingPoll) {
   m_replies = AmplifierReplies();
   Start();
-  const auto inSession = [this](const char* port, bool refused) {
-    std::string told;
-    m_yielder.SkipYields(12);
-    m_yielder.OnYield([&] {
-      if (refused) m_port.RefuseOpening("gone", 4);
-      told = Choose([&] {
-        EXPECT_FALSE(Main().tmrFlasher.Enabled() || Main().tmrForcePollResume.Enabled());
-        Pick("cboPort", port);
-        Click("cmdOK");
-      });
-      EXPECT_TRUE(Main().tmrFlasher.Enabled() && Main().tmrForcePollResume.Enabled());
-      EXPECT_EQ(Main().focusWidget(), &Main().cmdConnect);
-      DisconnectAfter(1);
+  m_yielder.SkipYields(12);
+  m_yielder.OnYield([&] {
+    const std::string told = Choose([&] {
+      EXPECT_FALSE(Main().tmrFlasher.Enabled() || Main().tmrForcePollResume.Enabled());
+      Pick("cboPort", "Com2");
+      Click("cmdOK");
     });
-    Connect();
-    return told;
-  };
-  EXPECT_EQ(inSession("Com2", false), "PortOpen=0 CommPort=2 PortOpen=1 Settings=9600,N,8,1 Handshaking=0");
-  EXPECT_EQ(inSession("Com4", true), "PortOpen=0 CommPort=4 PortOpen=1(refused) CommPort=2 PortOpen=1")
-      << "the old port is open again";
-  EXPECT_EQ(m_desktop.TakeMessages(), QStringList(QStringLiteral("(i) Unable to use COM4 | gone")));
+    EXPECT_EQ(told, "PortOpen=0 CommPort=2 PortOpen=1 Settings=9600,N,8,1 Handshaking=0");
+    EXPECT_TRUE(Main().tmrFlasher.Enabled() && Main().tmrForcePollResume.Enabled());
+    EXPECT_EQ(Main().focusWidget(), &Main().cmdConnect);
+    m_port.RefuseOpening("gone", 4);
+    EXPECT_EQ(Choose([&] {
+                Pick("cboPort", "Com4");
+                Click("cmdOK");
+              }),
+              "PortOpen=0 CommPort=4 PortOpen=1(refused) CommPort=2 PortOpen=1")
+        << "the old port is open again";
+    EXPECT_EQ(m_desktop.TakeMessages(), QStringList(QStringLiteral("(i) Unable to use COM4 | gone")));
+    DisconnectAfter(1);
+  });
+  Connect();
 }
 
 TEST_F(OptionsTest, ASessionThatLostItsPortGetsTheNextOneThatOpens) {
@@ -245,13 +244,6 @@ TEST_F(OptionsTest, AnotherKindOfLineIsInForceFromTheNextCommand) {
   EXPECT_EQ(m_told, "RTS=1 S? RTS=0|A?|");
 }
 
-TEST_F(OptionsTest, WithoutASessionTheFlasherStaysOff) {
-  Start();
-  Choose([] {});
-  EXPECT_FALSE(Main().tmrFlasher.Enabled());
-  EXPECT_TRUE(Main().tmrForcePollResume.Enabled());
-}
-
 TEST_F(OptionsTest, HandEditedValuesOutsideTheListsAreShownAndKept) {
   SaveProperty("Settings", "19200,m,5,1");
   SaveProperty("CommPort", "7");
@@ -259,7 +251,7 @@ TEST_F(OptionsTest, HandEditedValuesOutsideTheListsAreShownAndKept) {
   SaveProperty("RS485Control", "5");
   Start();
   EXPECT_EQ(Choose([this] {
-              EXPECT_EQ(Shown(), "Com7 19200  5 1 opt485Control(0) optAudibleOn optFlow(0) optRS4xx");
+              EXPECT_EQ(Shown(), "Com7 19200  5 1 opt485Control(0) optAudibleOn optFlow(0) optRS4xx; fraRS485");
               Click("cmdOK");
               EXPECT_EQ(m_desktop.TakeMessages().size(), 1) << "a parity that isn't offered must be chosen anew";
               Pick("cboParity", "Odd");
@@ -271,23 +263,21 @@ TEST_F(OptionsTest, HandEditedValuesOutsideTheListsAreShownAndKept) {
 
 TEST_F(OptionsTest, EscapeAndEnterWhateverHasTheFocus) {
   Start();
-  for (const char* focused : {"cmdCancel", "cboSpeed", "optRS232"}) {
-    EXPECT_EQ(Choose([&] {
-                Find(focused).setFocus();
-                Press(*Front().focusWidget(), Qt::Key_Escape);
-                EXPECT_EQ(&Front(), &Main()) << focused;
-              }),
-              "");
-    EXPECT_EQ(Choose([&] {
-                Find(focused).setFocus();
-                Press(*Front().focusWidget(), Qt::Key_Return);
-              }),
-              focused == std::string("cmdCancel") ? "" : kAllRewritten);
+  for (const auto& [focused, told] :
+       {std::pair{"cmdCancel", ""}, {"cboSpeed", kAllRewritten}, {"optRS232", kAllRewritten}}) {
+    for (const Qt::Key key : {Qt::Key_Escape, Qt::Key_Return}) {
+      EXPECT_EQ(Choose([&, name = focused] {
+                  Find(name).setFocus();
+                  Press(key);
+                  EXPECT_EQ(&Front(), &Main()) << name;
+                }),
+                key == Qt::Key_Return ? told : "");
+    }
   }
   EXPECT_EQ(Choose([&] {
               Find("cboSpeed").setFocus();
               ClickTab(1);
-              Press(*Front().focusWidget(), Qt::Key_Return);
+              Press(Qt::Key_Return);
             }),
             kAllRewritten)
       << "the page that went behind took its focus with it";

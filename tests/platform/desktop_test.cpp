@@ -16,9 +16,9 @@
 namespace tarnwell::platform {
 namespace {
 
-/// Shows the message and runs `look` on its box, which must close it.
+/// Shows the message and runs `look` on its box, which must close it. False where no box came.
 template <typename Look>
-void Show(const Message& message, Look look) {
+bool Show(const Message& message, Look look) {
   bool seen = false;
   QTimer lookout;
   lookout.callOnTimeout([&] {
@@ -34,43 +34,34 @@ void Show(const Message& message, Look look) {
   });
   lookout.start(0);
   ToolkitDesktop().ShowMessage(message);
-  EXPECT_TRUE(seen);
+  return seen;
 }
 
 TEST(Desktop, AWindowThatWasToCloseIsClosedAheadOfTheMessage) {
   QWidget window;
   window.show();
   QCoreApplication::postEvent(window.windowHandle(), new QCloseEvent);
-  bool seen = false;
-  QTimer lookout;
-  lookout.callOnTimeout([&] {
-    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (box == nullptr) return;
-    seen = true;
-    box->close();
-  });
-  lookout.start(0);
-  ToolkitDesktop().ShowMessage({QStringLiteral("Connection Failed")});
+  EXPECT_FALSE(Show({QStringLiteral("Connection Failed")}, [](QMessageBox&) {})) << "with no window left";
   EXPECT_FALSE(window.isVisible());
-  EXPECT_FALSE(seen) << "with no window left";
 }
 
 TEST(Desktop, AMessageShowsItsTextsAsTheyAreAndClosesByKey) {
   const QString text = QStringLiteral("<b>Unable</b> to open COM1\x1B");
   const QString details = QStringLiteral("<i>/dev/ttyUSB0</i>: in use");
-  Show({text, MessageIcon::kWarning, details}, [&](QMessageBox& box) {
+  EXPECT_TRUE(Show({text, MessageIcon::kWarning, details}, [&](QMessageBox& box) {
     EXPECT_EQ(box.icon(), QMessageBox::Warning);
     EXPECT_EQ(box.text(), QStringLiteral("<b>Unable</b> to open COM1\uFFFD"));
     EXPECT_EQ(box.informativeText(), details);
     const auto labels = box.findChildren<QLabel*>();
     EXPECT_GE(labels.size(), 2);
     for (const QLabel* label : labels) EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->text().toStdString();
+    EXPECT_TRUE(box.textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
     QTest::keyClick(&box, Qt::Key_Escape);
-  });
-  Show({text, MessageIcon::kCritical}, [](QMessageBox& box) {
+  }));
+  EXPECT_TRUE(Show({text, MessageIcon::kCritical}, [](QMessageBox& box) {
     EXPECT_EQ(box.icon(), QMessageBox::Critical);
     QTest::keyClick(QApplication::focusWidget() == nullptr ? &box : QApplication::focusWidget(), Qt::Key_Return);
-  });
+  }));
 }
 
 TEST(Desktop, TheFileDialogGivesThePathAsTyped) {
@@ -109,12 +100,10 @@ TEST(Desktop, AFileIsProposedWhereItCanBeWritten) {
 }
 
 TEST(Desktop, TheBusyPointerIsNotCounted) {
-  ToolkitDesktop desktop;
-  desktop.SetBusyPointer(true);
-  desktop.SetBusyPointer(true);
-  EXPECT_NE(QApplication::overrideCursor(), nullptr);
-  desktop.SetBusyPointer(false);
-  EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+  for (const bool busy : {true, true, false}) {
+    ToolkitDesktop().SetBusyPointer(busy);
+    EXPECT_EQ(QApplication::overrideCursor() != nullptr, busy);
+  }
 }
 
 }  // namespace

@@ -125,13 +125,21 @@ TEST_F(QtSerialPortTest, MovesBytesWithoutAnEventLoop) {
   EXPECT_EQ(m_port.OutBufferCount(), 0);
 }
 
-TEST_F(QtSerialPortTest, LooksAtAnEmptyLineForAboutAMillisecond) {
+TEST_F(QtSerialPortTest, RestsInTheSystemUntilAByteComes) {
   OpenLine();
   const std::int64_t start = Count();
   const std::int64_t busy = ProcessorTime();
-  for (int look = 0; look < 20; ++look) EXPECT_EQ(m_port.InBufferCount(), 0);
-  EXPECT_GE(Count() - start, Milliseconds(15));
-  EXPECT_LT(ProcessorTime() - busy, Milliseconds(10));
+  for (int look = 0; look < 10; ++look) EXPECT_EQ(m_port.InBufferCount(), 0);
+  m_port.AwaitInput(10);
+  EXPECT_GE(Count() - start, Milliseconds(17));
+  m_line->Write("~");
+  m_port.AwaitInput(60'000);
+  EXPECT_EQ(m_port.InBufferCount(), 1);
+  m_line.reset();
+  EXPECT_TRUE(m_port.SetSettings("9600,n,8,1"));
+  m_port.AwaitInput(20);
+  EXPECT_GE(Count() - start, Milliseconds(37)) << "also for a device that is gone";
+  EXPECT_LT(ProcessorTime() - busy, Milliseconds(15));
 }
 
 TEST_F(QtSerialPortTest, AFormatIsTakenBeforeTheLineOpensAndOneRefusedLaterLeavesIt) {
@@ -186,23 +194,25 @@ TEST_F(QtSerialPortTest, APulledAdapterCostsNothingAndComesBackUnderItsLink) {
   EXPECT_LT(ProcessorTime() - busy, Milliseconds(20));
   EXPECT_FALSE(m_port.DevicePresent());
   EXPECT_TRUE(m_port.PortOpen()) << "it is the operator who closes it";
-  m_port.Output("{lost}");
-  EXPECT_TRUE(m_port.SetSettings("1200,n,8,1"));
-
   m_line.emplace();
   LinkPort(m_line->Path());
   EXPECT_TRUE(m_port.DevicePresent());
-  ExpectOnTheLine(B1200, false);
+  ExpectExchange();
 }
 
-TEST_F(QtSerialPortTest, APullInTheMiddleOfAnExchangeIsSilence) {
+TEST_F(QtSerialPortTest, APullInTheMiddleOfAnExchangeIsSilenceAndAFormatGivenThenHolds) {
   OpenLine();
   m_line.reset();
+  EXPECT_TRUE(m_port.SetSettings("2400,n,8,2")) << "nobody has noticed yet that it is gone";
   m_port.Output("{AS?0}");
   EXPECT_EQ(m_port.InBufferCount() + m_port.OutBufferCount(), 0);
   m_port.SetRTSEnable(true);
-  EXPECT_FALSE(m_port.CTSHolding());
-  EXPECT_FALSE(m_port.DevicePresent());
+  EXPECT_FALSE(m_port.CTSHolding() || m_port.DevicePresent());
+  m_line.emplace();
+  LinkPort(m_line->Path());
+  EXPECT_TRUE(m_port.DevicePresent());
+  ExpectOnTheLine(B2400, true);
+  m_line.reset();
   EXPECT_TRUE(m_port.SetPortOpen(false)) << "closed by the operator while it is gone";
 }
 

@@ -56,6 +56,20 @@ TEST_F(YieldTest, WaitsInTheSystemUntilTheDeadlineAndNoLonger) {
   EXPECT_LT(ClockMilliseconds(CLOCK_THREAD_CPUTIME_ID) - busy, 10);
 }
 
+TEST_F(YieldTest, TheCounterRestsUntilShortlyBeforeACountAndNeverLater) {
+  const double busy = ClockMilliseconds(CLOCK_THREAD_CPUTIME_ID);
+  int late = 0;
+  for (int rest = 0; rest < 20; ++rest) {
+    const std::int64_t end = After(5);
+    m_counter.RestUntil(end);
+    late += After(0) > end ? 1 : 0;
+  }
+  EXPECT_LT(late, 20) << "but where others have the processor";
+  EXPECT_GE(Elapsed(), 20 * 3);
+  EXPECT_LT(ClockMilliseconds(CLOCK_THREAD_CPUTIME_ID) - busy, 20);
+  m_counter.RestUntil(After(-1000));
+}
+
 TEST_F(YieldTest, AnEventEndsTheWaitEarly) {
   QTimer click;
   click.setSingleShot(true);

@@ -23,63 +23,48 @@ class PollCycleTest : public ProgramTest {
 };
 
 TEST_F(PollCycleTest, LinkLostAndRegained) {
-  Start();
-  m_replies = AmplifierReplies();
-  TellTitles();
-  m_yielder.SkipYields(1);
-  m_yielder.OnYield([this] {
-    m_story.clear();
-    m_silent = true;
-  });
-  m_yielder.OnYield([this] {
-    EXPECT_EQ(m_story, "VR? VR? VR? [Lost Connection to 240W C-BAND Retrying...] ");
-    EXPECT_EQ(EnabledControls(), "cmdConnect fraCommsConnect");
-    EXPECT_EQ(CaptionOf("lblRFLevel"), "12.3 dBm") << "the last value stays, greyed";
-    EXPECT_TRUE(Main().tmrFlasher.Enabled()) << "a flash goes on through a lost link";
-  });
-  m_yielder.OnYield([this] {
-    m_silent = false;
-    m_story.clear();
-  });
-  m_yielder.OnYield([this] {
-    EXPECT_EQ(m_story, "VR? [Connected to 240W C-BAND] G? ");
-    EXPECT_TRUE(Find("optOnline").isEnabled() && Find("lblRFLevel").isEnabled());
-    EXPECT_FALSE(Find("txtConnectAddress").isEnabled());
-  });
-  DisconnectAfter(1);
-  Connect();
-  EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
-}
-
-TEST_F(PollCycleTest, AControllerIsNotAskedForAGainWhenItComesBack) {
-  Start();
-  m_replies = ControllerReplies();
-  TellTitles();
-  m_yielder.OnYield([this] { m_silent = true; });
-  m_yielder.OnYield([this] {
-    m_silent = false;
-    m_story.clear();
-  });
-  m_yielder.OnYield([this] { EXPECT_EQ(m_story, "CM? [Connected to 7316 RCP] "); });
-  DisconnectAfter(1);
-  Connect();
-}
-
-TEST_F(PollCycleTest, LockoutHoldsOverALostLink) {
-  Start();
-  m_replies = AmplifierReplies();
-  m_replies["S?"] = "S=OTZ";
-  TellTitles();
-  m_yielder.SkipYields(1);
-  m_yielder.OnYield([this] { m_silent = true; });
-  m_yielder.OnYield([this] { m_silent = false; });
-  m_yielder.OnYield([this] {
-    EXPECT_EQ(Title(), "Vorel Tarnwell v2.01 : Connected to 240W C-BAND");
-    EXPECT_TRUE(Find("lblRFLevel").isEnabled() && Find("cmdViewAlarms").isEnabled());
-    EXPECT_FALSE(Find("optOnline").isEnabled() || Find("txtGainAdjust").isEnabled());
-  });
-  DisconnectAfter(1);
-  Connect();
+  ReplyTable locked = AmplifierReplies();
+  locked["S?"] = "S=OTZ";
+  const struct {
+    ReplyTable replies;
+    const char* lost;
+    const char* back;
+    const char* control;  ///< free again when it is back, unless the device is locked
+  } cases[] = {{AmplifierReplies(), "VR? VR? VR? [Lost Connection to 240W C-BAND Retrying...] ",
+                "VR? [Connected to 240W C-BAND] G? ", "optOnline"},
+               {ControllerReplies(), "CM? CM? CM? [Lost Connection to 7316 RCP Retrying...] ",
+                "PA? [Connected to 7316 RCP] ", "opt7316Auto"},
+               {locked, "VR? VR? VR? [Lost Connection to 240W C-BAND Retrying...] ",
+                "VR? [Connected to 240W C-BAND] G? ", "lblRFLevel"}};
+  for (const auto& c : cases) {
+    Start();
+    m_replies = c.replies;
+    TellTitles();
+    m_yielder.SkipYields(1);
+    m_yielder.OnYield([this] {
+      m_story.clear();
+      m_silent = true;
+    });
+    m_yielder.OnYield([&] {
+      EXPECT_EQ(m_story, c.lost);
+      EXPECT_EQ(EnabledControls(), "cmdConnect fraCommsConnect");
+      EXPECT_TRUE(m_replies.count("VR?") == 0 || CaptionOf("lblRFLevel") == "12.3 dBm") << "the last value stays";
+      EXPECT_TRUE(Main().tmrFlasher.Enabled()) << "a flash goes on through a lost link";
+    });
+    m_yielder.OnYield([this] {
+      m_silent = false;
+      m_story.clear();
+    });
+    m_yielder.OnYield([&] {
+      EXPECT_EQ(m_story, c.back);
+      EXPECT_TRUE(Find(c.control).isEnabled() && Find("cmdViewAlarms").isEnabled());
+      EXPECT_NE(Find("optREM").isEnabled(), m_replies["S?"] == "S=OTZ") << "a lockout holds over a lost link";
+      EXPECT_FALSE(Find("txtConnectAddress").isEnabled());
+    });
+    DisconnectAfter(1);
+    Connect();
+    EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
+  }
 }
 
 TEST_F(PollCycleTest, WatchdogActsOnTheSecondTickWithoutABeat) {
@@ -96,7 +81,13 @@ TEST_F(PollCycleTest, WatchdogActsOnTheSecondTickWithoutABeat) {
     EXPECT_EQ(tick(), 1);
     EXPECT_TRUE(Main().isVisible() && !Main().Unloaded());
   });
-  m_yielder.OnYield([&] { EXPECT_EQ(tick(), 0) << "the pass in between was a beat"; });
+  m_yielder.OnYield([&] {
+    EXPECT_EQ(tick(), 0) << "the pass in between was a beat";
+    QWidget message;
+    message.setWindowModality(Qt::ApplicationModal);
+    message.show();
+    EXPECT_EQ(tick(), 0) << "a message holds the session up";
+  });
   DisconnectAfter(1);
   Connect();
 }

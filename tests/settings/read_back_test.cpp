@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <sstream>
 
 #include "forms/controls/reading_order.h"
 #include "settings_test.h"
@@ -13,16 +12,6 @@ class ReadBackTest : public SettingsTest {
   bool AnyEnabled(QWidget& page) {
     const std::vector<QWidget*> controls = forms::ReadingOrder(page);
     return std::any_of(controls.begin(), controls.end(), [](auto* control) { return control->isEnabled(); });
-  }
-
-  /// The smallest distance in seconds between two commands of the port's transcript.
-  double SmallestGap() {
-    std::istringstream lines(m_port.TimedTranscript());
-    double before = -1.0;
-    double smallest = 1e9;
-    std::string text;
-    for (double at = 0.0; lines >> at >> text; before = at) smallest = std::min(smallest, at - before);
-    return smallest;
   }
 
   void ExpectClosed(const std::string& when) {
@@ -112,7 +101,7 @@ TEST_F(ReadBackTest, EachDeviceIsAskedForWhatItHasAndShowsIt) {
           const std::string whole = m_port.Commands();
           const bool maintenance = Form().optModeMaint.Value();  // its last query is the point's in view
           EXPECT_EQ(std::count(whole.begin(), whole.end(), '?') - 1 - (maintenance ? 1 : 0), c.count) << name;
-          EXPECT_GE(SmallestGap(), 0.05) << name;
+          EXPECT_GE(m_port.SmallestGap(), 0.05) << name;
           EXPECT_EQ(TakeCommands(), c.commands);
           EXPECT_FALSE(Form().tmrForcePollResume.Enabled());
           EXPECT_EQ(Form().lblHWPlatform.isVisible() ? Form().lblHWPlatform.Caption().toStdString() : "",

@@ -3,7 +3,6 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <algorithm>
-#include <sstream>
 
 #include "platform/text_encoding.h"
 #include "protocol/readings.h"
@@ -74,17 +73,6 @@ class WriterTest : public testing::Test {
     EXPECT_GE(lines.size(), m_complete ? usual.size() - 1 : 1) << command;
     for (const QString& line : usual) lines.removeOne(line);
     return lines.join(QStringLiteral(" | ")).toStdString();
-  }
-
-  void ExpectCommandsApart() {
-    double previous = -1.0;
-    std::istringstream transcript(m_port.TimedTranscript());
-    for (std::string line; std::getline(transcript, line);) {
-      if (line.back() != '?') continue;
-      const double at = std::stod(line);
-      EXPECT_GE(at - previous, 0.05 + 0.02) << line;  // 0.02 s to the answer, and the pause
-      previous = at;
-    }
   }
 
   int Bar() const { return m_form.prgSaveSnapshot.value(); }

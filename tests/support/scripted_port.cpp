@@ -5,14 +5,12 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <limits>
 #include <utility>
 
 namespace tarnwell::test {
 
 namespace {
-
-/// How long the port may look at an empty line before it says so, in counts.
-constexpr std::int64_t kLookTakes = VirtualCounter::kRate / 1000;
 
 char Checksum(std::string_view addressAndText) {
   int sum = 0;
@@ -70,6 +68,17 @@ std::string ScriptedPort::TimedTranscript() const {
   return text;
 }
 
+double ScriptedPort::SmallestGap() const {
+  std::int64_t smallest = std::numeric_limits<std::int64_t>::max();
+  const Entry* before = nullptr;
+  for (const Entry& entry : m_transcript) {
+    if (!entry.isCommand) continue;
+    if (before != nullptr) smallest = std::min(smallest, entry.at - before->at);
+    before = &entry;
+  }
+  return static_cast<double>(smallest) / VirtualCounter::kRate;
+}
+
 bool ScriptedPort::SetCommPort(int number) {
   const bool taken = Take(!m_open && number >= 1 && number <= 256, "CommPort=" + std::to_string(number));
   if (taken) m_commPort = number;
@@ -106,11 +115,14 @@ bool ScriptedPort::SetInputMode(int mode) {
 }
 
 int ScriptedPort::InBufferCount() {
-  if (Arrived() == 0) {
-    const std::int64_t end = m_counter.Now() + kLookTakes;
-    m_counter.AdvanceTo(m_received.empty() ? end : std::min(end, m_received.front().at));
-  }
+  AwaitInput(1);  // as long as a port may look at an empty line
   return Arrived();
+}
+
+void ScriptedPort::AwaitInput(int milliseconds) {
+  if (Arrived() != 0) return;
+  const std::int64_t end = m_counter.Now() + milliseconds * VirtualCounter::kRate / 1000;
+  m_counter.AdvanceTo(m_received.empty() ? end : std::min(end, m_received.front().at));
 }
 
 void ScriptedPort::DiscardInput() { m_received.erase(m_received.begin(), m_received.begin() + Arrived()); }

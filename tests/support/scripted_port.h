@@ -87,6 +87,8 @@ class ScriptedPort final : public platform::SerialPort {
   std::string Commands() const { return Joined(true); }
   /// A line for each: seconds since the port was made, or since the last Take, with five decimals, a blank, the entry.
   std::string TimedTranscript() const;
+  /// The smallest time in seconds from one command to the next since the last Take.
+  double SmallestGap() const;
 
   /// Every opening, or that of one port number, fails with this reason until "" is given.
   void RefuseOpening(std::string reason, int port = 0) {
@@ -115,6 +117,7 @@ class ScriptedPort final : public platform::SerialPort {
   void SetRTSEnable(bool on) override { Record(on ? "RTS=1" : "RTS=0"); }
   bool CTSHolding() const override { return m_ctsHolding; }
   int InBufferCount() override;
+  void AwaitInput(int milliseconds) override;
   void DiscardInput() override;
   int OutBufferCount() override { return m_outBuffered; }
   void DiscardOutput() override { m_outBuffered = 0; }

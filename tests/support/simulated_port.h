@@ -2,7 +2,6 @@
 
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "sim/faults.h"
 #include "sim/frame_server.h"
@@ -23,14 +22,8 @@ class SimulatedPort final : public PlainPort {
 
   /// Commands sent so far, each try counted.
   int Sent() const { return m_sent; }
-  /// Of them, those that ask nothing, since the last call.
-  std::vector<std::string> TakeOrders() { return std::exchange(m_orders, {}); }
   /// Done while a command is on the line.
-  void OnOutput(std::function<void()> act) { m_onOutput = std::move(act); }
-  /// The bytes that were read since the last command went out.
-  const std::string& Read() const { return m_read; }
-  /// What the device made of the last command, before the line's faults.
-  const std::string& TrueReply() const { return m_trueReply; }
+  void OnOutput(std::function<void(const std::string& command)> act) { m_onOutput = std::move(act); }
 
   bool PortOpen() const override { return m_open; }
   bool SetPortOpen(bool open) override {
@@ -46,21 +39,16 @@ class SimulatedPort final : public PlainPort {
 
   void Output(std::string_view bytes) override {
     ++m_sent;
-    if (m_onOutput) m_onOutput();
-    if (bytes[bytes.size() - 3] != '?') m_orders.emplace_back(bytes.substr(2, bytes.size() - 4));
-    m_read.clear();
-    m_trueReply.clear();
+    if (m_onOutput) m_onOutput(std::string(bytes.substr(2, bytes.size() - 4)));
     for (const sim::Exchange& exchange : m_devices.Receive(bytes)) {
-      if (!exchange.reply) continue;
-      m_trueReply = *exchange.reply;
-      m_line.Add(m_counter.Seconds() + kAnswerTime, m_faults.Apply(exchange.frame));
+      if (exchange.reply) m_line.Add(m_counter.Seconds() + kAnswerTime, m_faults.Apply(exchange.frame));
     }
   }
 
   std::uint8_t Input() override {
-    m_read += m_arrived.front();
+    const char byte = m_arrived.front();
     m_arrived.erase(0, 1);
-    return static_cast<std::uint8_t>(m_read.back());
+    return static_cast<std::uint8_t>(byte);
   }
 
  private:
@@ -71,11 +59,8 @@ class SimulatedPort final : public PlainPort {
   sim::Faults& m_faults;
   sim::Outbox m_line{0};
   std::string m_arrived;
-  std::string m_read;
-  std::string m_trueReply;
   int m_sent = 0;
-  std::vector<std::string> m_orders;
-  std::function<void()> m_onOutput;
+  std::function<void(const std::string&)> m_onOutput;
   bool m_open = false;
 };
 

@@ -1,65 +1,17 @@
 #include "forms/controls/input_gate.h"
 
 #include <QApplication>
-#include <QDialog>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPointer>
-#include <algorithm>
-#include <array>
 
 #include "forms/controls/form.h"
+#include "forms/controls/input_events.h"
 
 namespace tarnwell::forms {
 
 namespace {
-
-bool IsTab(const QKeyEvent& key) {
-  const bool plain = (key.modifiers() & (Qt::ControlModifier | Qt::AltModifier)) == 0;
-  return plain && (key.key() == Qt::Key_Tab || key.key() == Qt::Key_Backtab);
-}
-
-bool IsForward(const QKeyEvent& key) { return key.key() == Qt::Key_Tab && (key.modifiers() & Qt::ShiftModifier) == 0; }
-
-/// True where `key` edits a text. Typed fast, equal keys share a millisecond, and the toolkit itself may mark the
-/// second as a repeat of the first.
-bool Edits(const QWidget& receiver, const QKeyEvent& key) {
-  if (IsShortcut(key)) return false;
-  const bool intoText = qobject_cast<const QLineEdit*>(&receiver) != nullptr;
-  if (!key.text().isEmpty() && key.text().front().isPrint()) return intoText || key.key() != Qt::Key_Space;
-  return intoText && (key.key() == Qt::Key_Backspace || key.key() == Qt::Key_Delete);
-}
-
-QWidget* WidgetOf(QWindow& window) { return window.handle() != nullptr ? QWidget::find(window.winId()) : nullptr; }
-
-/// True for the operator's request to close a form. What the program closes itself looks the same to the toolkit.
-bool AsksToClose(QObject& receiver, const QEvent& event) {
-  if (event.type() != QEvent::Close || !event.spontaneous() || !receiver.isWindowType()) return false;
-  const auto* form = qobject_cast<Form*>(WidgetOf(static_cast<QWindow&>(receiver)));
-  return form != nullptr && !form->Unloaded();
-}
-
-/// True for what an operator does with mouse or keys, or by the window's frame.
-bool IsInput(QObject& receiver, const QEvent& event) {
-  constexpr std::array kOthers = {QEvent::Shortcut, QEvent::ContextMenu, QEvent::InputMethod};
-  return event.isInputEvent() || std::find(kOthers.begin(), kOthers.end(), event.type()) != kOthers.end() ||
-         AsksToClose(receiver, event);
-}
-
-/// True for an input that does something by itself, and is no rest of another.
-bool BeginsAnAct(const QEvent& event) {
-  constexpr std::array kActs = {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick, QEvent::Wheel,
-                                QEvent::KeyPress,         QEvent::ShortcutOverride,    QEvent::Close};
-  return std::find(kActs.begin(), kActs.end(), event.type()) != kActs.end();
-}
-
-/// True for a key that closes a message box: held since before the box came, it would close it unread.
-bool AnswersMessage(const QWidget& receiver, const QKeyEvent& key) {
-  const bool answers = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter || key.key() == Qt::Key_Escape;
-  return answers && qobject_cast<const QDialog*>(receiver.window()) != nullptr;
-}
 
 /// Delivers `key` marked as a repeat in its stead.
 void DeliverAsRepeat(QWidget& receiver, QKeyEvent& key) {
@@ -71,12 +23,6 @@ void DeliverAsRepeat(QWidget& receiver, QKeyEvent& key) {
 }
 
 }  // namespace
-
-bool IsShortcut(const QKeyEvent& key) {
-  // Control and Alt together are AltGr on some systems, which brings characters.
-  const auto modifiers = key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
-  return modifiers != 0 && modifiers != (Qt::ControlModifier | Qt::AltModifier);
-}
 
 void HeldKey::Released(int key, quint64 moment) {
   m_key = key;

@@ -14,9 +14,6 @@ class QMouseEvent;
 
 namespace tarnwell::forms {
 
-/// True for a key with modifiers that bring no character: a shortcut or an access key.
-bool IsShortcut(const QKeyEvent& key);
-
 /// Knows the repeats of a held key that the X server sends and the toolkit doesn't mark: a release and a press of the
 /// key at the same moment, in milliseconds of the server's time.
 class HeldKey {

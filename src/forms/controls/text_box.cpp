@@ -3,6 +3,7 @@
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 
+#include "forms/controls/input_events.h"
 #include "forms/controls/input_gate.h"
 
 namespace tarnwell::forms {

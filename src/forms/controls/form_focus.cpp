@@ -1,0 +1,95 @@
+#include <QApplication>
+#include <QMenuBar>
+#include <algorithm>
+
+#include "forms/controls/form.h"
+#include "forms/controls/option_button.h"
+#include "forms/controls/reading_order.h"
+
+// Where the focus goes on a form, and where it is in the operator's eyes.
+
+namespace tarnwell::forms {
+
+namespace {
+
+/// True where Tab stops at `control`: of a group of options at one alone.
+bool IsTabStop(QWidget* control) {
+  if (!TakesFocus(*control) || (control->focusPolicy() & Qt::TabFocus) == 0) return false;
+  auto* option = qobject_cast<OptionButton*>(control);
+  return option == nullptr || option->GroupTabStop() == option;
+}
+
+bool SameGroup(QWidget* a, QWidget* b) {
+  return a != nullptr && qobject_cast<OptionButton*>(a) != nullptr && qobject_cast<OptionButton*>(b) != nullptr &&
+         a->parentWidget() == b->parentWidget();
+}
+
+/// Where in `order` the way goes on from a group of options that has the focus itself: ahead of its first option. From
+/// nowhere it starts at the end of the form.
+int PlaceOfGroup(const std::vector<QWidget*>& order, const QWidget* group, bool forward) {
+  const auto inside = [group](const QWidget* control) { return group != nullptr && group->isAncestorOf(control); };
+  const auto first = std::find_if(order.begin(), order.end(), inside);
+  const auto place = static_cast<int>(first - order.begin());
+  if (first != order.end()) return forward ? place - 1 : place;
+  return forward ? -1 : place;
+}
+
+}  // namespace
+
+void Form::MoveFocus(bool forward) {
+  const std::vector<QWidget*> order = ReadingOrder(*m_inner);
+  const auto count = static_cast<int>(order.size());
+  const auto found = std::find(order.begin(), order.end(), focusWidget());
+  QWidget* current = found != order.end() ? *found : nullptr;
+  int at = current != nullptr ? static_cast<int>(found - order.begin()) : PlaceOfGroup(order, focusWidget(), forward);
+  for (int tried = 0; tried < count; ++tried) {
+    at = (at + (forward ? 1 : count - 1)) % count;
+    QWidget* next = order[static_cast<std::size_t>(at)];
+    if (!IsTabStop(next) || SameGroup(current, next)) continue;
+    next->setFocus(forward ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return;
+  }
+}
+
+// The toolkit asks for this when the focused control is disabled or hidden; the Tab key goes through MoveFocus.
+bool Form::focusNextPrevChild(bool /*next*/) {
+  FocusSafely();
+  return true;
+}
+
+void Form::FocusSafely() {
+  QWidget* target = SafeTarget();
+  // With the focus at nothing the toolkit would give it to the first option when the window is activated again.
+  (target != nullptr ? target : m_inner)->setFocus(Qt::OtherFocusReason);
+}
+
+QWidget* Form::SafeTarget() const {
+  if (m_safeFocus != nullptr && TakesFocus(*m_safeFocus)) return m_safeFocus;
+  std::vector<QWidget*> order = ReadingOrder(*m_inner);
+  const auto current = std::find(order.begin(), order.end(), focusWidget());
+  if (m_safeFocus != nullptr && current != order.end()) std::rotate(order.begin(), current + 1, order.end());
+  const auto safe = std::find_if(order.begin(), order.end(), [](QWidget* control) {
+    return qobject_cast<OptionButton*>(control) == nullptr && IsTabStop(control);
+  });
+  return safe != order.end() ? *safe : nullptr;
+}
+
+void Form::FollowFocus(QWidget* now) {
+  if (now != nullptr) {
+    const bool control = now->window() == this && qobject_cast<QMenuBar*>(now) == nullptr;
+    if (control) m_focusedControl = now != m_inner ? now : nullptr;
+    return;
+  }
+  if (!isActiveWindow() || !isVisible()) return;
+  // A frame that is disabled takes the focus from what stands in it and gives it to nothing. Posted, since a control
+  // that is being destroyed does so too, and it must not get the focus again.
+  m_focusedControl = nullptr;
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (focusWidget() == nullptr) FocusSafely();
+      },
+      Qt::QueuedConnection);
+}
+
+}  // namespace tarnwell::forms
