@@ -55,11 +55,8 @@ class ViewerTest : public ProgramTest {
     for (int i = 0; i < buttons.size(); ++i) {
       if (buttons(i) == nullptr) continue;
       const QColor colour = buttons(i)->Background();
-      const std::string mark = colour == forms::kActiveColour    ? "red"
-                               : colour == forms::kLatchedColour ? "orange"
-                               : colour == forms::kGoodColour    ? ""
-                                                                 : colour.name().toStdString();
-      const std::string state = mark + buttons(i)->Caption().toStdString();
+      std::string state = colour == forms::kActiveColour ? "red" : colour == forms::kLatchedColour ? "orange" : "";
+      state += buttons(i)->Caption().toStdString();
       if (!state.empty()) text += std::to_string(i) + state + ' ';
     }
     return text;
@@ -117,6 +114,7 @@ TEST_F(ViewerTest, AsksEachAmplifierWhatItHas) {
       CloseAfter(20);
     });
     EXPECT_EQ(m_traffic, "CT? " + std::string(c.round) + " " + c.round);
+    EXPECT_EQ(m_port.Commands().substr(m_traffic.size()), " S?") << "the console's poll goes on at its next step";
     EXPECT_EQ(m_texts, c.texts);
   }
 }
@@ -157,6 +155,7 @@ TEST_F(ViewerTest, AcknowledgedUntilTheDeviceDropsTheAlarm) {
       m_port.TakeTranscript();
       ClickOn("cmdClear");
       EXPECT_EQ(m_port.Commands(), "ZA ZA ZA");
+      EXPECT_EQ(Title().substr(0, 17), "SSPA Alarms: Lost") << "at once";
     });
     CloseAfter(1);
   });
@@ -221,41 +220,31 @@ TEST_F(ViewerTest, LinkLostAndRegained) {
 }
 
 TEST_F(ViewerTest, EveryWayOfClosingIt) {
-  const struct {
-    const char* way;
-    std::function<void()> close;
-    const char* traffic;
-  } cases[] = {{"no answer at load", [this] { EXPECT_EQ(Title(), "SSPA Alarms: Lost Connection"); }, "CT? CT? CT?"},
-               {"button before the poll", [this] { ClickOn("cmdExit"); }, "CT?"},
-               {"frame before the poll", [this] { Front().close(); }, "CT?"},
-               {"frame in the poll",
-                [this] {
-                  m_yielder.OnYield([this] {
-                    forms::frmAlarms& viewer = Viewer();
-                    viewer.close();
-                    EXPECT_FALSE(viewer.tmrAlarmBeeper.Enabled() || viewer.tmrForcePollResume.Enabled());
-                  });
-                },
-                "CT? A?"}};
-  for (const auto& c : cases) {
+  const std::tuple<const char*, std::function<void()>, const char*> cases[] = {
+      {"no answer at load", [this] { EXPECT_EQ(Title(), "SSPA Alarms: Lost Connection"); }, "CT? CT? CT?"},
+      {"button before the poll", [this] { ClickOn("cmdExit"); }, "CT?"},
+      {"frame before the poll", [this] { Front().close(); }, "CT?"},
+      {"frame in the poll",
+       [this] {
+         m_yielder.OnYield([this] {
+           forms::frmAlarms& viewer = Viewer();
+           viewer.close();
+           EXPECT_FALSE(viewer.tmrAlarmBeeper.Enabled() || viewer.tmrForcePollResume.Enabled());
+         });
+       },
+       "CT? A?"}};
+  for (const auto& [way, close, traffic] : cases) {
     m_replies = AmplifierReplies();
-    m_beforeOpening = [&] {
-      if (c.traffic == std::string("CT? CT? CT?")) m_replies.erase("CT?");
+    m_beforeOpening = [&, silent = traffic == std::string("CT? CT? CT?")] {
+      if (silent) m_replies.erase("CT?");
     };
-    View([&] {
-      EXPECT_FALSE(Main().tmrFlasher.Enabled() || Main().tmrForcePollResume.Enabled());
-      EXPECT_FALSE(m_desktop.Busy());
-      c.close();
+    View([&, act = close] {
+      EXPECT_FALSE(Main().tmrFlasher.Enabled() || Main().tmrForcePollResume.Enabled() || m_desktop.Busy());
+      act();
     });
-    EXPECT_EQ(m_traffic, c.traffic) << c.way;
+    EXPECT_EQ(m_traffic, traffic) << way;
     EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
   }
-}
-
-TEST_F(ViewerTest, TheConsolesPollGoesOnAtItsNextStep) {
-  m_replies = AmplifierReplies();
-  View([this] { CloseAfter(1); });
-  EXPECT_EQ(m_port.Commands(), "CT? A? S?") << "one step was done since the schedule began anew";
 }
 
 TEST_F(ViewerTest, AStalledPollIsShownAnewAndOnlyThen) {

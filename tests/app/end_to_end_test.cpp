@@ -5,7 +5,6 @@
 #include <QTimer>
 #include <deque>
 
-#include "forms/frm_settings.h"
 #include "platform/qt_serial_port.h"
 #include "support/program_test.h"
 
@@ -114,25 +113,6 @@ TEST_F(EndToEndTest, ASessionLivesThroughSilenceAndAPulledAdapter) {
   RunSession();
   EXPECT_FALSE(m_port.PortOpen());
   EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
-}
-
-TEST_F(EndToEndTest, TheSettingsOfAControllerAreReadAndChangedOverTheLine) {
-  StartSimulator(
-      {QStringLiteral("--kind"), QStringLiteral("controller"), QStringLiteral("--rate"), QStringLiteral("9600")});
-  const auto form = [] { return dynamic_cast<forms::frmSettings*>(QApplication::activeModalWidget()); };
-  const auto press = [](QWidget& control) { QTest::mouseClick(&control, Qt::LeftButton); };
-  When([this] { return TitleHolds("Connected to 7316") && Main().mnuSSPASettings.isEnabled(); },
-       [this] {
-         // not within the script's own timer: it would stand still until the form is closed
-         QMetaObject::invokeMethod(&Main().mnuSSPASettings, &forms::Menu::Click, Qt::QueuedConnection);
-       });
-  When([&] { return form() != nullptr && form()->opt7316None.Value() && !form()->tmrForcePollResume.Enabled(); },
-       [&] { press(form()->opt7316PathB); });
-  When([&] { return form()->opt7316PathB.Value(); }, [&] { press(form()->opt7316_11); });
-  When([&] { return form()->opt7316_11.Value() && !form()->fra7316Priority.isVisible(); },
-       [&] { press(form()->cmdExit); });
-  When([this] { return Main().fra7316PathBSelect.isHidden(); }, [this] { Main().close(); });
-  RunSession();
 }
 
 }  // namespace

@@ -224,7 +224,8 @@ class RandomOperator final : public platform::Yielder {
       for (const auto& control : {focused, clicked}) {
         if (control != nullptr && control->window() == form) MayAct(*control);
       }
-      if (form->windowHandle()->focusObject() != nullptr) DeliverKey(*form, key, made);
+      // a window that isn't active gets no key
+      if (form->isActiveWindow() && form->windowHandle()->focusObject() != nullptr) DeliverKey(*form, key, made);
     });
   }
 

@@ -114,7 +114,6 @@ TEST_F(FormTest, MeasuresInItsMeasuringFontAloneAndAFrameKeepsItsFontForItself) 
 }
 
 TEST_F(FormTest, AMessageIsNotClosedByAKeyThatWasHeldBefore) {
-  form.Show();
   for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
     QMessageBox box(&form);
     box.open();

@@ -62,13 +62,5 @@ TEST_F(PropertyStoreTest, WhatAnotherProgramWroteOrSpoiledMeanwhileIsKept) {
   EXPECT_EQ(copy.readAll(), spoiled);
 }
 
-TEST_F(PropertyStoreTest, WhatCouldNotBeStoredIsTold) {
-  QDir().mkpath(m_path);  // a folder in the file's place
-  PropertyStore store(m_application);
-  EXPECT_FALSE(store.Save(kSection, QStringLiteral("CommPort"), QStringLiteral("4")));
-  EXPECT_TRUE(store.Failure().startsWith(m_path + QStringLiteral(": "))) << store.Failure().toStdString();
-  EXPECT_GT(store.Failure().size(), m_path.size() + 4);
-}
-
 }  // namespace
 }  // namespace tarnwell::platform

@@ -49,17 +49,5 @@ TEST(Readings, StatusLettersHaveAnOrder) {
   EXPECT_EQ(ReadPriority("N"), PriorityPath::kNone);
 }
 
-TEST(Readings, RFOutputTellsTheMuteReason) {
-  const std::tuple<const char*, RFOutput, bool> cases[] = {
-      {"OT", RFOutput::kOn, false},          {"OTB", RFOutput::kOnButModuleFailed, true},
-      {"SXD", RFOutput::kMutedDirect, true}, {"SXB", RFOutput::kMutedModuleFailed, true},
-      {"SX", RFOutput::kMutedByUser, false}, {"XDB", RFOutput::kMutedDirect, true},
-      {"TX", RFOutput::kOn, false},          {"O", RFOutput::kNotTold, false}};
-  for (const auto& [status, output, forced] : cases) {
-    EXPECT_EQ(ReadRFOutput(status), output) << status;
-    EXPECT_EQ(MuteIsForced(status), forced) << status;
-  }
-}
-
 }  // namespace
 }  // namespace tarnwell::protocol

@@ -5,99 +5,57 @@
 namespace tarnwell::test {
 namespace {
 
-using Tables = settings::CalibrationTables;
-
-TEST(CalibrationTables, QueriesOfEachTable) {
-  struct Case {
-    int firmwareClass;
-    void (Tables::*read)(int);
-    std::vector<int> points;
-    const char* commands;
-  };
-  for (const Case& c : {Case{2, &Tables::ReadRFLevelPoint, {0, 25}, "R00? R25?"},
-                        {2, &Tables::ReadPiNPoint, {0, 40}, "P00? P40?"},
-                        {2, &Tables::ReadRFTempCompPoint, {0, 2}, "RT01? RT03?"},
-                        {3, &Tables::ReadTempCompPoint, {0, 7}, "H01? H08?"},
-                        {1, &Tables::ReadTempCompPoint, {0, 1, 2, 3, 7}, "H-050? H-025? H+000? H+025? H+125?"}}) {
-    SettingsRig rig(c.firmwareClass);
-    for (const int point : c.points) (rig.m_tables.*c.read)(point);
-    EXPECT_EQ(rig.TakeCommands(), c.commands);
-    rig.m_silent = true;
-    (rig.m_tables.*c.read)(0);
-    EXPECT_TRUE(rig.m_shared.CommsLost && !rig.m_form.Unloaded()) << "who reads decides what a lost link means";
-  }
-}
-
-struct Writer {
-  int firmwareClass;
-  const char* shownOf;
-  void (*act)(Tables&, forms::frmSettings&);
-  const char* command;
-};
 const char* const kRFLevel = "lblRFLevel txtRFVolts txtRFLevelPoint";
+const char* const kPiN = "lblPiNLevel txtPiNDAC txtPiNLevelPoint";
+const char* const kRF = "txtRFTCTemp txtRFTCComp txtRFTempCompPoint";
 const char* const kSystem = "txtTCTemp txtTCComp txtTempCompPoint";
-const Writer kVolts{3, kRFLevel, [](auto& t, auto&) { t.WriteRFLevelPoint(2.35F); }, "R05= 2.35"};
-const Writer kDisabledVolts{1, kRFLevel, [](auto& t, auto&) { t.WriteRFLevelPoint(-100); }, "R05=D"};
-const Writer kQuickCal{1, kRFLevel, [](auto& t, auto&) { t.cmdQuickCal_Click(); }, "Q05"};
-const Writer kPiN{3, "lblPiNLevel txtPiNDAC txtPiNLevelPoint", [](auto& t, auto&) { t.WritePiNPoint(); }, "P07=100"};
-const Writer kRF{2, "txtRFTCTemp txtRFTCComp txtRFTempCompPoint", [](auto& t, auto&) { t.WriteRFTempCompPoint(); },
-                 "RT02.25= 1.5"};
-const Writer kIndexed{3, kSystem, [](auto& t, auto&) { t.WriteTempCompPoint(); }, "H03.40= .5"};
-const Writer kFixed{1, kSystem,
-                    [](auto& t, auto& f) {
-                      f.txtTCTemp.SetText(QStringLiteral("99"));  // not used
-                      t.WriteTempCompPoint();
-                    },
-                    "H+000= .5"};
-const Writer kFixedBelowZero{1, kSystem,
-                             [](auto& t, auto& f) {
-                               f.updwnTempComp.SetValue(0);
-                               f.txtTCComp.SetText(QStringLiteral("d"));
-                               t.WriteTempCompPoint();
-                             },
-                             "H-050=D"};
 
-TEST(CalibrationTables, TheReplyIsStoredAndDrawn) {
-  struct Case {
-    const Writer& writer;
-    const char* reply;
-    const char* shown;
-  };
-  for (const Case& c : {Case{kVolts, "R05=P12V2.345", "12|2.35|6 of 26"},
-                        {kVolts, "R05=2.35", "D|D|6 of 26"},
-                        {kDisabledVolts, "R05=D", "D|D|6 of 26"},
-                        {kQuickCal, "R05=P43V8", "43|8.00|6 of 26"},
-                        {kPiN, "P07=9", "7|9|8 of 41"},
-                        {kPiN, "P07=D", "7|D|8 of 41"},
-                        {kPiN, "P07=", "7|100|8 of 41"},
-                        {kRF, "RT02.-50=0.35", "-50|0.4|2 of 3"},
-                        {kRF, "RT02.30=D", "30|D|2 of 3"},
-                        {kIndexed, "H03.7=-9.96", "7|-10.0|3 of 8"},
-                        {kIndexed, "H03.x=1", "40|0.5|3 of 8"},
-                        {kFixed, "H+000=1.25", "0|1.3|3 of 8"},
-                        {kFixed, "000=1", "0|0.5|3 of 8"},
-                        {kFixedBelowZero, "H-050=D", "-50|D|1 of 8"}}) {
-    SettingsRig rig(c.writer.firmwareClass);
-    rig.m_replies[c.writer.command] = c.reply;
-    const double before = rig.m_counter.Seconds();
-    c.writer.act(rig.m_tables, rig.m_form);
-    EXPECT_EQ(rig.TakeCommands(), c.writer.command);
-    EXPECT_EQ(rig.Shown(c.writer.shownOf), c.shown) << c.reply;
-    // 0.02 s to the answer's first byte
-    EXPECT_NEAR(rig.m_counter.Seconds() - before, 0.05 + 0.02 + 0.05, 0.01) << c.reply;
-  }
+struct Written {
+  int firmwareClass;
+  const char* field;  ///< nothing: the quick calibration
+  const char* keys;
+  const char* command;
+  const char* reply;
+  const char* shownBy;
+  const char* shown;
+};
+
+constexpr Written kWritten[] = {
+    {3, "txtRFVolts", "2.35\r", "R05= 2.35", "R05=P12V2.345", kRFLevel, "12|2.35|6 of 26"},
+    {3, "txtRFVolts", "2.35\r", "R05= 2.35", "R05=2.35", kRFLevel, "D|D|6 of 26"},
+    {1, "txtRFVolts", "d\r", "R05=D", "R05=D", kRFLevel, "D|D|6 of 26"},
+    {1, nullptr, "", "Q05", "R05=P43V8", kRFLevel, "43|8.00|6 of 26"},
+    {3, "txtPiNDAC", "100\r", "P07=100", "P07=9", kPiN, "7|9|8 of 41"},
+    {3, "txtPiNDAC", "100\r", "P07=100", "P07=", kPiN, "7|100|8 of 41"},
+    {2, "txtRFTCComp", "1.5\r", "RT02.25= 1.5", "RT02.-50=0.35", kRF, "-50|0.4|2 of 3"},
+    {2, "txtRFTCTemp", "30\r", "RT02.30= 1.5", "RT02.30=D", kRF, "30|D|2 of 3"},
+    {3, "txtTCTemp", "7\r", "H03.7= .5", "H03.7=-9.96", kSystem, "7|-10.0|3 of 8"},
+    {3, "txtTCTemp", "7\r", "H03.7= .5", "H03.x=1", kSystem, "40|0.5|3 of 8"},
+    {1, "txtTCComp", "1\r", "H+000= 1", "H+000=1.25", kSystem, "0|1.3|3 of 8"},
+    {1, "txtTCComp", "1\r", "H+000= 1", "000=1", kSystem, "0|0.5|3 of 8"},
+};
+
+void Write(SettingsRig& rig, const Written& row) {
+  row.field != nullptr ? rig.Type(row.field, row.keys) : rig.m_tables.cmdQuickCal_Click();
 }
 
-TEST(CalibrationTables, AnUnansweredWriteClosesTheForm) {
-  for (const Writer& writer : {kVolts, kQuickCal, kPiN, kRF, kIndexed, kFixed}) {
-    SettingsRig rig(writer.firmwareClass);
-    rig.m_form.optModeMaint.Select();
-    rig.m_form.txtPiNDAC.setFocus();  // the closing form takes the focus from it
-    rig.m_silent = true;
-    writer.act(rig.m_tables, rig.m_form);
-    const std::string once = writer.command;
-    EXPECT_EQ(rig.TakeCommands(), once + ' ' + once + ' ' + once) << "and no query of the PiN point in view";
-    EXPECT_TRUE(rig.m_form.Unloaded()) << once;
+TEST(CalibrationTables, TheReplyIsStoredAndDrawnAndSilenceClosesTheForm) {
+  for (const Written& row : kWritten) {
+    SettingsRig rig(row.firmwareClass);
+    rig.m_replies[row.command] = row.reply;
+    const double before = rig.m_counter.Seconds();
+    Write(rig, row);
+    EXPECT_EQ(rig.TakeCommands(), row.command);
+    EXPECT_EQ(rig.Shown(row.shownBy), row.shown) << row.reply;
+    EXPECT_NEAR(rig.m_counter.Seconds() - before, 0.05 + 0.02 + 0.05, 0.01) << "two pauses and the way to the answer";
+
+    SettingsRig silent(row.firmwareClass);
+    silent.m_form.optModeMaint.Select();
+    silent.m_silent = true;
+    Write(silent, row);
+    const std::string once = row.command;
+    EXPECT_EQ(silent.TakeCommands(), once + ' ' + once + ' ' + once) << "and no query of the PiN point in view";
+    EXPECT_TRUE(silent.m_form.Unloaded()) << once;
   }
 }
 

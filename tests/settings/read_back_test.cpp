@@ -213,51 +213,22 @@ TEST_F(ReadBackTest, WhatAReplySelects) {
 /// Pauses of the full read-back, one ahead of all.
 constexpr int kPauses = 91;
 
-TEST_F(ReadBackTest, LockedAndUnlockedInTheMiddleOfTheReadBack) {
-  constexpr const char* kGrey =
-      "RFTable: (0.80) (1 of 26); PINTable: (12) (1 of 41); TCPoints: (-40) (2.5) (1 of 8); RFTCPoints: (-20) (1.5) "
-      "(1 of 3); Mode: (*Online) (Stby) (Maint); FanCtrl: (*On) (Off)";
-  constexpr const char* kFree = CLASS_2_TABLES "Stby Maint; FanCtrl: *On Off";
-  const struct {
-    std::vector<int> presses;  ///< the pauses in which cmdUnlock is pressed
-    const char* then;          ///< the Factory tab after the last press
-    const char* atEnd;
-  } cases[] = {
-      {{5},
-       "RFTable: () (); PINTable: () (); TCPoints: () () (); RFTCPoints: () () (); Mode: (Online) (Stby) (Maint); "
-       "FanCtrl: (On) (Off)",
-       kFree},
-      {{30},
-       "RFTable: () (); PINTable: () (); TCPoints: -40 2.5 1 of 8; RFTCPoints: -20 1.5 1 of 3; Mode: *Online Stby "
-       "Maint; FanCtrl: *On Off",
-       kFree},
-      {{20, 60},
-       "RFTable: (0.80) (1 of 26); PINTable: () (); TCPoints: (-40) (2.5) (1 of 8); RFTCPoints: (-20) (1.5) "
-       "(1 of 3); Mode: (*Online) (Stby) (Maint); FanCtrl: (*On) (Off)",
-       kGrey},
-  };
-  for (const auto& c : cases) {
-    Attach("c240");
-    Start();
-    OpenSettings(
-        [&] {
-          EXPECT_EQ(Page(), c.atEnd);
-          if (c.atEnd == kFree) return;
-          Press("cmdUnlock");
-          EXPECT_EQ(Page(), kFree) << "all has been read";
-        },
-        [&] {
-          SelectTab(3);
-          for (int pause = 1; pause <= c.presses.back(); ++pause) {
-            const bool pressed = std::count(c.presses.begin(), c.presses.end(), pause) != 0;
-            m_yielder.OnYield([this, &c, pause, pressed] {
-              if (pressed) Press("cmdUnlock");
-              const std::string page = Page();
-              EXPECT_TRUE(pause != c.presses.back() || page == c.then) << page;
-            });
-          }
-        });
-  }
+TEST_F(ReadBackTest, UnlockedInTheMiddleOfTheReadBackWhatHasBeenReadIsFree) {
+  Attach("c240");
+  Start();
+  std::string then;
+  OpenSettings([&] { EXPECT_EQ(Page(), CLASS_2_TABLES "Stby Maint; FanCtrl: *On Off"); },
+               [&] {
+                 SelectTab(3);
+                 m_yielder.SkipYields(29);
+                 m_yielder.OnYield([&] {
+                   Press("cmdUnlock");
+                   then = Page();
+                 });
+               });
+  EXPECT_EQ(then,
+            "RFTable: () (); PINTable: () (); TCPoints: -40 2.5 1 of 8; RFTCPoints: -20 1.5 1 of 3; Mode: *Online Stby "
+            "Maint; FanCtrl: *On Off");
 }
 
 TEST_F(ReadBackTest, ClosedInAnyPauseItSendsNothingMore) {
@@ -288,21 +259,14 @@ TEST_F(ReadBackTest, TheWatchdogShowsAStalledFormAgain) {
   Start();
   OpenSettings([&] { EXPECT_TRUE(Form().isVisible()); },
                [&] {
-                 forms::frmSettings& form = Form();
-                 auto hides = std::make_shared<HideCounter>(form);
-                 const auto tick = [&form, hides] {
-                   Q_EMIT form.tmrForcePollResume.Tick();
+                 auto hides = std::make_shared<HideCounter>(Form());
+                 const auto tick = [this, hides] {
+                   Q_EMIT Form().tmrForcePollResume.Tick();
                    return hides->Take();
                  };
                  m_yielder.SkipYields(1);
-                 m_yielder.OnYield([&form, tick] {
-                   EXPECT_TRUE(form.tmrForcePollResume.Enabled() && form.tmrForcePollResume.Interval() == 2000);
+                 m_yielder.OnYield([tick] {
                    EXPECT_EQ(tick(), 0) << "the pause has just begun";
-                   QWidget box;
-                   box.setWindowModality(Qt::ApplicationModal);
-                   box.show();
-                   EXPECT_EQ(tick(), 0) << "a message box is up";
-                   box.hide();
                    EXPECT_EQ(tick(), 1) << "no pause has come since the last tick";
                  });
                  m_yielder.OnYield([tick] { EXPECT_EQ(tick(), 0) << "the read-back moves on"; });

@@ -2,17 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
-#include "link/frame_codec.h"
 #include "protocol/vocabulary.h"
 #include "sim/commands.h"
-#include "sim/faults.h"
 
 namespace tarnwell::test {
 namespace {
-
-constexpr const char* kFrame = "{AS=OTU}";
 
 sim::Station MakeStation(const std::vector<std::string>& arguments = {}) {
   return sim::Station(std::get<sim::Options>(sim::ParseOptions(arguments)));
@@ -82,44 +76,6 @@ TEST(Station, AnswersAfterTheLineAndTheAnswerTime) {
   EXPECT_EQ(station.Send(2.0651), "");
   EXPECT_EQ(station.Send(2.0751), "{");
   EXPECT_EQ(station.Send(2.2), "AU=A4}");
-}
-
-using Pieces = std::vector<sim::Piece>;
-
-std::string Joined(const Pieces& pieces) {
-  std::string bytes;
-  for (const sim::Piece& piece : pieces) bytes += piece.bytes;
-  return bytes;
-}
-
-bool Passes(const Pieces& pieces, std::uint8_t address = 1) {
-  return link::CheckReplyFrame(Joined(pieces), address, "S=");
-}
-
-/// Each fault by itself, many times: what it does, and that it does nothing else.
-TEST(Faults, EachDoesItsOwn) {
-  const struct {
-    const char* name;
-    bool (*holds)(const Pieces&);
-  } cases[] = {
-      {"drop", [](const Pieces& p) { return p.empty(); }},
-      {"address", [](const Pieces& p) { return !Passes(p) && Passes(p, 0); }},
-      {"oversized", [](const Pieces& p) { return Passes(p) && Joined(p).size() > 35 + 4; }},
-      {"corrupt", [](const Pieces& p) { return Joined(p) != kFrame && Joined(p).size() == 8 && !Passes(p); }},
-      {"unclosed", [](const Pieces& p) { return Joined(p) == "{AS=OTU"; }},
-      {"noise", [](const Pieces& p) { return Joined(p).size() > 8 && Joined(p).ends_with(kFrame); }},
-      {"delay", [](const Pieces& p) { return Joined(p) == kFrame && p[0].delay >= 0.2 && p[0].delay < 3.0; }},
-      {"split",
-       [](const Pieces& p) {
-         const bool apart = std::all_of(p.begin() + 1, p.end(), [](const auto& piece) { return piece.delay > 0.0; });
-         return p.size() >= 2 && p.size() <= 4 && Joined(p) == kFrame && apart;
-       }},
-  };
-  for (const auto& row : cases) {
-    sim::Faults faults(5);
-    ASSERT_TRUE(faults.Set(row.name, 1.0)) << row.name;
-    for (int i = 0; i < 200; ++i) EXPECT_TRUE(row.holds(faults.Apply(kFrame))) << row.name << " " << i;
-  }
 }
 
 TEST(SimulatorOptions, WrongOnesAreTold) {

@@ -107,38 +107,5 @@ TEST(SnapshotDamage, OfSingleBytesIsFoundButInThePlacesToldInTheManual) {
   }
 }
 
-/// The lines, by number, whose loss, repetition or exchange with the next is not found.
-std::string MissedLines(const Lines& lines, void (*damage)(Lines&, Lines::iterator)) {
-  std::string missed;
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    Lines changed = lines;
-    damage(changed, changed.begin() + static_cast<std::ptrdiff_t>(i));
-    if (changed != lines && IsWhole(SnapshotFile(changed))) missed += " " + std::to_string(i + 1);
-  }
-  return missed;
-}
-
-TEST(SnapshotDamage, OfWholeLinesIsFoundButWhereTheFileIsAsGoodAfterIt) {
-  const struct {
-    const char* what;
-    void (*damage)(Lines&, Lines::iterator);
-    const char* amplifier;
-  } cases[] = {
-      // A list of four alarms without one of its two lines is a shorter list.
-      {"dropped", [](Lines& lines, Lines::iterator at) { lines.erase(at); }, " 22 23"},
-      {"repeated", [](Lines& lines, Lines::iterator at) { lines.insert(at, *at); }, ""},
-      // Points that don't carry an index are as good in another order.
-      {"swapped",
-       [](Lines& lines, Lines::iterator at) {
-         if (at + 1 != lines.end()) std::iter_swap(at, at + 1);
-       },
-       " 37 40 41 42 43 44"},
-  };
-  for (const auto& row : cases) {
-    EXPECT_EQ(MissedLines(AmplifierLines(), row.damage), row.amplifier) << row.what;
-    EXPECT_EQ(MissedLines(ControllerLines(), row.damage), "") << row.what;
-  }
-}
-
 }  // namespace
 }  // namespace tarnwell::test
