@@ -75,8 +75,6 @@ class OptionsTest : public ProgramTest {
     }
     return values.join(QLatin1Char('|')).toStdString();
   }
-
-  std::string m_told;
 };
 
 constexpr const char* kAllRewritten = "Settings=9600,N,8,1 Handshaking=0";
@@ -169,79 +167,34 @@ TEST_F(OptionsTest, ARefusalIsToldAndStoresNothing) {
 
 TEST_F(OptionsTest, InASessionThePortChangesUnderTheStandingPoll) {
   m_replies = AmplifierReplies();
-  Start();
-  m_yielder.SkipYields(12);
-  m_yielder.OnYield([&] {
-    const std::string told = Choose([&] {
+  const auto choose = [this](const char* port) {
+    return Choose([&] {
       EXPECT_FALSE(Main().tmrFlasher.Enabled() || Main().tmrForcePollResume.Enabled());
-      Pick("cboPort", "Com2");
+      Pick("cboPort", port);
       Click("cmdOK");
     });
-    EXPECT_EQ(told, "PortOpen=0 CommPort=2 PortOpen=1 Settings=9600,N,8,1 Handshaking=0");
-    EXPECT_TRUE(Main().tmrFlasher.Enabled() && Main().tmrForcePollResume.Enabled());
-    EXPECT_EQ(Main().focusWidget(), &Main().cmdConnect);
-    m_port.RefuseOpening("gone", 4);
-    EXPECT_EQ(Choose([&] {
-                Pick("cboPort", "Com4");
-                Click("cmdOK");
-              }),
-              "PortOpen=0 CommPort=4 PortOpen=1(refused) CommPort=2 PortOpen=1")
-        << "the old port is open again";
-    EXPECT_EQ(m_desktop.TakeMessages(), QStringList(QStringLiteral("(i) Unable to use COM4 | gone")));
-    DisconnectAfter(1);
-  });
-  Connect();
-}
-
-TEST_F(OptionsTest, ASessionThatLostItsPortGetsTheNextOneThatOpens) {
-  m_replies = AmplifierReplies();
-  for (const char* next : {"Com1", "Com3"}) {
+  };
+  for (const char* next : {"Com2", "Com3"}) {
     Start();
+    m_port.SetCommPort(1);
+    m_yielder.SkipYields(12);
     m_yielder.OnYield([&] {
+      EXPECT_EQ(choose("Com2"), "PortOpen=0 CommPort=2 PortOpen=1 Settings=9600,N,8,1 Handshaking=0");
+      EXPECT_TRUE(Main().tmrFlasher.Enabled() && Main().tmrForcePollResume.Enabled());
+      EXPECT_EQ(Main().focusWidget(), &Main().cmdConnect);
+      m_port.RefuseOpening("gone", 4);
+      EXPECT_EQ(choose("Com4"), "PortOpen=0 CommPort=4 PortOpen=1(refused) CommPort=2 PortOpen=1") << "the old one";
       m_port.RefuseOpening("gone");
-      Choose([&] {
-        Pick("cboPort", "Com2");
-        Click("cmdOK");
-        EXPECT_EQ(m_desktop.TakeMessages().join(QLatin1Char(';')).toStdString(),
-                  "(i) Unable to use COM2 | gone;(i) Unable to use COM1 | gone");
-        m_port.RefuseOpening("");
-        Pick("cboPort", next);
-        Click("cmdOK");
-      });
-      EXPECT_TRUE(m_port.PortOpen()) << next;
+      choose("Com4");
+      EXPECT_EQ(m_desktop.TakeMessages().join(QLatin1Char(';')).toStdString(),
+                "(i) Unable to use COM4 | gone;(i) Unable to use COM4 | gone;(i) Unable to use COM2 | gone");
+      m_port.RefuseOpening("");
+      choose(next);
+      EXPECT_TRUE(m_port.PortOpen()) << "a session that lost its port gets the next that opens: " << next;
       DisconnectAfter(1);
     });
     Connect();
-    m_port.SetCommPort(1);
   }
-}
-
-TEST_F(OptionsTest, AnotherKindOfLineIsInForceFromTheNextCommand) {
-  m_replies = AmplifierReplies();
-  Start();
-  const auto choose = [this](const char* line, const char* control) {
-    m_yielder.OnYield([=, this] {
-      Choose([=, this] {
-        Click(line);
-        Click(control);
-        Click("cmdOK");
-      });
-    });
-    m_yielder.OnYield([this] { m_told += m_port.TakeTranscript() + '|'; });
-  };
-  choose("optRS4xx", "opt485Control(1)");
-  choose("optRS232", "optFlow(1)");
-  m_yielder.OnYield([this] {
-    m_port.SetCTSHolding(false);
-    m_port.TakeTranscript();
-  });
-  m_yielder.OnYield([this] {
-    EXPECT_EQ(m_port.Commands(), "") << "a device that doesn't clear to send is sent nothing";
-    EXPECT_TRUE(Title().find("Lost Connection to") != std::string::npos);
-  });
-  DisconnectAfter(1);
-  Connect();
-  EXPECT_EQ(m_told, "RTS=1 S? RTS=0|A?|");
 }
 
 TEST_F(OptionsTest, HandEditedValuesOutsideTheListsAreShownAndKept) {

@@ -1,6 +1,6 @@
 #include "settings_test.h"
 
-#include <sstream>
+#include <regex>
 
 #include "forms/controls/reading_order.h"
 #include "sim/commands.h"
@@ -8,16 +8,6 @@
 namespace tarnwell::test {
 
 namespace {
-
-/// "R00?" and "R01?" are neighbours.
-bool Follows(const std::string& command, const std::string& before) {
-  if (command.size() < 4 || command.size() != before.size() || command.back() != '?') return false;
-  const std::size_t digits = command.size() - 3;
-  const std::string numbers = command.substr(digits, 2) + before.substr(digits, 2);
-  return command.substr(0, digits) == before.substr(0, digits) &&
-         numbers.find_first_not_of("0123456789") == std::string::npos &&
-         std::stoi(numbers.substr(0, 2)) == std::stoi(numbers.substr(2)) + 1;
-}
 
 std::string ValueOf(const QWidget& control) {
   if (const auto* box = qobject_cast<const forms::TextBox*>(&control)) return box->Text().toStdString();
@@ -103,18 +93,20 @@ void SettingsTest::KeyTo(QWidget& control, Qt::Key key) {
 }
 
 std::string SettingsTest::TakeCommands() {
-  std::istringstream commands(m_port.Commands());
+  const std::string commands = m_port.Commands();
   m_port.TakeTranscript();
-  std::string text;
-  std::string before;
-  bool inRun = false;
-  for (std::string command; commands >> command; before = command) {
-    const bool follows = Follows(command, before);
-    if (inRun && !follows) text += ".." + before;
-    if (!follows) text += (text.empty() ? "" : " ") + command;
-    inRun = follows;
+  return commands;
+}
+
+std::string SettingsTest::WithAllPoints(const std::string& commands) {
+  static const std::regex kRun("([A-Z]+)(\\d\\d)\\?\\.\\.[A-Z]+(\\d\\d)\\?");
+  std::smatch run;
+  if (!std::regex_search(commands, run, kRun)) return commands;
+  std::string points;
+  for (int point = std::stoi(run[2]); point <= std::stoi(run[3]); ++point) {
+    points += (points.empty() ? "" : " ") + run[1].str() + (point < 10 ? "0" : "") + std::to_string(point) + '?';
   }
-  return inRun ? text + ".." + before : text;
+  return run.prefix().str() + points + WithAllPoints(run.suffix());
 }
 
 std::string SettingsTest::Page() {

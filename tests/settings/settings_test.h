@@ -33,8 +33,10 @@ class SettingsTest : public ProgramTest {
   void KeyTo(QWidget& control, Qt::Key key);
   void SelectTab(int tab);
 
-  /// The commands sent since the last Take. "R00?..R25?" stands for all the points between.
+  /// The commands sent since the last Take.
   std::string TakeCommands();
+  /// "R00?..R25?" stands for all the points between.
+  static std::string WithAllPoints(const std::string& commands);
 
   /// The groups on the page that is in front: "Beeper: On *Off; Address: 1". A star marks what is selected, "(...)"
   /// what can't be changed.
