@@ -11,8 +11,7 @@ class ViewerTest : public ProgramTest {
   /// In a session: opens the viewer, runs `act` before its poll, which goes on until something queued closes it.
   void View(std::function<void()> act) {
     Start();
-    m_yielder.SkipYields(12);
-    m_yielder.OnYield([this, act = std::move(act)] {
+    m_yielder.OnYieldAfter(12, [this, act = std::move(act)] {
       m_port.TakeTranscript();
       if (m_beforeOpening) m_beforeOpening();
       Open([this] { ClickOn("cmdViewAlarms"); },
@@ -28,8 +27,7 @@ class ViewerTest : public ProgramTest {
     Connect();
   }
   void CloseAfter(int passes) {
-    m_yielder.SkipYields(passes - 1);
-    m_yielder.OnYield([this] {
+    m_yielder.OnYieldAfter(passes - 1, [this] {
       m_texts.clear();
       for (const char* label : {"lblRF", "lblReflected", "lblTemp1", "lblTemp2", "lbl5V", "lbl11V", "lbl11VLC",
                                 "lbl10V", "lbl14V", "lbl11L", "lblPSThermal"}) {
@@ -140,13 +138,11 @@ TEST_F(ViewerTest, AcknowledgedUntilTheDeviceDropsTheAlarm) {
       EXPECT_EQ(Beeps(), 0) << "all are acknowledged";
       m_replies["A?"] = "A=F";
     });
-    m_yielder.SkipYields(9);
-    m_yielder.OnYield([this] {
+    m_yielder.OnYieldAfter(9, [this] {
       EXPECT_EQ(Shown(), "5redA ");
       m_replies["A?"] = "A=CF";
     });
-    m_yielder.SkipYields(9);
-    m_yielder.OnYield([this] {
+    m_yielder.OnYieldAfter(9, [this] {
       EXPECT_EQ(Shown(), "2red 5redA ");
       EXPECT_EQ(Beeps(), 1);
       Shared().AudibleNotify = false;
@@ -209,8 +205,8 @@ TEST_F(ViewerTest, LinkLostAndRegained) {
         m_replies = replies;
         m_replies["CT?"] = "CT=ANOTHER";
       });
-      m_yielder.SkipYields(1);  // a step that an amplifier without the measurement passes over
-      m_yielder.OnYield([&, connected, this] {
+      // behind a step that an amplifier without the measurement passes over
+      m_yielder.OnYieldAfter(1, [&, connected, this] {
         EXPECT_EQ(Title(), who + ("Connected to " + name)) << "as it was read at load";
         EXPECT_EQ(EnabledControls(), connected);
       });

@@ -21,8 +21,7 @@ class EndingTest : public ProgramTest {
   void InSession(std::function<void()> act) {
     m_replies = AmplifierReplies();
     Start();
-    m_yielder.SkipYields(13);
-    m_yielder.OnYield(std::move(act));
+    m_yielder.OnYieldAfter(13, std::move(act));
     m_yielder.OnYield([] { QCoreApplication::processEvents(); });
     Connect();
     m_port.SetPortOpen(false);

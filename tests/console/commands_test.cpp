@@ -7,15 +7,13 @@ class CommandsTest : public ProgramTest {
  protected:
   /// The commands that `act` causes in a session, up to the end of the yield in which it happens.
   std::string CommandsOf(std::function<void()> act) {
-    m_yielder.SkipYields(1);
-    m_yielder.OnYield([this, act = std::move(act)] {
+    m_yielder.OnYieldAfter(1, [this, act = std::move(act)] {
       m_port.TakeTranscript();
       act();
       QCoreApplication::processEvents();
       m_caused = m_port.Commands();
     });
-    DisconnectAfter(1);
-    Connect();
+    Connect(1);
     return m_caused;
   }
 

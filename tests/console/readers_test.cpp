@@ -9,10 +9,8 @@ class ReadersTest : public ProgramTest {
   /// A session in which one reply of the table changes; `look` runs a whole round later.
   void InSession(const char* query, const char* reply, std::function<void()> look) {
     m_replies[query] = reply;
-    m_yielder.SkipYields(11);
-    m_yielder.OnYield(std::move(look));
-    DisconnectAfter(1);
-    Connect();
+    m_yielder.OnYieldAfter(11, std::move(look));
+    Connect(1);
   }
 };
 
@@ -82,16 +80,14 @@ TEST_F(ReadersTest, LevelsAndTemperatures) {
 TEST_F(ReadersTest, AlarmIndicator) {
   m_replies = AmplifierReplies();
   Start();
-  struct Case {
-    const char* reply;
-    const char* caption;
-    QRgb colour;
-  };
-  for (const Case& c : {Case{"A=ab", "ALARM", forms::kLatchedColour}, Case{"A=Ab", "ALARM", forms::kActiveColour},
-                        Case{"A=V", "ALARM", forms::kActiveColour}, Case{"A=", "OK", forms::kGoodColour}}) {
-    InSession("A?", c.reply, [&] {
-      EXPECT_EQ(CaptionOf("lblAlarm"), c.caption) << c.reply;
-      EXPECT_EQ(Find<forms::Label>("lblAlarm").Background().rgb(), c.colour) << c.reply;
+  const std::tuple<const char*, const char*, QRgb> cases[] = {{"A=ab", "ALARM", forms::kLatchedColour},
+                                                              {"A=Ab", "ALARM", forms::kActiveColour},
+                                                              {"A=V", "ALARM", forms::kActiveColour},
+                                                              {"A=", "OK", forms::kGoodColour}};
+  for (const auto& row : cases) {
+    InSession("A?", std::get<0>(row), [&] {
+      EXPECT_EQ(std::tuple(CaptionOf("lblAlarm"), Main().lblAlarm.Background().rgb()),
+                std::tuple(std::string(std::get<1>(row)), std::get<2>(row)));
     });
   }
 }
@@ -166,11 +162,9 @@ TEST_F(ReadersTest, OfTwoAmplifiersInOneReplyTheOneThatIsNotShownIsTaken) {
   Start();
   std::string shown;
   for (int round = 0; round < 3; ++round) {
-    m_yielder.SkipYields(7);
-    m_yielder.OnYield([&] { shown += CaptionOf("lbl7316PathBState") + ' '; });
+    m_yielder.OnYieldAfter(7, [&] { shown += CaptionOf("lbl7316PathBState") + ' '; });
   }
-  DisconnectAfter(1);
-  Connect();
+  Connect(1);
   EXPECT_EQ(shown, "SSPA3 SSPA2 SSPA3 ");
 }
 
@@ -180,11 +174,9 @@ TEST_F(ReadersTest, AModeThatChangesInTheSessionGreysAndFreesThePaths) {
   std::string seen;
   for (const char* mode : {"S=M", "S=A", "S=M"}) {
     m_yielder.OnYield([this, mode] { m_replies["S?"] = mode; });
-    m_yielder.SkipYields(7);
-    m_yielder.OnYield([&] { seen += Find("opt7316PathA1").isEnabled() ? '+' : '-'; });
+    m_yielder.OnYieldAfter(7, [&] { seen += Find("opt7316PathA1").isEnabled() ? '+' : '-'; });
   }
-  DisconnectAfter(1);
-  Connect();
+  Connect(1);
   EXPECT_EQ(seen, "+-+");
 }
 
@@ -192,8 +184,7 @@ TEST_F(ReadersTest, FindingRFMutedSelectsItWhichCommandsTheMuteOnce) {
   m_replies = AmplifierReplies();
   m_replies["S?"] = "S=OX";
   Start();
-  DisconnectAfter(8);
-  Connect();
+  Connect(8);
   EXPECT_EQ(m_port.Commands(), "CT? CV? CP? CH? G? VR? S? S=X S? VR? A? VR? VT? VR? S?");
 }
 

@@ -177,8 +177,7 @@ TEST_F(OptionsTest, InASessionThePortChangesUnderTheStandingPoll) {
   for (const char* next : {"Com2", "Com3"}) {
     Start();
     m_port.SetCommPort(1);
-    m_yielder.SkipYields(12);
-    m_yielder.OnYield([&] {
+    m_yielder.OnYieldAfter(12, [&] {
       EXPECT_EQ(choose("Com2"), "PortOpen=0 CommPort=2 PortOpen=1 Settings=9600,N,8,1 Handshaking=0");
       EXPECT_TRUE(Main().tmrFlasher.Enabled() && Main().tmrForcePollResume.Enabled());
       EXPECT_EQ(Main().focusWidget(), &Main().cmdConnect);

@@ -8,21 +8,17 @@ namespace {
 /// A device that leaves one question or command unanswered, while it answers the others.
 class AnswersTest : public ProgramTest {
  protected:
-  /// A session with that device. `act` is done when everything has been asked once, what is queued with Then() behind
-  /// it, each when all questions have been asked again.
+  /// A session with that device. `act` is done when everything has been asked once, what is queued with
+  /// m_yielder.OnYield() behind it, each when all questions have been asked again.
   void InSession(const ReplyTable& replies, std::function<void()> act) {
     m_replies = replies;
     if (!m_program) Start();
-    m_yielder.SkipYields(kRound);
-    Then(std::move(act));
+    m_yielder.OnYieldAfter(kRound, std::move(act));
     for (const auto& later : std::exchange(m_later, {})) {
-      m_yielder.SkipYields(kRound);
-      Then(later);
+      m_yielder.OnYieldAfter(kRound, later);
     }
-    DisconnectAfter(2);
-    Connect();
+    Connect(2);
   }
-  void Then(std::function<void()> act) { m_yielder.OnYield(std::move(act)); }
   void Later(std::function<void()> act) { m_later.push_back(std::move(act)); }
 
   bool IsOld(const char* name) { return forms::IsOld(Find(name)); }
@@ -126,35 +122,37 @@ TEST_F(AnswersTest, ANewSessionShowsNothingOfTheFormerDevice) {
 }
 
 TEST_F(AnswersTest, TheViewerTellsOldFromLiveAndTheMainFormIsOldBehindALostOne) {
-  const ReplyTable replies = m_replies = AmplifierReplies();
+  std::string old;
+  m_replies = AmplifierReplies();
   Start();
-  m_yielder.SkipYields(13);
-  Then([&] {
+  m_yielder.OnYieldAfter(13, [&] {
     Open([&] { ClickOn("cmdViewAlarms"); },
          [&] {
            auto& form = dynamic_cast<forms::frmAlarms&>(Front());
-           m_yielder.SkipYields(9);
-           Then([&] { m_replies.erase("VT?"); });
-           m_yielder.SkipYields(10);
-           Then([&] {
-             EXPECT_TRUE(forms::IsOld(form.lblTemp1));
-             EXPECT_FALSE(forms::IsOld(form.lblRF) || forms::IsOld(*form.cmdAlarms(3)));
+           const auto tell = [&] {
+             for (const QWidget* control : std::initializer_list<const QWidget*>{
+                      &form.lblTemp1, &form.lblRF, form.cmdAlarms(3), &Main().lblRFLevel, &Main().lblAlarm}) {
+               old += forms::IsOld(*control) ? 'o' : '.';
+             }
+             old += ' ';
+           };
+           m_yielder.OnYieldAfter(9, [&] { m_replies.erase("VT?"); });
+           m_yielder.OnYieldAfter(10, [&, tell] {
+             tell();
              m_replies.clear();
            });
-           m_yielder.SkipYields(10);
-           Then([&] {
-             EXPECT_TRUE(forms::IsOld(form.lblRF) && forms::IsOld(*form.cmdAlarms(3)));
-             EXPECT_TRUE(forms::IsOld(Main().lblRFLevel) && forms::IsOld(Main().lblAlarm));
-             m_replies = replies;
+           m_yielder.OnYieldAfter(10, [&, tell] {
+             tell();
+             m_replies = AmplifierReplies();
              form.cmdExit.click();
            });
-           m_yielder.SkipYields(13);
-           Then([&] { EXPECT_FALSE(IsOld("lblRFLevel") || IsOld("lblAlarm")) << "asked again"; });
+           m_yielder.OnYieldAfter(13, [&] { EXPECT_FALSE(IsOld("lblRFLevel") || IsOld("lblAlarm")) << "asked again"; });
            DisconnectAfter(2);
            Q_EMIT form.tmrStartPolling.Tick();
          });
   });
   Connect();
+  EXPECT_EQ(old, "o..oo ooooo ");
 }
 
 TEST_F(AnswersTest, AnOptionThatTheReplyDoesNotNameIsTakenBack) {

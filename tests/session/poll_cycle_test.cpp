@@ -40,8 +40,7 @@ TEST_F(PollCycleTest, LinkLostAndRegained) {
     Start();
     m_replies = c.replies;
     TellTitles();
-    m_yielder.SkipYields(1);
-    m_yielder.OnYield([this] {
+    m_yielder.OnYieldAfter(1, [this] {
       m_story.clear();
       m_silent = true;
     });
@@ -61,8 +60,7 @@ TEST_F(PollCycleTest, LinkLostAndRegained) {
       EXPECT_NE(Find("optREM").isEnabled(), m_replies["S?"] == "S=OTZ") << "a lockout holds over a lost link";
       EXPECT_FALSE(Find("txtConnectAddress").isEnabled());
     });
-    DisconnectAfter(1);
-    Connect();
+    Connect(1);
     EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
   }
 }
@@ -88,8 +86,7 @@ TEST_F(PollCycleTest, WatchdogActsOnTheSecondTickWithoutABeat) {
     message.show();
     EXPECT_EQ(tick(), 0) << "a message holds the session up";
   });
-  DisconnectAfter(1);
-  Connect();
+  Connect(1);
 }
 
 }  // namespace

@@ -36,44 +36,38 @@ TEST_F(StartUpTest, WithoutACounterTheProgramEnds) {
   EXPECT_FALSE(Main().isVisible());
 }
 
-TEST_F(StartUpTest, GoodPropertiesAreApplied) {
-  SaveProperty("Settings", "1200,e,7,2");
-  SaveProperty("CommPort", "3");
-  SaveProperty("Handshaking", "2");
-  SaveProperty("ConnectAddress", "31");
-  SaveProperty("AudibleNotify", "False");
-  SaveProperty("RS232", "False");
-  SaveProperty("RS485Control", "1");
-  Start();
-  EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
-  EXPECT_EQ(m_port.Settings(), "1200,e,7,2");
-  EXPECT_EQ(m_port.CommPort(), 3);
-  EXPECT_EQ(m_port.Handshaking(), 2);
-  EXPECT_EQ(Shared().ConnectAddress, 31);
-  EXPECT_FALSE(Shared().AudibleNotify || Shared().PortRS232);
-  EXPECT_EQ(Shared().RS485Control, 1);
-}
-
-TEST_F(StartUpTest, EachRefusedPropertyHasItsOwnMessageAlone) {
+TEST_F(StartUpTest, StoredPropertiesAreAppliedAndEachRefusedOneHasItsOwnMessageAlone) {
+  const auto startWith = [this](std::initializer_list<std::pair<const char*, const char*>> properties) {
+    for (const auto& [key, text] : properties) SaveProperty(key, text);
+    Start();
+    return m_port.Settings() + '|' + std::to_string(m_port.CommPort()) + '|' + std::to_string(m_port.Handshaking()) +
+           '|' + std::to_string(Shared().ConnectAddress) + '|' + std::to_string(Shared().RS485Control) + '|' +
+           (Shared().AudibleNotify ? "audible" : "") + (Shared().PortRS232 ? " RS232" : "");
+  };
   m_port.RefuseSettings(true);
-  SaveProperty("Settings", "fast");
-  SaveProperty("CommPort", "none");
-  SaveProperty("Handshaking", "many");
-  SaveProperty("ConnectAddress", "32");
-  SaveProperty("AudibleNotify", "maybe");
-  SaveProperty("RS232", "maybe");
-  SaveProperty("RS485Control", "x");
-  Start();
+  EXPECT_EQ(startWith({{"Settings", "fast"},
+                       {"CommPort", "none"},
+                       {"Handshaking", "many"},
+                       {"ConnectAddress", "32"},
+                       {"AudibleNotify", "maybe"},
+                       {"RS232", "maybe"},
+                       {"RS485Control", "x"}}),
+            "9600,n,8,1|1|0|0|0|");
   EXPECT_EQ(m_desktop.TakeMessages(),
             QStringList({QStringLiteral("(!) Corrupted Registry entry for data format or baud rate, using default."),
                          QStringLiteral("(!) Corrupted Registry entry for handshaking, using default."),
                          QStringLiteral("(!) Corrupted Registry entry for address, using default.")}));
-  EXPECT_EQ(m_port.Settings(), "9600,n,8,1");
-  EXPECT_EQ(m_port.CommPort(), 1);
-  EXPECT_EQ(m_port.Handshaking(), 0);
-  EXPECT_EQ(Shared().ConnectAddress, 0);
-  EXPECT_FALSE(Shared().AudibleNotify || Shared().PortRS232);
   EXPECT_EQ(StoredProperty("ConnectAddress"), QStringLiteral("32")) << "a bad value stays in the store";
+  m_port.RefuseSettings(false);
+  EXPECT_EQ(startWith({{"Settings", "1200,e,7,2"},
+                       {"CommPort", "3"},
+                       {"Handshaking", "2"},
+                       {"ConnectAddress", "31"},
+                       {"AudibleNotify", "True"},
+                       {"RS232", "False"},
+                       {"RS485Control", "1"}}),
+            "1200,e,7,2|3|2|31|1|audible");
+  EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
 }
 
 TEST_F(StartUpTest, StoredAddressIsANumberInRange) {

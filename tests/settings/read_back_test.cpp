@@ -206,8 +206,7 @@ TEST_F(ReadBackTest, UnlockedInTheMiddleOfTheReadBackWhatHasBeenReadIsFree) {
   OpenSettings([&] { EXPECT_EQ(Page(), CLASS_2_TABLES "Stby Maint; FanCtrl: *On Off"); },
                [&] {
                  SelectTab(3);
-                 m_yielder.SkipYields(29);
-                 m_yielder.OnYield([&] {
+                 m_yielder.OnYieldAfter(29, [&] {
                    Press("cmdUnlock");
                    then = Page();
                  });
@@ -228,8 +227,7 @@ TEST_F(ReadBackTest, ClosedInAnyPauseItSendsNothingMore) {
         forms::frmSettings* form = &Form();
         QObject::connect(form, &forms::Form::Unload, form,
                          [form] { EXPECT_FALSE(form->tmrForcePollResume.Enabled() || form->tmrStartLoad.Enabled()); });
-        m_yielder.SkipYields(pause - 1);
-        m_yielder.OnYield([&] {
+        m_yielder.OnYieldAfter(pause - 1, [&] {
           sent = m_port.Commands();
           programEnds ? Main().UnloadForm() : Press("cmdExit");
         });
@@ -250,8 +248,7 @@ TEST_F(ReadBackTest, TheWatchdogShowsAStalledFormAgain) {
                    Q_EMIT Form().tmrForcePollResume.Tick();
                    return hides->Take();
                  };
-                 m_yielder.SkipYields(1);
-                 m_yielder.OnYield([tick] {
+                 m_yielder.OnYieldAfter(1, [tick] {
                    EXPECT_EQ(tick(), 0) << "the pause has just begun";
                    EXPECT_EQ(tick(), 1) << "no pause has come since the last tick";
                  });

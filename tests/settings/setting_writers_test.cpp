@@ -225,10 +225,7 @@ TEST_F(AddressTest, ChangedInTheMiddleOfTheReadBackItGoesOnAtTheNewAddress) {
         EXPECT_EQ(TakeCommands(), WithAllPoints("CT? CV? U? CH? TX? T1? T2? CS? CA? CX? S? CF? RT01?..RT03? H01?..H08? "
                                                 "R00?..R02? U=B U? R03?..R25? P00?..P40?"));
       },
-      [&] {
-        m_yielder.SkipYields(26);
-        m_yielder.OnYield([&] { KeyTo(Form().txtSSPAAddress, Qt::Key_Up); });
-      });
+      [&] { m_yielder.OnYieldAfter(26, [&] { KeyTo(Form().txtSSPAAddress, Qt::Key_Up); }); });
   EXPECT_EQ(Addresses(), "2 2 2");
 }
 

@@ -49,8 +49,8 @@ void SettingsTest::Attach(const char* kind, const char* firmware, const char* pl
 void SettingsTest::Tell(const char* command) { ASSERT_TRUE(sim::Execute(*m_station, 0.0, command).ok) << command; }
 
 void SettingsTest::OpenSettings(const std::function<void()>& atEnd, const std::function<void()>& atStart) {
-  m_yielder.SkipYields(13);  // a whole round of the poll: the console knows the device
-  m_yielder.OnYield([&] {
+  // after a whole round of the poll the console knows the device
+  m_yielder.OnYieldAfter(13, [&] {
     m_port.TakeTranscript();
     auto* entry = Main().findChild<QAction*>(QStringLiteral("mnuSSPASettings"));
     ASSERT_TRUE(entry != nullptr && entry->isEnabled());

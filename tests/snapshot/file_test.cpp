@@ -103,20 +103,5 @@ TEST_F(FileTest, AFileThatWasRemovedMeanwhileIsTold) {
   EXPECT_EQ(Message(), "(!) Error with Save 7316 Snapshot");
 }
 
-TEST_F(FileTest, AFileIsReplacedAndClosed) {
-  const auto openFiles = [] { return QDir(QStringLiteral("/proc/self/fd")).entryList(QDir::AllEntries).size(); };
-  Use("controller");
-  QFile old(Path());
-  ASSERT_TRUE(old.open(QIODevice::WriteOnly));
-  old.write(QByteArray(10'000, 'x'));
-  old.close();
-  const auto before = openFiles();
-  EXPECT_EQ(Write().size(), 16 * kLine);
-  m_replies = {{"U?", "U="}};
-  Write();
-  WriteTo(m_folder.path());
-  EXPECT_EQ(openFiles(), before);
-}
-
 }  // namespace
 }  // namespace tarnwell::test

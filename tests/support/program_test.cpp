@@ -96,8 +96,7 @@ void ProgramTest::ClickOn(const char* name) {
 }
 
 void ProgramTest::DisconnectAfter(int polls) {
-  m_yielder.SkipYields(polls - 1);
-  m_yielder.OnYield([this] { ClickOn("cmdConnect"); });
+  m_yielder.OnYieldAfter(polls - 1, [this] { ClickOn("cmdConnect"); });
 }
 
 std::string ProgramTest::EnabledControls() {

@@ -99,8 +99,11 @@ class ProgramTest : public testing::Test {
   /// A mouse click on a control that the operator can reach.
   void ClickOn(const char* name);
 
-  /// Presses cmdConnect and stays in the session until it ends.
-  void Connect() { ClickOn("cmdConnect"); }
+  /// Presses cmdConnect and stays in the session until it ends; with `polls`, after so many.
+  void Connect(int polls = 0) {
+    if (polls > 0) DisconnectAfter(polls);
+    ClickOn("cmdConnect");
+  }
   /// Ends the session after that many polls.
   void DisconnectAfter(int polls);
 

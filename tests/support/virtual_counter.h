@@ -60,9 +60,10 @@ class VirtualYielder final : public platform::Yielder {
   /// Runs `action` in a yield of its own: the first call's action in the next yield, the second's in the one after.
   void OnYield(std::function<void()> action) { m_queued.push_back(std::move(action)); }
 
-  /// Lets `count` yields pass before the next queued action.
-  void SkipYields(int count) {
+  /// The same, when `count` further yields have passed.
+  void OnYieldAfter(int count, std::function<void()> action) {
     for (; count > 0; --count) OnYield([] {});
+    OnYield(std::move(action));
   }
 
   void Yield(std::int64_t deadline) override {
