@@ -59,27 +59,47 @@ TEST(CalibrationTables, TheReplyIsStoredAndDrawnAndSilenceClosesTheForm) {
   }
 }
 
-TEST(CalibrationTables, MaintenanceAsksForThePiNPointInView) {
-  struct Case {
-    const char* field;
-    const char* keys;
-    const char* commands;
+// What a reply doesn't tell leaves the point as it was: for these RF level point 5, PiN point 7, and the second and the
+// third compensation point.
+TEST(CalibrationTables, WhatReadRepliesSay) {
+  const std::tuple<const char*, std::vector<const char*>, const char*, const char*> cases[] = {
+      {"R05?", {"R05=P12V2.35", "R05= P 12 V 2.35", "R05=P12.5V2.35x"}, kRFLevel, "12|2.35|6 of 26"},
+      {"R05?", {"R05=P0V1", "R05=1P0V1"}, kRFLevel, "0|1.00|6 of 26"},
+      {"R05?", {"R05=D", "R05=V2P3", "R05=P12", "R05=P256V1", "R05=P-1V1", "R05="}, kRFLevel, "D|D|6 of 26"},
+      {"P07?", {"P07=128", "P07= 0128"}, kPiN, "7|128|8 of 41"},
+      {"P07?", {"P07=3.5", "P07=4.5"}, kPiN, "7|4|8 of 41"},
+      {"P07?", {"P07=9x", "P07=32768", "P07=\xB2", "P07="}, kPiN, "7|100|8 of 41"},
+      {"RT02?", {"RT02.-5=1.25", "RT02.-5= 1.25x"}, kRF, "-5|1.3|2 of 3"},
+      {"RT02?", {"RT02=D", "RT02.0=D"}, kRF, "0|D|2 of 3"},
+      {"RT02?", {"RT02=1.5", "RT0225=1", "RT02.9", "RT02.x=1", "RT02.99999=1"}, kRF, "25|1.5|2 of 3"},
   };
-  for (const Case& c : {Case{"txtPiNDAC", "9\r", "P07=9 P07?"},
-                        {"txtPiNDAC", "9\x1b", "P07?"},
-                        {"txtPiNDAC", "9\t", "P07?"},
-                        {"txtPiNDAC", "\r", "P07?"},
-                        {"txtPiNDAC", "9", ""},
-                        {"txtPiNLevelPoint", "^", "P08?"},
-                        {"txtPiNLevelPoint", "\r\x1b\t", ""},
-                        {"txtPiNLevelPoint", "vvvvvvvv", "P06? P05? P04? P03? P02? P01? P00?"},
-                        {"txtRFLevelPoint", "^", ""},
-                        {"txtRFVolts", "9\x1b", ""},
-                        {"txtTCComp", "9\t", ""}}) {
+  for (const auto& [query, replies, shownBy, shown] : cases) {
+    for (const char* reply : replies) {
+      SettingsRig rig;
+      rig.m_replies[query] = reply;
+      rig.m_tables.ReadRFLevelPoint(5);
+      rig.m_tables.ReadPiNPoint(7);
+      rig.m_tables.ReadRFTempCompPoint(1);
+      rig.m_tables.DrawRFLevelPoint();
+      rig.m_tables.DrawPiNPoint();
+      rig.m_tables.DrawRFTempCompPoint();
+      EXPECT_EQ(rig.Shown(shownBy), shown) << reply;
+    }
+  }
+}
+
+TEST(CalibrationTables, MaintenanceAsksForThePiNPointInView) {
+  for (const std::string row :
+       {"txtPiNDAC 9\r -> P07=9 P07?", "txtPiNDAC 9\x1b -> P07?", "txtPiNDAC 9\t -> P07?", "txtPiNDAC \r -> P07?",
+        "txtPiNDAC 9 -> ", "txtPiNLevelPoint ^ -> P08?", "txtPiNLevelPoint \r\x1b\t -> ",
+        "txtPiNLevelPoint vvvvvvvv -> P06? P05? P04? P03? P02? P01? P00?", "txtRFLevelPoint ^ -> ",
+        "txtRFVolts 9\x1b -> ", "txtTCComp 9\t -> "}) {
+    const std::string field = row.substr(0, row.find(' '));
+    const std::size_t arrow = row.find(" -> ");
     SettingsRig rig;
     rig.m_form.optModeMaint.Select();
-    rig.Type(c.field, c.keys);
-    EXPECT_EQ(rig.TakeCommands(), c.commands) << c.field << ' ' << c.keys;
+    rig.Type(field.c_str(), row.substr(field.size() + 1, arrow - field.size() - 1).c_str());
+    EXPECT_EQ(rig.TakeCommands(), row.substr(arrow + 4)) << row;
   }
   SettingsRig rig;
   rig.m_form.optModeMaint.Select();

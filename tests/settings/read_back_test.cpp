@@ -156,42 +156,29 @@ TEST_F(ReadBackTest, RemoteLockoutShowsAllAndLocksAll) {
 }
 
 TEST_F(ReadBackTest, WhatAReplySelects) {
-  const struct {
-    const char* request;
-    const char* reply;
-    int tab;
-    const char* shown;
-  } cases[] = {
-      {"U?", "U=_", 1, "Address: 31"},
-      {"U?", "U=@", 1, "Address: 0"},
-      {"T1?", "T1=D", 1, "55.8 D"},
-      {"T2?", "T2=12.25", 1, "12.2 D"},
-      {"T1?", "T1=-3", 1, "55.8 D"},
-      {"T1?", "T1= .5", 1, "55.8 0.5"},
-      {"T2?", "T2=999", 1, "100.0 D"},
-      {"TX?", "TX=0", 1, "Vorel *Generic"},
-      {"TX?", "TX=", 1, "Vorel *Generic"},
-      {"CS?", "CS=?", 2, "Shutdown: *On Off"},
-      {"CA?", "CA=?", 2, "*Fleeting Latching"},
-      {"CX?", "CX=HIGH", 2, "Low *High"},
-      {"CF?", "CF=OFF", 3, "FanCtrl: On *Off"},
-      {"S?", "S=HSULC", 2, "TempComp: *On"},
-      {"S?", "S=LHS", 2, "On Off Min *Max"},
-      {"S?", "S=MSU", 3, "Mode: Online *Stby Maint"},
-      {"S?", "S=T", 3, "Mode: Online Stby Maint"},
-  };
-  for (const auto& c : cases) {
+  for (const std::string row :
+       {"U=_ -> Address: 31", "U=@ -> Address: 0", "T1=D -> 55.8 D", "T2=12.25 -> 12.2 D", "T1=-3 -> 55.8 D",
+        "T1= .5 -> 55.8 0.5", "T2=999 -> 100.0 D", "TX=0 -> Vorel *Generic", "TX= -> Vorel *Generic",
+        "CS=? -> Shutdown: *On Off", "CA=? -> *Fleeting Latching", "CX=HIGH -> Low *High", "CF=OFF -> FanCtrl: On *Off",
+        "S=HSULC -> TempComp: *On", "S=LHS -> On Off Min *Max", "S=MSU -> Mode: Online *Stby Maint",
+        "S=T -> Mode: Online Stby Maint"}) {
+    const std::string reply = row.substr(0, row.find(" -> "));
+    const std::string request = reply.substr(0, reply.find('=')) + '?';
     Attach("c240");
     Start();
+    std::string pages;
     OpenSettings(
         [&] {
-          SelectTab(c.tab);
-          if (c.tab != 1) Press("cmdUnlock");
-          EXPECT_NE(Page().find(c.shown), std::string::npos) << c.reply << " gives " << Page();
+          for (const int tab : {1, 2, 3}) {
+            SelectTab(tab);
+            if (tab == 2) Press("cmdUnlock");
+            pages += Page() + '\n';
+          }
         },
         [&] {
-          m_replies = {{c.request, c.reply}};
+          m_replies = {{request, reply}};
         });
+    EXPECT_NE(pages.find(row.substr(reply.size() + 4)), std::string::npos) << reply << " gives\n" << pages;
     m_replies.clear();
   }
 }
