@@ -41,36 +41,22 @@ TEST(FrameCodec, TheChecksumFoldsTheLowEightBits) {
 }
 
 TEST(FrameCodec, ChecksRepliesByTheirBytes) {
-  const struct {
-    const char* what;
-    std::string received;
-    std::uint8_t address;
-    std::string expected;
-    bool valid;
-  } cases[] = {
-      {"as asked", "{AS=OTU}", 1, "S=", true},
-      {"any address to 0", "{AS=OTU}", 0, "S=", true},
-      {"another address", "{AS=OTU}", 2, "S=", false},
-      {"the address of another frame, checksum right", "{BS=OTT}", 1, "S=", false},
-      {"a wrong checksum", "{AS=OTV}", 1, "S=", false},
-      {"another reply", "{AS=OTU}", 1, "A=", false},
-      {"the expected text in the middle", "{AS=OTU}", 1, "=O", true},
-      {"the expected text with the address byte", "{AS=OTU}", 1, "AS=", true},
-      {"the expected text with the checksum and the brace", "{AS=OTU}", 1, "TU}", true},
-      {"exact as to case", "{AS=OTU}", 1, "s=", false},
-      {"no opening brace", "AS=OTU}", 1, "S=", false},
-      {"another byte for the closing brace", "{AS=OTU)", 1, "S=", false},
-      {"noise in front", "~{AS=OTU}", 1, "S=", false},
-      {"cut short", "{AS=}", 1, "S=", false},
-      {"two frames in one", "{AS=OTU{AS=OTU}", 1, "S=", false},
-      {"the shortest", "{@!}", 0, "", true},
-      {"three bytes", "{@}", 0, "", false},
-      {"a brace alone", "}", 0, "", false},
-      {"a zero byte in the text", std::string("{@S=\0", 5) + "3}", 0, "S=", true},
-      {"bytes above 127, checksum right", "{@S=\xFF,}", 0, "S=", true},
-  };
-  for (const auto& row : cases) {
-    EXPECT_EQ(CheckReplyFrame(row.received, row.address, row.expected), row.valid) << row.what;
+  const std::string whole = "{AS=OTU}";
+  // anywhere in the frame, also with the address byte, the checksum and the brace
+  for (const char* expected : {"S=", "=O", "AS=", "TU}"}) EXPECT_TRUE(CheckReplyFrame(whole, 1, expected)) << expected;
+  for (const char* expected : {"A=", "s="}) EXPECT_FALSE(CheckReplyFrame(whole, 1, expected)) << expected;
+  EXPECT_TRUE(CheckReplyFrame(whole, 0, "S=")) << "any address answers to 0";
+  EXPECT_FALSE(CheckReplyFrame(whole, 2, "S="));
+  // another's address with its checksum right, a wrong checksum, no brace, another byte for one, noise, cut, two in one
+  for (const char* received :
+       {"{BS=OTT}", "{AS=OTV}", "AS=OTU}", "{AS=OTU)", "~{AS=OTU}", "{AS=}", "{AS=OTU{AS=OTU}"}) {
+    EXPECT_FALSE(CheckReplyFrame(received, 1, "S=")) << received;
+  }
+  EXPECT_TRUE(CheckReplyFrame("{@!}", 0, "")) << "the shortest";
+  for (const char* received : {"{@}", "}", ""}) EXPECT_FALSE(CheckReplyFrame(received, 0, "")) << received;
+  // no byte is special in the text
+  for (const std::string& received : {std::string("{@S=\0", 5) + "3}", std::string("{@S=\xFF,}")}) {
+    EXPECT_TRUE(CheckReplyFrame(received, 0, "S=")) << received;
   }
 }
 

@@ -45,18 +45,11 @@ constexpr double kWindow = 0.01625;  // of a frame of 6 bytes at 9600,n,8,1
 constexpr double kLook = 0.002;      // what the gate's look at an empty line may take
 
 TEST(TransmitTime, FollowsSpeedAndFormat) {
-  const struct {
-    const char* settings;
-    std::size_t bytes;
-    double seconds;
-  } cases[] = {
-      {"9600,n,8,1", 6, 0.01625},
-      {"1200,e,7,2", 6, 0.065},
-      {"300,n,8,2", 8, 11 * 8 / 300. + 0.01},
-      {"2400,o,7,1", 10, 10 * 10 / 2400. + 0.01},
-      {"4800,n,8,1", 6, 10 * 6 / 9600. + 0.01},
-  };
-  for (const auto& row : cases) EXPECT_NEAR(TransmitTime(row.settings, row.bytes), row.seconds, 1e-9) << row.settings;
+  EXPECT_NEAR(TransmitTime("9600,n,8,1", 6), 0.01625, 1e-9);
+  EXPECT_NEAR(TransmitTime("1200,e,7,2", 6), 0.065, 1e-9);
+  EXPECT_NEAR(TransmitTime("300,n,8,2", 8), 11 * 8 / 300. + 0.01, 1e-9);
+  EXPECT_NEAR(TransmitTime("2400,o,7,1", 10), 10 * 10 / 2400. + 0.01, 1e-9);
+  EXPECT_NEAR(TransmitTime("4800,n,8,1", 6), 10 * 6 / 9600. + 0.01, 1e-9) << "another speed counts as 9600";
 }
 
 TEST_F(SendCommandTest, AReplyComesBackAtOnceButNotBeforeTheTransmitWindowEnds) {
@@ -109,24 +102,20 @@ TEST_F(SendCommandTest, CommsLostKeepsTheLastVerdictDuringACall) {
 }
 
 TEST_F(SendCommandTest, OneBadReplyIsOneFailedTry) {
-  const struct {
-    const char* what;
-    std::string bytes;
-    double seconds;  // of the bad try
-  } cases[] = {
-      {"a wrong checksum", "{@S=OTV}", 0.022},
-      {"another command's reply", Framed("A=0"), 0.022},
-      {"a frame cut in two", "@S=OTT}", 0.022},
-      {"no closing brace", "{@S=OTT", kWindow + 2.0},
-      {"longer than the buffer", "{@S=0123456789ABCDEFGHIJ}", 0.022},
-      {"noise without end", std::string(500, '~'), 0.022},
-  };
-  for (const auto& row : cases) {
-    m_port.Expect("S?").AnswerBytes(row.bytes);
+  constexpr double kAtOnce = 0.022;
+  // a wrong checksum, another command's reply, a frame cut in two, no closing brace, too long, noise without end
+  const std::pair<std::string, double> cases[] = {{"{@S=OTV}", kAtOnce},
+                                                  {Framed("A=0"), kAtOnce},
+                                                  {"@S=OTT}", kAtOnce},
+                                                  {"{@S=OTT", kWindow + 2.0},
+                                                  {"{@S=0123456789ABCDEFGHIJ}", kAtOnce},
+                                                  {std::string(500, '~'), kAtOnce}};
+  for (const auto& [bytes, seconds] : cases) {
+    m_port.Expect("S?").AnswerBytes(bytes);
     m_port.Expect("S?").Answer("S=OT");
-    EXPECT_TRUE(Send()) << row.what;
-    EXPECT_EQ(m_reply, "S=OT") << row.what;
-    EXPECT_NEAR(m_took, row.seconds + 0.05 + 0.022, 0.003) << row.what;
+    EXPECT_TRUE(Send()) << bytes;
+    EXPECT_EQ(m_reply, "S=OT") << bytes;
+    EXPECT_NEAR(m_took, seconds + 0.05 + 0.022, 0.003) << bytes;
   }
 }
 
@@ -165,17 +154,13 @@ TEST_F(SendCommandTest, WhatLayUnreadIsNotTakenForTheReply) {
 
 TEST_F(SendCommandTest, OnlyRs232WithHandshakingWaitsForClearToSend) {
   m_port.SetCTSHolding(false);
-  const struct {
-    bool rs232;
-    int handshaking;
-    bool sends;
-  } cases[] = {{true, 2, false}, {true, 0, true}, {false, 2, true}, {false, 0, true}};
-  for (const auto& row : cases) {
-    m_shared.PortRS232 = row.rs232;
-    m_port.SetHandshaking(row.handshaking);
-    if (row.sends) m_port.Expect("S?").Answer("S=OT");
-    EXPECT_EQ(Send(), row.sends) << row.rs232 << row.handshaking;
-    EXPECT_NEAR(m_took, row.sends ? 0.022 : 3 * (0.1 + 0.05), 0.01);
+  for (const auto& [rs232, handshaking] : {std::pair{true, 2}, {true, 0}, {false, 2}, {false, 0}}) {
+    const bool sends = !rs232 || handshaking == 0;
+    m_shared.PortRS232 = rs232;
+    m_port.SetHandshaking(handshaking);
+    if (sends) m_port.Expect("S?").Answer("S=OT");
+    EXPECT_EQ(Send(), sends) << rs232 << handshaking;
+    EXPECT_NEAR(m_took, sends ? 0.022 : 3 * (0.1 + 0.05), 0.01);
   }
 }
 
