@@ -4,7 +4,6 @@
 #include <QTemporaryDir>
 #include <QTimer>
 #include <cstdio>
-#include <map>
 #include <random>
 
 #include "forms/frm_alarms.h"
@@ -37,24 +36,13 @@ const char* const kPowers =
     "txtSSPAAddress U=; updwnSSPAAddress U=; updwnReflectedMax T3=; txtRFTCComp RT; txtRFTCTemp RT; txtTCComp "
     "H; txtTCTemp H; txtRFVolts R0 R1 R2; txtPiNDAC P0 P1 P2 P3 P4";
 
-const std::map<QString, QStringList>& Powers() {
-  static const auto powers = [] {
-    std::map<QString, QStringList> table;
-    for (const QString& row : QString::fromLatin1(kPowers).split(QStringLiteral("; "))) {
-      QStringList words = row.split(QLatin1Char(' '));
-      const QString control = words.takeFirst();
-      table[control] = words;
-    }
-    return table;
-  }();
-  return powers;
-}
-
 bool MaySend(const QString& control, const std::string& order) {
-  const auto row = Powers().find(control);
-  const QString sent = QString::fromLatin1(order.c_str());
-  return row != Powers().end() && std::any_of(row->second.begin(), row->second.end(),
-                                              [&](const QString& begin) { return sent.startsWith(begin); });
+  static const QStringList kRows = QString::fromLatin1(kPowers).split(QStringLiteral("; "));
+  return std::any_of(kRows.begin(), kRows.end(), [&](const QString& row) {
+    QStringList words = row.split(QLatin1Char(' '));
+    const auto begins = [&](const QString& word) { return order.starts_with(word.toStdString()); };
+    return words.takeFirst() == control && std::any_of(words.begin(), words.end(), begins);
+  });
 }
 
 /// An operator who does anything at all, at any moment that a form gives him.
@@ -86,9 +74,7 @@ class RandomOperator final : public platform::Yielder {
     }
     Settle();  // what was done in a hold comes first
     const int kind = Pick(10);
-    if (kind < 5) Click();
-    if (kind >= 5 && kind < 9) PressKey();
-    if (kind == 9) LookAway();
+    kind < 5 ? Click() : kind < 9 ? PressKey() : LookAway();
   }
 
   /// Done at each yield: what somebody at the device does who notices that it isn't found any more.
@@ -156,17 +142,9 @@ class RandomOperator final : public platform::Yielder {
     m_clicked = HitBy(*control, at);
     const QString hit = m_clicked->objectName();
     const auto click = [=, this] {
-      if (Pick(20) == 0) {
-        QTest::mouseClick(control, Qt::RightButton, {}, at);
-      } else {
-        DeliverClick(*control, m_clock.Now(), at);
-      }
+      Chance(20) ? QTest::mouseClick(control, Qt::RightButton, {}, at) : DeliverClick(*control, m_clock.Now(), at);
     };
-    if (control == &m_main->cmdViewAlarms) {
-      OpenForm(click);
-    } else {
-      click();
-    }
+    control == &m_main->cmdViewAlarms ? OpenForm(click) : click();
     Settle();
     // a click into a field or on a tab also takes the focus from where it was
     Judge({hit}, "a click");
@@ -183,13 +161,8 @@ class RandomOperator final : public platform::Yielder {
     ++(form == &Front() ? m_done.inHolds : m_done.behind);
     const platform::Moment made = m_clock.Now();
     const int kind = Pick(8);
-    if (kind == 0 && form != m_main) {
-      Later(form, [this, form, made] { DeliverClose(*form, m_clock, made); });
-    } else if (kind < 3) {
-      KeyInHold(form, made);
-    } else {
-      ClickInHold(form, made);
-    }
+    if (kind == 0 && form != m_main) return Later(form, [=, this] { DeliverClose(*form, m_clock, made); });
+    kind < 3 ? KeyInHold(form, made) : ClickInHold(form, made);
   }
 
   /// What a click there hits: a part of `control`, or what covers it.
@@ -307,11 +280,7 @@ class RandomOperator final : public platform::Yielder {
     const Qt::Key key = kKeys[Pick(std::size(kKeys))];
     const bool opens = receiver == &m_main->cmdViewAlarms && (key == Qt::Key_Space || key == Qt::Key_Enter);
     const auto press = [&] { QTest::keyClick(receiver, key); };
-    if (opens) {
-      OpenForm(press);
-    } else {
-      press();
-    }
+    opens ? OpenForm(press) : press();
     reached << Focused();
     Settle();
     Judge(reached << Focused(), "a key");

@@ -7,39 +7,42 @@ namespace {
 class ReadersTest : public ProgramTest {
  protected:
   /// A session in which one reply of the table changes; `look` runs a whole round later.
-  void InSession(const char* query, const char* reply, std::function<void()> look) {
+  void InSession(const std::string& query, const char* reply, std::function<void()> look) {
     m_replies[query] = reply;
     m_yielder.OnYieldAfter(11, std::move(look));
     Connect(1);
   }
+
+  /// A session for each reply to that query, and what `shown` tells in it.
+  void ExpectShown(const std::string& query, const std::vector<std::pair<const char*, const char*>>& rows,
+                   const std::function<std::string()>& shown) {
+    for (const auto& [reply, expected] : rows) {
+      InSession(query, reply, [&, reply = reply, expected = expected] { EXPECT_EQ(shown(), expected) << reply; });
+    }
+  }
 };
 
 TEST_F(ReadersTest, AmplifierStatus) {
-  struct Case {
-    const char* reply;
-    const char* selected;
-    const char* mute;
-    bool userMayMute;
-  };
   m_replies = AmplifierReplies();
   Start();
-  for (const Case& c : {Case{"S=OT", "optOnline optREM optRFOn", "RF On", true},
-                        Case{"S=STY", "optLLO optRFOn optStandby", "RF On", true},
-                        Case{"S=MT", "optMaint optREM optRFOn", "RF On", true},
-                        Case{"S=OTB", "optOnline optREM optRFOn", "RF Mute (Amp Module Fail)", false},
-                        Case{"S=SXD", "optREM optRFMute optStandby", "RF Mute (Direct I/O)", false},
-                        Case{"S=OXB", "optOnline optREM optRFMute", "RF Mute (Amp Module Fail)", false},
-                        Case{"S=OXDB", "optOnline optREM optRFMute", "RF Mute (Direct I/O)", false},
-                        Case{"S=OX", "optOnline optREM optRFMute", "RF Mute (User)", true},
-                        Case{"S=OTX", "optOnline optREM optRFOn", "RF On", true}}) {
-    m_replies["S=X"] = c.reply;
-    InSession("S?", c.reply, [&] {
-      EXPECT_EQ(SelectedOptions(), c.selected) << c.reply;
-      EXPECT_EQ(CaptionOf("lblSSPAMute"), c.mute) << c.reply;
-      EXPECT_EQ(Find("optRFMute").isEnabled(), c.userMayMute) << c.reply;
-      EXPECT_TRUE(Find("optStandby").isEnabled()) << c.reply;
-    });
-  }
+  ExpectShown("S?",
+              {{"S=OT", "optOnline optREM optRFOn: RF On"},
+               {"S=STY", "optLLO optRFOn optStandby: RF On"},
+               {"S=MT", "optMaint optREM optRFOn: RF On"},
+               {"S=OTB", "optOnline optREM optRFOn: RF Mute (Amp Module Fail), held"},
+               {"S=SXD", "optREM optRFMute optStandby: RF Mute (Direct I/O), held"},
+               {"S=OXB", "optOnline optREM optRFMute: RF Mute (Amp Module Fail), held"},
+               {"S=OXDB", "optOnline optREM optRFMute: RF Mute (Direct I/O), held"},
+               {"S=OX", "optOnline optREM optRFMute: RF Mute (User)"},
+               {"S=OTX", "optOnline optREM optRFOn: RF On"},
+               {"S=OTZ", "optOnline optRFOn optRLO: RF On, held, locked"},
+               {"S=OT", "optOnline optREM optRFOn: RF On"}},
+              [this] {
+                EXPECT_FALSE(Find("optMaint").isEnabled() || Find("optRLO").isEnabled());
+                return SelectedOptions() + ": " + CaptionOf("lblSSPAMute") +
+                       (Find("optRFMute").isEnabled() ? "" : ", held") +
+                       (Find("optStandby").isEnabled() && Find("optLLO").isEnabled() ? "" : ", locked");
+              });
 }
 
 TEST_F(ReadersTest, RemoteLockoutTakesTheCommandsAway) {
@@ -48,136 +51,118 @@ TEST_F(ReadersTest, RemoteLockoutTakesTheCommandsAway) {
   InSession("S?", "S=OTZ", [this] {
     EXPECT_EQ(EnabledControls(),
               "cmdConnect cmdViewAlarms fra7316Status fraAlarms fraCommsConnect fraRF fraSSPAMute fraTemp imgAlarm "
-              "imgOk lblAlarm "
-              "lblMod1 lblMod2 lblRF lblRFLevel lblSSPAMute lblTempMod1 lblTempMod2");
+              "imgOk lblAlarm lblMod1 lblMod2 lblRF lblRFLevel lblSSPAMute lblTempMod1 lblTempMod2");
     EXPECT_TRUE(Main().mnuSnapshot.isEnabled());
-    m_replies["S?"] = "S=OT";
-  });
-  InSession("S?", "S=OT", [this] {
-    EXPECT_TRUE(Find("optOnline").isEnabled() && Find("optRFMute").isEnabled() && Find("optLLO").isEnabled());
-    EXPECT_FALSE(Find("optMaint").isEnabled() || Find("optRLO").isEnabled());
   });
 }
 
 TEST_F(ReadersTest, LevelsAndTemperatures) {
   m_replies = AmplifierReplies();
   Start();
-  const std::pair<const char*, const char*> levels[] = {
-      {"VR=12.34", "12.3 dBm"}, {"VR=0.5", ".5 dBm"}, {"VR=", ".0 dBm"}, {"VR=-3.26", "-3.3 dBm"}, {"VR=x1", ".0 dBm"}};
-  for (const auto& [reply, shown] : levels) {
-    InSession("VR?", reply, [&, shown = shown] { EXPECT_EQ(CaptionOf("lblRFLevel"), shown); });
-  }
+  ExpectShown("VR?",
+              {{"VR=12.34", "12.3 dBm"},
+               {"VR=0.5", ".5 dBm"},
+               {"VR=", ".0 dBm"},
+               {"VR=-3.26", "-3.3 dBm"},
+               {"VR=x1", ".0 dBm"}},
+              [this] { return CaptionOf("lblRFLevel"); });
+  m_replies["G?"] = "G=0.0";
   m_replies["VT?"] = "VT=<i>41</i>";
   InSession("VT2?", "VT2=\x01-5.5", [this] {
     EXPECT_EQ(CaptionOf("lblTempMod1"), "<i>41</i>°C") << "taken as it came, as plain text";
     EXPECT_EQ(CaptionOf("lblTempMod2"), "\x01-5.5°C");
     EXPECT_EQ(Find<QLabel>("lblTempMod1").textFormat(), Qt::PlainText);
     EXPECT_TRUE(Find<QLabel>("lblTempMod2").text().startsWith(QChar(QChar::ReplacementCharacter)));
+    EXPECT_EQ(Main().txtGainAdjust.Text(), QStringLiteral("0.0"));
   });
-  InSession("G?", "G=0.0", [this] { EXPECT_EQ(Main().txtGainAdjust.Text(), QStringLiteral("0.0")); });
 }
 
 TEST_F(ReadersTest, AlarmIndicator) {
   m_replies = AmplifierReplies();
   Start();
-  const std::tuple<const char*, const char*, QRgb> cases[] = {{"A=ab", "ALARM", forms::kLatchedColour},
-                                                              {"A=Ab", "ALARM", forms::kActiveColour},
-                                                              {"A=V", "ALARM", forms::kActiveColour},
-                                                              {"A=", "OK", forms::kGoodColour}};
-  for (const auto& row : cases) {
-    InSession("A?", std::get<0>(row), [&] {
-      EXPECT_EQ(std::tuple(CaptionOf("lblAlarm"), Main().lblAlarm.Background().rgb()),
-                std::tuple(std::string(std::get<1>(row)), std::get<2>(row)));
-    });
-  }
+  const std::map<QRgb, const char*> colours = {
+      {forms::kActiveColour, " active"}, {forms::kLatchedColour, " latched"}, {forms::kGoodColour, " good"}};
+  ExpectShown("A?", {{"A=ab", "ALARM latched"}, {"A=Ab", "ALARM active"}, {"A=V", "ALARM active"}, {"A=", "OK good"}},
+              [&] { return CaptionOf("lblAlarm") + colours.at(Find<forms::Label>("lblAlarm").Background().rgb()); });
 }
 
 TEST_F(ReadersTest, FlasherFollowsTheAcknowledgements) {
   m_replies = AmplifierReplies();
   Start();
-  // pictures as "alarm ok", bold, and the beeps of the tick
-  const auto tick = [this] {
-    Q_EMIT Main().tmrFlasher.Tick();
-    return std::string(Find("imgAlarm").isHidden() ? "-" : "A") + (Find("imgOk").isHidden() ? "-" : "O") +
-           (forms::Bold(Find("lblAlarm")) ? "b" : "-") + std::to_string(m_desktop.TakeBeeps());
+  // pictures as "alarm ok", bold, and the beeps of each tick
+  const auto ticks = [this](int count) {
+    std::string text;
+    for (; count > 0; --count) {
+      Q_EMIT Main().tmrFlasher.Tick();
+      text += std::string(Find("imgAlarm").isHidden() ? "-" : "A") + (Find("imgOk").isHidden() ? "-" : "O") +
+              (forms::Bold(Find("lblAlarm")) ? "b" : "-") + std::to_string(m_desktop.TakeBeeps()) + ' ';
+    }
+    return text;
   };
   InSession("A?", "A=CZ", [&] {
-    EXPECT_EQ(tick() + tick() + tick(), "A-b1---1A-b1");
+    EXPECT_EQ(ticks(3), "A-b1 ---1 A-b1 ");
     Shared().AudibleNotify = false;
-    EXPECT_EQ(tick(), "---0");
+    EXPECT_EQ(ticks(1), "---0 ");
     Shared().AlarmStatus[2].Acknowledged = true;
-    EXPECT_EQ(tick(), "A-b0") << "one of two is not acknowledged";
+    EXPECT_EQ(ticks(1), "A-b0 ") << "one of two is not acknowledged";
     Shared().AlarmStatus[25].Acknowledged = true;
-    EXPECT_EQ(tick() + tick(), "A-b0A-b0") << "steady, and bold stays";
+    EXPECT_EQ(ticks(2), "A-b0 A-b0 ") << "steady, and bold stays";
   });
-  InSession("A?", "A=", [&] { EXPECT_EQ(tick(), "-O-0"); });
+  InSession("A?", "A=CZ", [&] {
+    EXPECT_EQ(ticks(2), "A-b0 ---0 ") << "a new session knows no acknowledgement";
+    Main().hide();
+    EXPECT_EQ(ticks(2), "A-b0 ---0 ") << "a hidden window flashes too";
+    Main().show();
+  });
+  InSession("A?", "A=", [&] { EXPECT_EQ(ticks(1), "-O-0 "); });
 }
 
 TEST_F(ReadersTest, ControllerDisplay) {
   m_replies = ControllerReplies();
   Start();
-  // states, paths, selected options
-  const auto shown = [this] {
-    std::string text;
-    for (const char* label :
-         {"lbl7316SSPA1State", "lbl7316SSPA2State", "lbl7316SSPA3State", "lbl7316PathAState", "lbl7316PathBState"}) {
-      text += CaptionOf(label) + ' ';
-    }
-    return text + SelectedOptions();
+  const auto expect = [this](ReplyTable changes, const std::string& states, const std::string& options,
+                             const std::string& frames) {
+    changes.merge(m_replies);
+    m_replies = changes;
+    InSession("A?", "A=", [&] {
+      std::string shown;
+      for (const char* label :
+           {"lbl7316SSPA1State", "lbl7316SSPA2State", "lbl7316SSPA3State", "lbl7316PathAState", "lbl7316PathBState"}) {
+        shown += Find(label).isHidden() ? "(none) " : CaptionOf(label) + ' ';
+      }
+      EXPECT_EQ(shown, states);
+      EXPECT_EQ(SelectedOptions(), options);
+      shown.clear();
+      for (const forms::Frame* path : {&Main().fra7316PathASelect, &Main().fra7316PathBSelect}) {
+        if (!path->isHidden()) shown += path->Caption().toStdString() + (path->isEnabled() ? "; " : " (grey); ");
+      }
+      EXPECT_EQ(shown, frames);
+    });
   };
-  const auto frames = [this] {
-    return (Main().fra7316PathASelect.Caption() + QLatin1Char('|') + Main().fra7316PathBSelect.Caption()).toStdString();
-  };
-  InSession("CP?", "CP=B", [&] {
-    EXPECT_EQ(shown(), "ONLINE STBY/ALARM ONLINE SSPA1 SSPA3 opt7316Manual opt7316PathA1 opt7316PathB3 optREM");
-    EXPECT_EQ(frames(), "Path &A SSPA Selection|Path &B SSPA Selection [Priority]");
-    EXPECT_TRUE(Find("opt7316PathB2").isEnabled());
-  });
-  m_replies["PA?"] = "PA=2";
-  m_replies["S?"] = "S=A";
-  m_replies["CP?"] = "CP=A";
-  InSession("PB?", "PB=?", [&] {
-    EXPECT_EQ(frames(), "Path &A SSPA Selection [Priority]|Path &B SSPA Selection");
-    EXPECT_EQ(shown(), "ONLINE STBY/ALARM ONLINE SSPA2 UNKNOWN opt7316Auto opt7316PathA2 optREM")
-        << "not the last session's path B";
-    EXPECT_TRUE(Find("opt7316Manual").isEnabled());
-    EXPECT_FALSE(Find("opt7316PathA1").isEnabled() || Find("fra7316PathBSelect").isEnabled());
-  });
-  m_replies["O?"] = "O=3";
-  InSession("CM?", "CM=1", [&] {
-    EXPECT_EQ(shown().substr(0, 24), "STBY/ALARM STBY/ALARM   ") << "the third isn't looked at";
-    EXPECT_TRUE(Find("fra7316PathBSelect").isHidden() && Find("lbl7316SSPA3").isHidden());
-    EXPECT_EQ(frames().substr(0, 23), "Path &A SSPA Selection|");
-  });
-  InSession("CM?", "CM=2", [&] {
-    EXPECT_FALSE(Find("fra7316PathBSelect").isHidden() || Find("lbl7316SSPA3State").isHidden());
-    EXPECT_FALSE(Find("fra7316PathBSelect").isEnabled()) << "automatic mode holds";
-    EXPECT_EQ(shown().substr(0, 29), "STBY/ALARM STBY/ALARM ONLINE ");
-  });
+  expect({{"CP?", "CP=B"}}, "ONLINE STBY/ALARM ONLINE SSPA1 SSPA3 ", "opt7316Manual opt7316PathA1 opt7316PathB3 optREM",
+         "Path &A SSPA Selection; Path &B SSPA Selection [Priority]; ");
+  // not the last session's path B
+  expect({{"PA?", "PA=2"}, {"S?", "S=A"}, {"CP?", "CP=A"}, {"PB?", "PB=?"}}, "ONLINE STBY/ALARM ONLINE SSPA2 UNKNOWN ",
+         "opt7316Auto opt7316PathA2 optREM",
+         "Path &A SSPA Selection [Priority] (grey); Path &B SSPA Selection (grey); ");
+  expect({{"O?", "O=3"}, {"CM?", "CM=1"}}, "STBY/ALARM STBY/ALARM (none) SSPA2 (none) ",
+         "opt7316Auto opt7316PathA2 optREM", "Path &A SSPA Selection (grey); ");
+  expect({{"CM?", "CM=2"}}, "STBY/ALARM STBY/ALARM ONLINE SSPA2 UNKNOWN ", "opt7316Auto opt7316PathA2 optREM",
+         "Path &A SSPA Selection [Priority] (grey); Path &B SSPA Selection (grey); ");
 }
 
-TEST_F(ReadersTest, OfTwoAmplifiersInOneReplyTheOneThatIsNotShownIsTaken) {
+TEST_F(ReadersTest, EachRoundShowsThePathThatHasChangedAndWhetherItMayBe) {
   m_replies = ControllerReplies();
   m_replies["PB?"] = "PB=23";
   Start();
   std::string shown;
-  for (int round = 0; round < 3; ++round) {
-    m_yielder.OnYieldAfter(7, [&] { shown += CaptionOf("lbl7316PathBState") + ' '; });
-  }
-  Connect(1);
-  EXPECT_EQ(shown, "SSPA3 SSPA2 SSPA3 ");
-}
-
-TEST_F(ReadersTest, AModeThatChangesInTheSessionGreysAndFreesThePaths) {
-  m_replies = ControllerReplies();
-  Start();
-  std::string seen;
   for (const char* mode : {"S=M", "S=A", "S=M"}) {
     m_yielder.OnYield([this, mode] { m_replies["S?"] = mode; });
-    m_yielder.OnYieldAfter(7, [&] { seen += Find("opt7316PathA1").isEnabled() ? '+' : '-'; });
+    m_yielder.OnYieldAfter(
+        6, [&] { shown += CaptionOf("lbl7316PathBState") + (Find("opt7316PathB2").isEnabled() ? "+ " : "- "); });
   }
   Connect(1);
-  EXPECT_EQ(seen, "+-+");
+  EXPECT_EQ(shown, "SSPA3+ SSPA2- SSPA3+ ") << "of two amplifiers in one reply the one that isn't shown";
 }
 
 TEST_F(ReadersTest, FindingRFMutedSelectsItWhichCommandsTheMuteOnce) {
