@@ -14,15 +14,13 @@ namespace {
 /// The whole program on the real port, counter and event loop, against the simulator over a pseudo-terminal.
 class EndToEndTest : public testing::Test {
  protected:
-  void SetUp() override {
-    const QString ports = qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/tarnwell/ports");
-    ASSERT_TRUE(QDir().mkpath(ports));
-    m_link = ports + QStringLiteral("/com1");
+  EndToEndTest() {
+    QDir().mkpath(QFileInfo(m_link).path());
     m_script.setInterval(10);
     QObject::connect(&m_script, &QTimer::timeout, [this] { RunScript(); });
   }
 
-  void TearDown() override {
+  ~EndToEndTest() override {
     Tell("quit");
     if (!m_simulator.waitForFinished(5000)) m_simulator.kill();
   }
@@ -88,7 +86,7 @@ class EndToEndTest : public testing::Test {
     step.act();
   }
 
-  QString m_link;
+  QString m_link = qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/tarnwell/ports/com1");
   QTimer m_script;
   QElapsedTimer m_sinceStep;
   std::deque<Step> m_steps;

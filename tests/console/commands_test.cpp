@@ -3,6 +3,14 @@
 namespace tarnwell::test {
 namespace {
 
+enum class Device { kObeys, kRefuses, kIsSilent };
+
+struct Choice {
+  const char* option;
+  const char* command;
+  const char* told;  ///< the query's reply where the device stands at it
+};
+
 class CommandsTest : public ProgramTest {
  protected:
   /// The commands that `act` causes in a session, up to the end of the yield in which it happens.
@@ -17,18 +25,7 @@ class CommandsTest : public ProgramTest {
     Connect(1);
     return caused;
   }
-};
 
-enum class Device { kObeys, kRefuses, kIsSilent };
-
-struct Choice {
-  const char* option;
-  const char* command;
-  const char* told;  ///< the query's reply where the device stands at it
-};
-
-class OptionTest : public CommandsTest {
- protected:
   /// What goes out when the operator changes from one option to the other, and which is shown as soon as that is over.
   std::string Story(const char* query, const Choice& from, const Choice& to, Device device, Qt::Key key) {
     m_replies = std::string_view(to.option).substr(0, 7) == "opt7316" ? ControllerReplies() : AmplifierReplies();
@@ -58,7 +55,7 @@ class OptionTest : public CommandsTest {
   }
 };
 
-TEST_F(OptionTest, SendsReadsBackAndShowsWhatTheDeviceSays) {
+TEST_F(CommandsTest, AnOptionSendsReadsBackAndShowsWhatTheDeviceSays) {
   const struct {
     const char* query;
     Choice choices[2];  // as they stand on the form
@@ -76,6 +73,7 @@ TEST_F(OptionTest, SendsReadsBackAndShowsWhatTheDeviceSays) {
       const std::string command = to.command;
       const std::string sent = command + ' ' + query;
       for (const Qt::Key key : {Qt::Key(0), chosen == 0 ? Qt::Key_Left : Qt::Key_Right}) {
+        SCOPED_TRACE(std::string(to.option) + (key == 0 ? " by the mouse" : " by a key"));
         EXPECT_EQ(Story(query, from, to, Device::kObeys, key), sent + " > " + to.option);
         // a mute that the device tells is taken over as the operator's own, and sent
         const std::string taken = command == "S=T" ? " S=X S?" : "";
@@ -92,8 +90,7 @@ TEST_F(OptionTest, SendsReadsBackAndShowsWhatTheDeviceSays) {
 TEST_F(CommandsTest, GainByKeysAndSpin) {
   const struct {
     const char* read;
-    const char*
-        act;  ///< keys in the emptied field; "^" Up, "\033" Escape, "l" leaving it, "+" a click on the upper arrow
+    const char* act;  ///< keys in the emptied field; "^" Up, "\033" Escape, "l" leave it, "+" click the upper arrow
     const char* command;
     const char* shown;
   } cases[] = {{"-3.4", "-3.41\r", "G=-3.41", "-3.41"},

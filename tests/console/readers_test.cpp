@@ -6,6 +6,11 @@ namespace {
 
 class ReadersTest : public ProgramTest {
  protected:
+  void SetUp() override {
+    m_replies = AmplifierReplies();
+    Start();
+  }
+
   /// A session in which one reply of the table changes; `look` runs a whole round later.
   void InSession(const std::string& query, const char* reply, std::function<void()> look) {
     m_replies[query] = reply;
@@ -22,9 +27,7 @@ class ReadersTest : public ProgramTest {
   }
 };
 
-TEST_F(ReadersTest, AmplifierStatus) {
-  m_replies = AmplifierReplies();
-  Start();
+TEST_F(ReadersTest, AmplifierStatusAndWhatALockoutLeaves) {
   ExpectShown("S?",
               {{"S=OT", "optOnline optREM optRFOn: RF On"},
                {"S=STY", "optLLO optRFOn optStandby: RF On"},
@@ -43,11 +46,6 @@ TEST_F(ReadersTest, AmplifierStatus) {
                        (Find("optRFMute").isEnabled() ? "" : ", held") +
                        (Find("optStandby").isEnabled() && Find("optLLO").isEnabled() ? "" : ", locked");
               });
-}
-
-TEST_F(ReadersTest, RemoteLockoutTakesTheCommandsAway) {
-  m_replies = AmplifierReplies();
-  Start();
   InSession("S?", "S=OTZ", [this] {
     EXPECT_EQ(EnabledControls(),
               "cmdConnect cmdViewAlarms fra7316Status fraAlarms fraCommsConnect fraRF fraSSPAMute fraTemp imgAlarm "
@@ -57,8 +55,6 @@ TEST_F(ReadersTest, RemoteLockoutTakesTheCommandsAway) {
 }
 
 TEST_F(ReadersTest, LevelsAndTemperatures) {
-  m_replies = AmplifierReplies();
-  Start();
   ExpectShown("VR?",
               {{"VR=12.34", "12.3 dBm"},
                {"VR=0.5", ".5 dBm"},
@@ -77,18 +73,11 @@ TEST_F(ReadersTest, LevelsAndTemperatures) {
   });
 }
 
-TEST_F(ReadersTest, AlarmIndicator) {
-  m_replies = AmplifierReplies();
-  Start();
+TEST_F(ReadersTest, AlarmIndicatorAndItsFlasherWhichFollowsTheAcknowledgements) {
   const std::map<QRgb, const char*> colours = {
       {forms::kActiveColour, " active"}, {forms::kLatchedColour, " latched"}, {forms::kGoodColour, " good"}};
   ExpectShown("A?", {{"A=ab", "ALARM latched"}, {"A=Ab", "ALARM active"}, {"A=V", "ALARM active"}, {"A=", "OK good"}},
               [&] { return CaptionOf("lblAlarm") + colours.at(Find<forms::Label>("lblAlarm").Background().rgb()); });
-}
-
-TEST_F(ReadersTest, FlasherFollowsTheAcknowledgements) {
-  m_replies = AmplifierReplies();
-  Start();
   // pictures as "alarm ok", bold, and the beeps of each tick
   const auto ticks = [this](int count) {
     std::string text;
@@ -119,7 +108,6 @@ TEST_F(ReadersTest, FlasherFollowsTheAcknowledgements) {
 
 TEST_F(ReadersTest, ControllerDisplay) {
   m_replies = ControllerReplies();
-  Start();
   const auto expect = [this](ReplyTable changes, const std::string& states, const std::string& options,
                              const std::string& frames) {
     changes.merge(m_replies);
@@ -154,7 +142,6 @@ TEST_F(ReadersTest, ControllerDisplay) {
 TEST_F(ReadersTest, EachRoundShowsThePathThatHasChangedAndWhetherItMayBe) {
   m_replies = ControllerReplies();
   m_replies["PB?"] = "PB=23";
-  Start();
   std::string shown;
   for (const char* mode : {"S=M", "S=A", "S=M"}) {
     m_yielder.OnYield([this, mode] { m_replies["S?"] = mode; });
@@ -166,9 +153,7 @@ TEST_F(ReadersTest, EachRoundShowsThePathThatHasChangedAndWhetherItMayBe) {
 }
 
 TEST_F(ReadersTest, FindingRFMutedSelectsItWhichCommandsTheMuteOnce) {
-  m_replies = AmplifierReplies();
   m_replies["S?"] = "S=OX";
-  Start();
   Connect(8);
   EXPECT_EQ(m_port.Commands(), "CT? CV? CP? CH? G? VR? S? S=X S? VR? A? VR? VT? VR? S?");
 }

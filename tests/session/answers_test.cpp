@@ -8,18 +8,13 @@ namespace {
 /// A device that leaves one question or command unanswered, while it answers the others.
 class AnswersTest : public ProgramTest {
  protected:
-  /// A session with that device. `act` is done when everything has been asked once, what is queued with
-  /// m_yielder.OnYield() behind it, each when all questions have been asked again.
-  void InSession(const ReplyTable& replies, std::function<void()> act) {
-    m_replies = replies;
-    if (!m_program) Start();
-    m_yielder.OnYieldAfter(kRound, std::move(act));
-    for (const auto& later : std::exchange(m_later, {})) {
-      m_yielder.OnYieldAfter(kRound, later);
-    }
-    Connect(2);
+  void SetUp() override {
+    m_replies = AmplifierReplies();
+    Start();
   }
-  void Later(std::function<void()> act) { m_later.push_back(std::move(act)); }
+
+  /// Next in the coming session, when all questions have been asked, or asked again.
+  void Round(std::function<void()> act) { m_yielder.OnYieldAfter(13, std::move(act)); }
 
   bool IsOld(const char* name) { return forms::IsOld(Find(name)); }
 
@@ -28,28 +23,23 @@ class AnswersTest : public ProgramTest {
     QTest::mouseClick(&option, Qt::LeftButton);
     QCoreApplication::processEvents();
   }
-
- private:
-  static constexpr int kRound = 13;
-  std::vector<std::function<void()>> m_later;
 };
 
 TEST_F(AnswersTest, AValueWhoseOwnQuestionIsNotAnsweredIsOldUntilItIs) {
   const struct {
     const char* question;
     std::vector<const char*> controls;
-    bool controller = false;
+    ReplyTable replies = AmplifierReplies();
   } rows[] = {{"VR?", {"lblRFLevel"}},
               {"VT?", {"lblTempMod1"}},
               {"VT2?", {"lblTempMod2"}},
               {"A?", {"lblAlarm", "imgOk"}},
               {"S?", {"optOnline", "optRFOn", "optREM", "lblSSPAMute"}},
-              {"O?", {"lbl7316SSPA1State", "lbl7316SSPA2State"}, true},
-              {"PA?", {"lbl7316PathAState", "opt7316PathA1"}, true},
-              {"PB?", {"lbl7316PathBState", "opt7316PathB3"}, true},
-              {"CP?", {"fra7316PathASelect"}, true}};
+              {"O?", {"lbl7316SSPA1State", "lbl7316SSPA2State"}, ControllerReplies()},
+              {"PA?", {"lbl7316PathAState", "opt7316PathA1"}, ControllerReplies()},
+              {"PB?", {"lbl7316PathBState", "opt7316PathB3"}, ControllerReplies()},
+              {"CP?", {"fra7316PathASelect"}, ControllerReplies()}};
   for (const auto& row : rows) {
-    const ReplyTable replies = row.controller ? ControllerReplies() : AmplifierReplies();
     const auto expectOld = [&](bool old) {
       for (const char* control : row.controls) {
         EXPECT_EQ(IsOld(control), old) << control;
@@ -57,75 +47,83 @@ TEST_F(AnswersTest, AValueWhoseOwnQuestionIsNotAnsweredIsOldUntilItIs) {
       }
     };
     m_timeOfDay.setTime(QTime(14, 3, 22));
-    Later([&] {
-      expectOld(true);
-      m_replies = replies;
-    });
-    Later([&] { expectOld(false); });
-    InSession(replies, [&] {
+    m_replies = row.replies;
+    Round([&] {
       expectOld(false);
       m_replies.erase(row.question);
       m_timeOfDay = m_timeOfDay.addSecs(60);
     });
+    Round([&] {
+      expectOld(true);
+      m_replies = row.replies;
+    });
+    Round([&] { expectOld(false); });
+    Connect(2);
   }
 }
 
 TEST_F(AnswersTest, APathShowsTheOptionThatItsLabelNames) {
-  ReplyTable replies = ControllerReplies();
-  Later([&] {
-    EXPECT_TRUE(Main().opt7316PathA1.Value());
-    m_replies["PA?"] = "PA=?";
-  });
-  Later([&] {
-    EXPECT_EQ(CaptionOf("lbl7316PathAState"), "UNKNOWN");
-    EXPECT_EQ(Main().opt7316PathA1.GroupTabStop(), nullptr) << "Tab would command it";
-  });
-  InSession(replies, [&] {
+  m_replies = ControllerReplies();
+  Round([&] {
     EXPECT_EQ(CaptionOf("lbl7316PathAState"), "SSPA1");
     Choose(Main().opt7316PathA2);
     EXPECT_TRUE(Main().opt7316PathA1.Value()) << "not answered";
     EXPECT_TRUE(IsOld("lbl7316PathAState"));
     Main().opt7316PathA2.Select();  // however it came: the next reading says what is
   });
+  Round([&] {
+    EXPECT_TRUE(Main().opt7316PathA1.Value());
+    m_replies["PA?"] = "PA=?";
+  });
+  Round([&] {
+    EXPECT_EQ(CaptionOf("lbl7316PathAState"), "UNKNOWN");
+    EXPECT_EQ(Main().opt7316PathA1.GroupTabStop(), nullptr) << "Tab would command it";
+  });
+  Connect(2);
 }
 
 TEST_F(AnswersTest, AnUnansweredGainIsAskedForOnceTheDeviceAnswers) {
-  const auto questions = [this] { return QString::fromStdString(m_port.Transcript()).count(QStringLiteral("G?")); };
-  Later([&] {
+  const auto steps = [this](Qt::Key key) {
+    m_port.TakeTranscript();
+    QTest::keyClick(&Main().txtGainAdjust, key);
+  };
+  const auto questions = [this] { return QString::fromStdString(m_port.Commands()).count(QStringLiteral("G?")); };
+  Round([&] {
+    steps(Qt::Key_Up);
+    EXPECT_TRUE(IsOld("txtGainAdjust"));
+  });
+  Round([&] {
     EXPECT_FALSE(IsOld("txtGainAdjust"));
     EXPECT_EQ(questions(), 1);
     m_replies.erase("G?");
-    m_port.TakeTranscript();
-    QTest::keyClick(&Main().txtGainAdjust, Qt::Key_Down);
+    steps(Qt::Key_Down);
   });
-  Later([&] {
+  Round([&] {
     EXPECT_TRUE(IsOld("txtGainAdjust")) << "neither was answered";
     EXPECT_EQ(Main().txtGainAdjust.Text(), QStringLiteral("-3.6")) << "the answer alone may have been lost";
     EXPECT_EQ(questions(), 3) << "one question, three tries";
   });
-  InSession(AmplifierReplies(), [&] {
-    m_port.TakeTranscript();
-    QTest::keyClick(&Main().txtGainAdjust, Qt::Key_Up);
-    EXPECT_TRUE(IsOld("txtGainAdjust"));
-  });
+  Connect(2);
 }
 
 TEST_F(AnswersTest, ANewSessionShowsNothingOfTheFormerDevice) {
-  InSession(AmplifierReplies(), [&] { m_replies.erase("VR?"); });
+  Round([&] { m_replies.erase("VR?"); });
+  Connect(13);
   EXPECT_TRUE(Main().optOnline.Value() && CaptionOf("lblTempMod1") == "41°C") << "a disconnect leaves the last values";
-  m_yielder.OnYield([&] { EXPECT_EQ(CaptionOf("lblTempMod1") + CaptionOf("lblSSPAMute"), "  "); });
+  EXPECT_TRUE(IsOld("lblRFLevel"));
+  m_replies = AmplifierReplies();
   m_replies.erase("S?");
-  ReplyTable silent = AmplifierReplies();
-  silent.erase("S?");
-  Later([&] { EXPECT_EQ(SelectedOptions(), ""); });
-  InSession(silent, [&] { EXPECT_FALSE(IsOld("lblRFLevel")); });
+  m_yielder.OnYield([&] { EXPECT_EQ(CaptionOf("lblTempMod1") + CaptionOf("lblSSPAMute"), "  "); });
+  Round([&] {
+    EXPECT_FALSE(IsOld("lblRFLevel"));
+    EXPECT_EQ(SelectedOptions(), "");
+  });
+  Connect(2);
 }
 
 TEST_F(AnswersTest, TheViewerTellsOldFromLiveAndTheMainFormIsOldBehindALostOne) {
   std::string old;
-  m_replies = AmplifierReplies();
-  Start();
-  m_yielder.OnYieldAfter(13, [&] {
+  Round([&] {
     Open([&] { ClickOn("cmdViewAlarms"); },
          [&] {
            auto& form = dynamic_cast<forms::frmAlarms&>(Front());
@@ -146,7 +144,7 @@ TEST_F(AnswersTest, TheViewerTellsOldFromLiveAndTheMainFormIsOldBehindALostOne) 
              m_replies = AmplifierReplies();
              form.cmdExit.click();
            });
-           m_yielder.OnYieldAfter(13, [&] { EXPECT_FALSE(IsOld("lblRFLevel") || IsOld("lblAlarm")) << "asked again"; });
+           Round([&] { EXPECT_FALSE(IsOld("lblRFLevel") || IsOld("lblAlarm")) << "asked again"; });
            DisconnectAfter(2);
            Q_EMIT form.tmrStartPolling.Tick();
          });
@@ -156,31 +154,27 @@ TEST_F(AnswersTest, TheViewerTellsOldFromLiveAndTheMainFormIsOldBehindALostOne) 
 }
 
 TEST_F(AnswersTest, AnOptionThatTheReplyDoesNotNameIsTakenBack) {
-  ReplyTable replies = AmplifierReplies();
-  replies["U?"] = "U=A";
-  replies["S?"] = "S=OT";
-  replies["S=C"] = "S=";
-  InSession(replies, [&] {
+  m_replies.merge(ReplyTable{{"U?", "U=A"}, {"S=C", "S="}});
+  Round([&] {
     Open([&] { Q_EMIT Main().mnuSSPASettings.Click(); },
          [&] {
            auto& form = dynamic_cast<forms::frmSettings&>(Front());
            form.tabSettings.SelectTab(2);
            Q_EMIT form.tabSettings.Click();
-           form.fraTempComp.setEnabled(true);
-           for (forms::OptionButton* option : {&form.optTempCompOn, &form.optTempCompMin}) option->setEnabled(true);
+           for (QWidget* control : {&form.fraTempComp, &form.optTempCompOn, &form.optTempCompMin})
+             control->setEnabled(true);
            form.optTempCompMin.Select();
            m_port.TakeTranscript();
            Choose(form.optTempCompOn);
-           EXPECT_NE(m_port.Transcript().find("S=C"), std::string::npos);
+           EXPECT_NE(m_port.Commands().find("S=C"), std::string::npos);
            EXPECT_TRUE(form.optTempCompMin.Value());
            form.UnloadForm();
          });
-    Main().optOnline.Select();
-    m_replies["S=S"] = "S=TQR";
-    m_replies["S?"] = "S=TQR";
+    m_replies["S=S"] = m_replies["S?"] = "S=TQR";
     Choose(Main().optStandby);
     EXPECT_TRUE(Main().optOnline.Value()) << "a status that tells no state";
   });
+  Connect(2);
 }
 
 }  // namespace

