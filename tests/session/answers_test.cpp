@@ -161,7 +161,8 @@ TEST_F(AnswersTest, AnOptionThatTheReplyDoesNotNameIsTakenBack) {
            auto& form = dynamic_cast<forms::frmSettings&>(Front());
            form.tabSettings.SelectTab(2);
            Q_EMIT form.tabSettings.Click();
-           for (QWidget* control : {&form.fraTempComp, &form.optTempCompOn, &form.optTempCompMin})
+           for (QWidget* control :
+                std::initializer_list<QWidget*>{&form.fraTempComp, &form.optTempCompOn, &form.optTempCompMin})
              control->setEnabled(true);
            form.optTempCompMin.Select();
            m_port.TakeTranscript();

@@ -119,37 +119,35 @@ TEST_F(ReadBackTest, EachDeviceIsAskedForWhatItHasAndShowsIt) {
 }
 
 TEST_F(ReadBackTest, RemoteLockoutShowsAllAndLocksAll) {
-  for (const char* kind : {"k40", "c240", "controller"}) {
-    const bool controller = std::string(kind) == "controller";
-    const QString message = QStringLiteral("(i) View settings only, %1 in RLO mode.")
-                                .arg(controller ? QStringLiteral("Redundancy Controller") : QStringLiteral("SSPA"));
-    Attach(kind);
+  const std::tuple<const char*, const char*, const char*> cases[] = {
+      {"k40", "SSPA", "Address: (1); Thresholds: (48.0) (D)"},
+      {"c240", "SSPA", "Address: (1); Transceiver: (*Vorel) (Generic); Thresholds: (55.8) (D)"},
+      {"controller", "Redundancy Controller",
+       "Address: (1); 7316Config: (1:1) (*1:2); 7316Priority: (*None) (Path A) (Path B)"}};
+  for (const auto& row : cases) {
+    const QString message =
+        QStringLiteral("(i) View settings only, %1 in RLO mode.").arg(QLatin1String(std::get<1>(row)));
+    Attach(std::get<0>(row));
     Tell("lockout on");
     Start();
     m_desktop.OnMessage([this] { EXPECT_TRUE(m_desktop.Busy() && (IsOpen() || TakeCommands().empty())); });
     const auto nothingEnabled = [&] {
       for (forms::Frame* page : {&Form().fraStandard, &Form().fraAdvanced, &Form().fraFactory}) {
-        EXPECT_FALSE(AnyEnabled(*page)) << kind << ' ' << page->objectName().toStdString();
+        EXPECT_FALSE(AnyEnabled(*page)) << std::get<0>(row) << ' ' << page->objectName().toStdString();
       }
     };
     OpenSettings(
         [&] {
           m_desktop.OnMessage({});
           EXPECT_EQ(m_desktop.TakeMessages(), QStringList(message)) << "once, ahead of the reads";
-          nothingEnabled();
           for (const int tab : {3, 2, 1}) {
             SelectTab(tab);
-            if (Form().cmdUnlock.isVisible()) {
-              Press("cmdUnlock");
-              EXPECT_EQ(m_desktop.TakeMessages().join(QString()), tab == 3 ? message : QString());
-            }
+            const bool locked = Form().cmdUnlock.isVisible();
+            if (locked) Press("cmdUnlock");
+            EXPECT_EQ(m_desktop.TakeMessages().join(QString()), locked && tab == 3 ? message : QString());
             nothingEnabled();
           }
-          EXPECT_EQ(Page(), controller                   ? "Address: (1); 7316Config: (1:1) (*1:2); 7316Priority: "
-                                                           "(*None) (Path A) (Path B)"
-                            : std::string(kind) == "k40" ? "Address: (1); Thresholds: (48.0) (D)"
-                                                         : "Address: (1); Transceiver: (*Vorel) (Generic); "
-                                                           "Thresholds: (55.8) (D)");
+          EXPECT_EQ(Page(), std::get<2>(row));
         },
         nothingEnabled);
   }

@@ -67,17 +67,6 @@ TEST(Station, FindsRequestsInWhatComes) {
   }
 }
 
-TEST(Station, AnswersAfterTheLineAndTheAnswerTime) {
-  // 6 + 7 bytes at 1000 bits per second, and 5 ms between them
-  sim::Station station = MakeStation({"--rate", "1000"});
-  EXPECT_EQ(station.Receive(2.0, "{AU?6}"), (std::vector<std::string>{"2.000 A > U?", "2.000 A < U=A"}));
-  ASSERT_TRUE(station.NextDue());
-  EXPECT_NEAR(*station.NextDue(), 2.075, 1e-9);
-  EXPECT_EQ(station.Send(2.0651), "");
-  EXPECT_EQ(station.Send(2.0751), "{");
-  EXPECT_EQ(station.Send(2.2), "AU=A4}");
-}
-
 TEST(SimulatorOptions, WrongOnesAreTold) {
   const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{"--kind"}, "--kind needs a value"},
