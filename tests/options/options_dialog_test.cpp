@@ -166,6 +166,7 @@ TEST_F(OptionsTest, ARefusalIsToldAndStoresNothing) {
 
 TEST_F(OptionsTest, InASessionThePortChangesUnderTheStandingPoll) {
   m_replies = AmplifierReplies();
+  m_replies["S=O"] = "S=OT";
   const auto choose = [this](const char* port) {
     return Choose([&] {
       EXPECT_FALSE(Main().tmrFlasher.Enabled() || Main().tmrForcePollResume.Enabled());
@@ -177,9 +178,13 @@ TEST_F(OptionsTest, InASessionThePortChangesUnderTheStandingPoll) {
     Start();
     m_port.SetCommPort(1);
     m_yielder.OnYieldAfter(12, [&] {
+      Main().optOnline.setFocus();
+      QCoreApplication::processEvents();
       EXPECT_EQ(choose("Com2"), "PortOpen=0 CommPort=2 PortOpen=1 Settings=9600,N,8,1 Handshaking=0");
       EXPECT_TRUE(Main().tmrFlasher.Enabled() && Main().tmrForcePollResume.Enabled());
-      EXPECT_EQ(Main().focusWidget(), &Main().cmdConnect);
+      QCoreApplication::processEvents();
+      EXPECT_EQ(Main().focusWidget(), &Main().cmdConnect) << "an option that got it back would command";
+      EXPECT_EQ(m_port.Commands(), "");
       m_port.RefuseOpening("gone", 4);
       EXPECT_EQ(choose("Com4"), "PortOpen=0 CommPort=4 PortOpen=1(refused) CommPort=2 PortOpen=1") << "the old one";
       m_port.RefuseOpening("gone");
