@@ -143,6 +143,9 @@ TEST_F(ViewerTest, ClearingNeedsManualModeAndNoLockoutBeforeAndBehindALostLink) 
       m_yielder.OnYield([&, this] {
         EXPECT_EQ(Title(), who + "Lost Connection to " + device + " Retrying...");
         EXPECT_EQ(EnabledControls(), "cmdExit");
+        EXPECT_EQ(forms::IsOld(*Viewer().cmdAlarms(4)), controller) << "asked last; of an amplifier it's the level";
+        EXPECT_EQ(forms::IsOld(Viewer().lblRF), !controller);
+        EXPECT_TRUE(forms::IsOld(Main().lblAlarm)) << "nothing is asked for the console meanwhile";
         EXPECT_EQ(Front().focusWidget()->objectName(), QStringLiteral("cmdExit"));
         m_replies = replies;
         m_replies["CT?"] = "CT=ANOTHER";
@@ -151,6 +154,7 @@ TEST_F(ViewerTest, ClearingNeedsManualModeAndNoLockoutBeforeAndBehindALostLink) 
       m_yielder.OnYieldAfter(1, [&, connected, this] {
         EXPECT_EQ(Title(), who + "Connected to " + device) << "as it was read at load";
         EXPECT_EQ(EnabledControls(), connected) << status;
+        EXPECT_FALSE(forms::IsOld(*Viewer().cmdAlarms(4)));
         ClickOn("cmdExit");
       });
     });

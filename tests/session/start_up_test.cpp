@@ -60,9 +60,6 @@ TEST_F(StartUpTest, StoredPropertiesAreAppliedAndEachRefusedOneHasItsOwnMessageA
                       "RS485Control=1"),
             "1200,e,7,2|3|2|31|1|audible");
   EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
-}
-
-TEST_F(StartUpTest, StoredAddressIsANumberInRange) {
   const std::tuple<const char*, int, int> cases[] = {{"31", 31, 0}, {"-1", 0, 1},   {"abc", 0, 1}, {"3.7", 4, 0},
                                                      {"0", 0, 0},   {"31.2", 0, 1}, {"nan", 0, 1}, {" 5 ", 5, 0}};
   for (const auto& [text, address, messages] : cases) {

@@ -1,15 +1,107 @@
-#include "writer_test.h"
+#include "snapshot/writer.h"
 
+#include <sys/resource.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <csignal>
 #include <fstream>
 #include <sstream>
 
+#include "platform/text_encoding.h"
+#include "protocol/readings.h"
 #include "sim/amplifier.h"
 #include "sim/controller.h"
+#include "sim/device.h"
 #include "snapshot/snapshot_line.h"
+#include "support/program_test.h"
 #include "support/snapshot_sample.h"
 
 namespace tarnwell::test {
 namespace {
+
+/// The writers on a simulated device at address 1 whose measurements stand still, in virtual time.
+class WriterTest : public testing::Test {
+ protected:
+  WriterTest() {
+    m_counter.SetReadTakes(VirtualCounter::kRate / 1000);
+    m_timing.InitCounter();
+    m_port.SetPortOpen(true);
+    m_port.TakeTranscript();
+    m_port.SetAddress(1);
+    m_shared.ConnectAddress = 1;
+    m_form.prgSaveSnapshot.setRange(0, 110);
+    m_port.AnswerAlways([this](const std::string& command) -> std::optional<std::string> {
+      const auto row = m_replies.find(command);
+      return row != m_replies.end() ? row->second : m_device->Answer(command);
+    });
+  }
+
+  /// Empty texts: what the kind has.
+  void Use(const char* kind, const char* firmware = "", const char* platform = "") {
+    m_device = sim::MakeDevice({sim::FindKind(kind), 1, firmware, platform, 0, 0});
+    const auto [type, single, kBand] = protocol::ReadModel(m_device->Model());
+    m_shared.SSPAType = type;
+    m_shared.SingleModule = single;
+    m_shared.KBandAmp = kBand;
+    m_shared.FirmwareClass = protocol::ReadFirmwareClass(m_device->Firmware());
+    const bool told = m_shared.FirmwareClass != 1;
+    m_shared.HWPlatform = told ? protocol::ReadPlatform(m_device->Answer("CH?").value_or("")) : 1;
+    m_replies.clear();
+  }
+
+  QString Path() const { return m_folder.filePath(QStringLiteral("snapshot")); }
+
+  /// The file's bytes; `m_complete` says what the writer returned.
+  std::string Write() { return WriteTo(Path()); }
+  std::string WriteTo(const QString& path) {
+    m_form.prgSaveSnapshot.setValue(0);
+    m_port.TakeTranscript();
+    const bool controller = m_shared.SSPAType == link::kRedundancyController;
+    m_complete = controller ? m_writer.WriteControllerSnapshot(path) : m_writer.WriteSSPASnapshot(path);
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : std::string();
+  }
+
+  /// The lines in UTF-8, without check characters, padding and line ends.
+  QStringList Lines() {
+    QStringList lines = platform::FromDevice(Write()).split(QLatin1String("\r\n"));
+    EXPECT_TRUE(lines.takeLast().isEmpty());
+    for (QString& line : lines) line = line.left(79).trimmed();
+    return lines;
+  }
+
+  /// The lines that a different answer to one command brings, joined by " | ". Silence: no answer.
+  std::string Changed(const std::string& command, std::optional<std::string> reply) {
+    const QStringList usual = Lines();
+    const ReplyTable before = m_replies;
+    m_replies[command] = reply.value_or("");  // in an empty one the expected text isn't found
+    QStringList lines = Lines();
+    m_replies = before;
+    EXPECT_GE(lines.size(), m_complete ? usual.size() - 1 : 1) << command;
+    for (const QString& line : usual) lines.removeOne(line);
+    return lines.join(QStringLiteral(" | ")).toStdString();
+  }
+
+  int Bar() const { return m_form.prgSaveSnapshot.value(); }
+
+  QTemporaryDir m_folder;
+  VirtualCounter m_counter;
+  VirtualYielder m_yielder{m_counter};
+  ScriptedPort m_port{m_counter};
+  FakeDesktop m_desktop;
+  std::unique_ptr<sim::Device> m_device;
+  ReplyTable m_replies;  ///< ahead of the device's own
+  link::SSPA_Public m_shared;
+  link::IntervalTiming m_timing{m_counter, m_yielder};
+  link::SerialLink m_line{m_shared, m_timing, m_port};
+  forms::frmSaveSnapshot m_form;
+  QDateTime m_now{QDate(2007, 3, 14), QTime(9, 26, 41)};
+  snapshot::Writer m_writer{m_form, m_shared, m_line, m_timing, m_desktop, [this] { return m_now; }};
+  bool m_complete = false;
+};
 
 /// The file of the example, with the check characters that stand there.
 std::string Example(const char* name) {
@@ -150,6 +242,96 @@ TEST_F(WriterTest, ADescriptionIsWrittenInTheFilesEncoding) {
   EXPECT_EQ(Write().substr(82, 45),
             "[file description] S\xFC"
             "d 5 \x80 ? ? / \\ ?.x       ");
+}
+
+constexpr std::size_t kLine = 82;
+const std::string kMark = "#ERROR: FILE MAY BE INCOMPLETE\r\n";
+
+/// No file of this process grows beyond a size while it lives, as on a full disk.
+class FullDisk {
+ public:
+  explicit FullDisk(rlim_t size) {
+    getrlimit(RLIMIT_FSIZE, &m_before);
+    const rlimit full = {size, m_before.rlim_max};
+    m_handler = std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &full);
+  }
+  ~FullDisk() {
+    setrlimit(RLIMIT_FSIZE, &m_before);
+    std::signal(SIGXFSZ, m_handler);
+  }
+  FullDisk(const FullDisk&) = delete;
+  FullDisk& operator=(const FullDisk&) = delete;
+
+ private:
+  rlimit m_before{};
+  void (*m_handler)(int);
+};
+
+class FileTest : public WriterTest {
+ protected:
+  /// The one message of a file that was not completed, with the icon ahead; its details must say something.
+  std::string Message() {
+    EXPECT_FALSE(m_complete);
+    const QStringList parts = m_desktop.TakeMessages().join(QLatin1Char('+')).split(QStringLiteral(" | "));
+    EXPECT_TRUE(parts.size() == 2 && parts[1].size() > 10);
+    return parts[0].toStdString();
+  }
+};
+
+TEST_F(FileTest, AFileThatCannotBeCreatedIsOnlyToldOf) {
+  const QString folder = m_folder.path();
+  for (const auto& [kind, message] : {std::pair{"c240", "(!) Error with Save Snapshot"},
+                                      std::pair{"controller", "(!) Error with Save 7316 Snapshot"}}) {
+    Use(kind);
+    for (const QString& path : {folder, folder + QStringLiteral("/no/folder"), QString()}) {
+      WriteTo(path);
+      EXPECT_EQ(Message(), message) << path.toStdString();
+      EXPECT_EQ(m_port.Commands(), "") << "nothing is asked for no file";
+    }
+  }
+  EXPECT_TRUE(QDir(folder).isEmpty());
+}
+
+TEST_F(FileTest, AFullDiskShowsAtTheLineThatFoundItFull) {
+  Use("c240");
+  const std::string whole = Write();
+  for (const std::size_t size : {std::size_t{0}, kLine, 12 * kLine + 40, 12 * kLine + 20}) {
+    {
+      const FullDisk full(size);
+      std::string expected = whole.substr(0, size / kLine * kLine);
+      expected += kMark.substr(0, size - expected.size());
+      EXPECT_EQ(Write(), expected) << size;
+    }
+    EXPECT_EQ(Message(), "(!) Error with Save Snapshot");
+  }
+  EXPECT_EQ(m_port.Commands(), "CT? U? TX? S? VR?") << "and nothing more is asked";
+}
+
+TEST_F(FileTest, WhatNoFileMayHoldEndsIt) {
+  Use("c240");
+  const std::string whole = Write();
+  for (const auto& [command, reply, lines] :
+       {std::tuple{"P05?", "P05=abc", 46}, std::tuple{"P05?", "P05=", 46}, std::tuple{"P05?", "P05=32768", 46},
+        std::tuple{"P05?", "P05=nan", 46}, std::tuple{"U?", "U=", 4}}) {
+    m_replies = {{command, reply}};
+    // the message is up before the file's last line is written
+    m_desktop.OnMessage([&] { EXPECT_EQ(QFile(Path()).size(), static_cast<qint64>(kLine) * lines); });
+    EXPECT_EQ(Write(), whole.substr(0, kLine * static_cast<std::size_t>(lines)) + kMark) << reply;
+    EXPECT_EQ(Message(), "(!) Error with Save Snapshot");
+  }
+  m_desktop.OnMessage({});
+  Use("controller");
+  m_replies = {{"U?", "U="}};
+  EXPECT_EQ(Write().size(), 4 * kLine + kMark.size());
+  EXPECT_EQ(Message(), "(!) Error with Save 7316 Snapshot");
+}
+
+TEST_F(FileTest, AFileThatWasRemovedMeanwhileIsTold) {
+  Use("controller");
+  m_port.Expect("CT?").Answer("CT=7316 RCP").Do([this] { QFile::remove(Path()); });
+  Write();
+  EXPECT_EQ(Message(), "(!) Error with Save 7316 Snapshot");
 }
 
 }  // namespace
