@@ -17,19 +17,13 @@ class OptionsTest : public ProgramTest {
     Open([this] { Q_EMIT Main().mnuSWOpt.Click(); },
          [this, act = std::move(act)] {
            act();
-           if (&Front() != &Main()) Click("cmdCancel");
+           if (&Front() != &Main()) Press("cmdCancel");
          });
     return m_port.TakeTranscript();
   }
 
-  /// A click, and what comes of it when the mouse event is over.
-  void Click(const char* name) {
-    ClickOn(name);
-    QCoreApplication::processEvents();
-  }
-
   /// A key to what has the focus.
-  void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+  void Key(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
     QTest::keyClick(Front().focusWidget(), key, modifiers);
     QCoreApplication::processEvents();
   }
@@ -83,7 +77,7 @@ TEST_F(OptionsTest, ShowsWhatIsInForceAndRewritesItAll) {
               EXPECT_EQ(Title(), "Software Options: Tarnwell v2.01");
               EXPECT_EQ(Shown(), "Com1 9600 None 8 1 opt485Control(0) optAudibleOn optFlow(0) optRS232; fraFlow");
               EXPECT_FALSE(Find("fraLevels").isVisible());
-              Click("cmdOK");
+              Press("cmdOK");
             }),
             kAllRewritten);
   EXPECT_EQ(Stored(), "9600,n,8,1|1|0|True|False|True|0|") << "the address is none of its business";
@@ -98,9 +92,9 @@ TEST_F(OptionsTest, ShowsWhatIsInForceAndRewritesItAll) {
   Start();
   Choose([this] {
     EXPECT_EQ(Shown(), "Com3 300 Odd 7 2 opt485Control(1) optAudibleOff optFlow(1) optRS232; fraFlow");
-    Click("optRS4xx");
+    Press("optRS4xx");
     EXPECT_EQ(Shown(), "Com3 300 Odd 7 2 opt485Control(1) optAudibleOff optFlow(0) optRS4xx; fraRS485");
-    Click("optRS232");
+    Press("optRS232");
     EXPECT_EQ(Shown(), "Com3 300 Odd 7 2 opt485Control(1) optAudibleOff optFlow(0) optRS232; fraFlow");
   });
   EXPECT_EQ(Stored(), "300,o,7,2|3|2|False|False|True|1|") << "cancelled";
@@ -118,10 +112,10 @@ TEST_F(OptionsTest, ChoicesByKeysGoToThePortAndTheStore) {
               }
               ClickTab(1);
               EXPECT_TRUE(Find("fraGeneral").isEnabled() && !Find("fraCommunications").isEnabled());
-              Click("optAudibleOff");
+              Press("optAudibleOff");
               ClickTab(0);
-              Click("optRS4xx");
-              Press(Qt::Key_O, Qt::AltModifier);
+              Press("optRS4xx");
+              Key(Qt::Key_O, Qt::AltModifier);
             }),
             "CommPort=2 PortOpen=1 PortOpen=0 Settings=2400,E,7,2 Handshaking=0 RTS=1");
   EXPECT_EQ(Stored(), "2400,e,7,2|2|0|False|False|False|0|");
@@ -148,16 +142,16 @@ TEST_F(OptionsTest, ARefusalIsToldAndStoresNothing) {
       c.refuse(true);
       Pick("cboPort", c.port);
       Pick("cboSpeed", "300");
-      Click("optFlow(1)");
+      Press("optFlow(1)");
       Find<forms::OptionButton>("optAudibleOff").Select();
-      Click("cmdOK");
+      Press("cmdOK");
       EXPECT_EQ(m_desktop.TakeMessages().join(QLatin1Char(' ')).toStdString(), c.message);
       EXPECT_NE(&Front(), &Main()) << "the dialog stays open";
       EXPECT_EQ(Stored(), before);
       EXPECT_TRUE(Shared().AudibleNotify);
       c.refuse(false);
       if (c.port == std::string("Com3")) Pick("cboPort", "Com1");
-      Click("cmdOK");
+      Press("cmdOK");
     });
     EXPECT_EQ(told, c.told);
     SaveProperty("AudibleNotify", "True");
@@ -171,7 +165,7 @@ TEST_F(OptionsTest, InASessionThePortChangesUnderTheStandingPoll) {
     return Choose([&] {
       EXPECT_FALSE(Main().tmrFlasher.Enabled() || Main().tmrForcePollResume.Enabled());
       Pick("cboPort", port);
-      Click("cmdOK");
+      Press("cmdOK");
     });
   };
   for (const char* next : {"Com2", "Com3"}) {
@@ -206,10 +200,10 @@ TEST_F(OptionsTest, HandEditedValuesOutsideTheListsAreShownAndKept) {
   Start();
   EXPECT_EQ(Choose([this] {
               EXPECT_EQ(Shown().substr(0, 16), "Com7 19200  5 1 ");
-              Click("cmdOK");
+              Press("cmdOK");
               EXPECT_EQ(m_desktop.TakeMessages().size(), 1) << "a parity that isn't offered must be chosen anew";
               Pick("cboParity", "Odd");
-              Click("cmdOK");
+              Press("cmdOK");
             }),
             "Settings=19200,,5,1(refused) Settings=19200,O,5,1 Handshaking=0");
 }
@@ -225,7 +219,7 @@ TEST_F(OptionsTest, EscapeAndEnterWhateverHasTheFocus) {
       EXPECT_EQ(Choose([&, name = focused, page = tab] {
                   Find(name).setFocus();
                   ClickTab(page);
-                  Press(key);
+                  Key(key);
                   EXPECT_EQ(&Front(), &Main()) << name;
                 }),
                 key == Qt::Key_Return ? told : "");
@@ -242,8 +236,8 @@ TEST_F(OptionsTest, WhatCanNotBeStoredIsToldOnceAndHolds) {
   ASSERT_TRUE(QDir().mkpath(path)) << "a folder in the file's place";
   Choose([&] {
     ClickTab(1);
-    Click("optAudibleOff");
-    Click("cmdOK");
+    Press("optAudibleOff");
+    Press("cmdOK");
   });
   EXPECT_FALSE(Shared().AudibleNotify);
   const QString told = m_desktop.TakeMessages().join(QLatin1Char('+'));

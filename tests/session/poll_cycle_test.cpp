@@ -14,15 +14,16 @@ TEST_F(PollCycleTest, LinkLostAndRegained) {
     const char* answered;
     const char* behind;
     const char* control;  ///< free again when the link is back
-  } cases[] = {{AmplifierReplies(), "VR? VR? VR?", "S?", "G?", "optOnline"},
+  } cases[] = {{AmplifierReplies(), "VR? VR? VR?", "A?", "G?", "optOnline"},
                {ControllerReplies(), "CM? CM? CM?", "O?", "", "opt7316Auto"},
-               {locked, "VR? VR? VR?", "S?", "G?", "lblRFLevel"}};
+               {locked, "VR? VR? VR?", "A?", "G?", "lblRFLevel"}};
   for (const auto& c : cases) {
     const std::string device = c.replies.at("CT?").substr(3);
     Start();
     m_replies = c.replies;
     std::string titles;
-    QObject::connect(&Main(), &QWidget::windowTitleChanged, [&](const QString& title) {
+    const QObject scope;
+    QObject::connect(&Main(), &QWidget::windowTitleChanged, &scope, [&](const QString& title) {
       titles += m_port.TakeTranscript() + " [" + title.mid(23).toStdString() + "] ";
     });
     const auto story = [&] { return std::exchange(titles, {}) + m_port.TakeTranscript(); };

@@ -96,8 +96,19 @@ class ProgramTest : public testing::Test {
     return *control;
   }
 
-  /// A mouse click on a control that the operator can reach.
+  /// A mouse click on a control that the operator can reach; Press also waits for what comes of it.
   void ClickOn(const char* name);
+  void Press(const char* name) {
+    ClickOn(name);
+    QCoreApplication::processEvents();
+  }
+
+  /// The commands sent since the last Take.
+  std::string TakeCommands() {
+    const std::string commands = m_port.Commands();
+    m_port.TakeTranscript();
+    return commands;
+  }
 
   /// Presses cmdConnect and stays in the session until it ends; with `polls`, after so many.
   void Connect(int polls = 0) {
