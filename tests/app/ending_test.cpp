@@ -31,24 +31,19 @@ class EndingTest : public ProgramTest {
 };
 
 TEST_F(EndingTest, EachSignalEndsWhateverIsOpen) {
-  const auto opened = [this](const std::function<void()>& open, int signal) {
-    Open(open, [signal] { raise(signal); });
-  };
-  const std::vector<std::pair<const char*, std::function<void(int)>>> phases = {
-      {"poll", [](int signal) { raise(signal); }},
-      {"alarms", [&](int signal) { opened([this] { ClickOn("cmdViewAlarms"); }, signal); }},
-      {"settings", [&](int signal) { opened([this] { Q_EMIT Main().mnuSSPASettings.Click(); }, signal); }},
-      {"options", [&](int signal) { opened([this] { Q_EMIT Main().mnuSWOpt.Click(); }, signal); }},
-      {"snapshot", [&](int signal) { opened([this] { Q_EMIT Main().mnuSnapshot.Click(); }, signal); }},
-      {"message",
-       [](int signal) {
-         QTimer::singleShot(0, [signal] { raise(signal); });
-         QMessageBox().exec();
-       }},
-  };
+  const std::pair<const char*, std::function<void()>> phases[] = {
+      {"alarms", [this] { ClickOn("cmdViewAlarms"); }},
+      {"settings", [this] { Q_EMIT Main().mnuSSPASettings.Click(); }},
+      {"options", [this] { Q_EMIT Main().mnuSWOpt.Click(); }},
+      {"snapshot", [this] { Q_EMIT Main().mnuSnapshot.Click(); }},
+      {"message", [] { QMessageBox().exec(); }},
+      {"poll", [] {}}};
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-    for (const auto& [phase, act] : phases) {
-      InSession([signal, &act = act] { act(signal); });
+    for (const auto& [phase, open] : phases) {
+      InSession([signal, &open = open] {
+        QTimer::singleShot(0, [signal] { raise(signal); });
+        open();
+      });
       EXPECT_TRUE(Main().Unloaded()) << phase << ' ' << signal;
     }
   }

@@ -50,11 +50,11 @@ TEST_F(IntervalTimingTest, ABlockingDelayHoldsItsTimeAndMovesNoOtherDeadline) {
 TEST_F(IntervalTimingTest, APumpedDelayYieldsUntilItsEndAndNoLonger) {
   m_timing.DelayPumped(0);
   EXPECT_EQ(m_yielder.Yields(), 0);
-  m_timing.DelayPumped(0.05);
-  EXPECT_EQ(m_yielder.Yields(), 1);
-  m_yielder.OnYield([this] { m_counter.Advance(3.0); });
-  m_timing.DelayPumped(0.05);
-  EXPECT_EQ(m_yielder.Yields(), 2) << "no further yield after a handler that outlasted the delay";
+  m_yielder.OnYieldAfter(1, [this] { m_counter.Advance(3.0); });
+  for (const int yields : {1, 2}) {
+    m_timing.DelayPumped(0.05);
+    EXPECT_EQ(m_yielder.Yields(), yields) << "no further yield after a handler that outlasted the delay";
+  }
 }
 
 /// A yield that comes back early, as the real one does for each event.
