@@ -48,7 +48,14 @@ bool MaySend(const QString& control, const std::string& order) {
 /// An operator who does anything at all, at any moment that a form gives him.
 class RandomOperator final : public platform::Yielder {
  public:
-  RandomOperator(VirtualCounter& counter, std::uint32_t seed) : m_counter(counter), m_random(seed) {}
+  static constexpr int kSeed = 7316;
+
+  explicit RandomOperator(VirtualCounter& counter) : m_counter(counter), m_random(kSeed) {}
+
+  /// Done at each yield: what somebody at the device does who notices that it isn't found any more.
+  std::function<void()> mend;
+  /// Done before a snapshot is saved: an answer for the file dialog.
+  std::function<void()> chooseFile;
 
   void Watch(forms::frmMain& main, SimulatedPort& port) {
     m_main = &main;
@@ -60,7 +67,7 @@ class RandomOperator final : public platform::Yielder {
 
   void Yield(std::int64_t deadline) override {
     ExpectNoOrders("a poll");
-    if (m_mend) m_mend();
+    if (mend) mend();
     if (m_main != nullptr && Chance(3)) Act();
     QCoreApplication::processEvents();
     m_counter.AdvanceTo(deadline);
@@ -77,13 +84,6 @@ class RandomOperator final : public platform::Yielder {
     kind < 5 ? Click() : kind < 9 ? PressKey() : LookAway();
   }
 
-  /// Done at each yield: what somebody at the device does who notices that it isn't found any more.
-  void MendBy(std::function<void()> mend) { m_mend = std::move(mend); }
-
-  /// Done before a snapshot is saved: an answer for the file dialog.
-  void ChooseFileBy(std::function<void()> choose) { m_chooseFile = std::move(choose); }
-
-  void EndAt(double seconds) { m_end = seconds; }
   bool Ended() const { return m_counter.Seconds() > m_end; }
 
   struct Tally {
@@ -253,7 +253,7 @@ class RandomOperator final : public platform::Yielder {
     if (auto* viewer = dynamic_cast<forms::frmAlarms*>(form.data())) Q_EMIT viewer->tmrStartPolling.Tick();
     if (auto* snapshot = dynamic_cast<forms::frmSaveSnapshot*>(form.data())) {
       snapshot->txtSnapShotID.SetText(QStringLiteral("soak"));
-      m_chooseFile();
+      chooseFile();
       snapshot->cmdOk.click();
       ++m_done.snapshots;
     }
@@ -316,9 +316,7 @@ class RandomOperator final : public platform::Yielder {
   std::mt19937 m_random;
   forms::frmMain* m_main = nullptr;
   std::vector<std::pair<std::string, bool>> m_orders;  ///< and whether an act in a hold may have sent each
-  std::function<void()> m_mend;
-  std::function<void()> m_chooseFile;
-  double m_end = 0;
+  const double m_end = m_counter.Seconds() + VirtualSeconds();
 };
 
 class OperatorSoak : public testing::TestWithParam<const char*> {};
@@ -326,12 +324,8 @@ class OperatorSoak : public testing::TestWithParam<const char*> {};
 TEST_P(OperatorSoak, NothingIsSentThatNobodyAskedFor) {
   VirtualCounter counter;
   counter.SetReadTakes(100);
-  RandomOperator hands(counter, 7316);
-  sim::DeviceSetup setup{};
-  setup.kind = sim::FindKind(GetParam());
-  setup.address = 0;
-  setup.seed = 5;
-  const std::unique_ptr<sim::Device> device = sim::MakeDevice(setup);
+  RandomOperator hands(counter);
+  const std::unique_ptr<sim::Device> device = sim::MakeDevice({sim::FindKind(GetParam()), 0, {}, {}, 0, 5});
   sim::FrameServer server;
   server.Attach(*device);
   sim::Faults faults(11);
@@ -341,15 +335,12 @@ TEST_P(OperatorSoak, NothingIsSentThatNobodyAskedFor) {
   app::Program program({counter, hands, port, desktop});
   ASSERT_TRUE(program.Start() && QTest::qWaitForWindowActive(&program.MainForm()));
   hands.Watch(program.MainForm(), port);
-  // the address that another run left, or one from a change that the console took for failed
-  const auto findDevice = [&] { device->SetAddress(program.Shared().ConnectAddress); };
-  findDevice();
-  hands.MendBy([&] {
-    if (program.Shared().CommsLost) findDevice();
-  });
+  device->SetAddress(program.Shared().ConnectAddress);  // that another run left
+  hands.mend = [&] {                                    // an address change that the console took for failed
+    if (program.Shared().CommsLost) device->SetAddress(program.Shared().ConnectAddress);
+  };
   const QTemporaryDir folder;
-  hands.ChooseFileBy([&] { desktop.AnswerSave(folder.filePath(QStringLiteral("soak.txt"))); });
-  hands.EndAt(counter.Seconds() + VirtualSeconds());
+  hands.chooseFile = [&] { desktop.AnswerSave(folder.filePath(QStringLiteral("soak.txt"))); };
   while (!hands.Ended()) {
     if (program.MainForm().cmdConnect.Caption() == QStringLiteral("&Connect")) {
       QTest::mouseClick(&program.MainForm().cmdConnect, Qt::LeftButton);

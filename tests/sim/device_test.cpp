@@ -67,27 +67,5 @@ TEST(Station, FindsRequestsInWhatComes) {
   }
 }
 
-TEST(SimulatorOptions, WrongOnesAreTold) {
-  const std::pair<std::vector<std::string>, const char*> cases[] = {
-      {{"--kind"}, "--kind needs a value"},
-      {{"--kind", "c61"}, "--kind: not usable: c61"},
-      {{"--address", "32"}, "--address: not usable: 32"},
-      {{"--firmware", "a text too long..."}, "--firmware: not usable: a text too long..."},
-      {{"--platform", "a}b"}, "--platform: not usable: a}b"},
-      {{"--trace=on"}, "unknown option --trace=on"},
-      {{"--fault", "drop=2"}, "--fault: not usable: drop=2"},
-      {{"--device", "kind=c60;address=3"}, "--device: not usable: kind=c60;address=3"},
-      {{"--device", "address=1", "--device", "kind=k40"}, "two devices have the same address"},
-      {{"--device", "kind=c60", "--kind", "k40"}, "give either --device or the options of a single device"},
-      {{"--link", "a", "--port", "b"}, "--link goes with a pseudo-terminal, not with --port"},
-  };
-  for (const auto& [arguments, expected] : cases) {
-    const auto parsed = sim::ParseOptions(arguments);
-    const auto* error = std::get_if<std::string>(&parsed);
-    ASSERT_TRUE(error) << expected;
-    EXPECT_EQ(*error, expected);
-  }
-}
-
 }  // namespace
 }  // namespace tarnwell::test

@@ -14,7 +14,7 @@ namespace tarnwell::test {
 /// The far end of a real line: a pseudo-terminal whose near end has a path to open. Its end is pulling the adapter.
 class Pty {
  public:
-  Pty() : m_master(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK)) {
+  Pty() {
     grantpt(m_master);
     unlockpt(m_master);
     m_path = ptsname(m_master);
@@ -54,7 +54,7 @@ class Pty {
   }
 
  private:
-  int m_master;
+  int m_master = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);
   std::string m_path;
 };
 
