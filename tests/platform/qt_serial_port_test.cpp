@@ -2,37 +2,21 @@
 
 #include <gtest/gtest.h>
 #include <termios.h>
-#include <time.h>
 
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
 
-#include "platform/counter.h"
 #include "platform/yield.h"
 #include "support/pty.h"
+#include "tests/platform/clocks.h"
 
 namespace tarnwell::platform {
 namespace {
 
-using test::Pty;
+using namespace test;
 
 constexpr int kPort = 200;
-
-std::int64_t Count() {
-  std::int64_t count = 0;
-  MonotonicCounter().QueryCount(count);
-  return count;
-}
-
-constexpr std::int64_t Milliseconds(std::int64_t count) { return count * 1'000'000; }
-
-/// The processor time of this thread, in nanoseconds.
-std::int64_t ProcessorTime() {
-  timespec time = {};
-  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-  return time.tv_sec * 1'000'000'000LL + time.tv_nsec;
-}
 
 class QtSerialPortTest : public testing::Test {
  protected:
@@ -57,8 +41,8 @@ class QtSerialPortTest : public testing::Test {
     EXPECT_EQ(m_line->Read(request.size()), request);
     m_line->Write(reply);
     std::string bytes;
-    const std::int64_t deadline = Count() + Milliseconds(1000);
-    while (bytes.size() < reply.size() && Count() < deadline) {
+    const std::int64_t deadline = CountAfter(1000);
+    while (bytes.size() < reply.size() && CountAfter(0) < deadline) {
       if (m_port.InBufferCount() > 0) bytes += static_cast<char>(m_port.Input());
     }
     EXPECT_EQ(bytes, reply);
@@ -105,9 +89,9 @@ TEST_F(QtSerialPortTest, MovesBytesWithoutAnEventLoop) {
   // No byte is anybody's: neither line ends, nor the terminal's own keys, nor codes above 127; and none is echoed.
   std::string everyByte;
   for (int byte = 0; byte < 256; ++byte) everyByte += static_cast<char>(byte);
-  const std::int64_t start = Count();
+  const double start = Milliseconds();
   ExpectExchange(everyByte, everyByte);
-  EXPECT_LT(Count() - start, Milliseconds(200)) << "a look that finds a byte doesn't wait";
+  EXPECT_LT(Milliseconds() - start, 200) << "a look that finds a byte doesn't wait";
 
   m_line->Write("stale");
   EXPECT_GT(m_port.InBufferCount(), 0);
@@ -121,19 +105,19 @@ TEST_F(QtSerialPortTest, MovesBytesWithoutAnEventLoop) {
 
 TEST_F(QtSerialPortTest, RestsInTheSystemUntilAByteComes) {
   OpenLine();
-  const std::int64_t start = Count();
-  const std::int64_t busy = ProcessorTime();
+  const double start = Milliseconds();
+  const double busy = ProcessorMilliseconds();
   for (int look = 0; look < 10; ++look) EXPECT_EQ(m_port.InBufferCount(), 0);
   m_port.AwaitInput(10);
-  EXPECT_GE(Count() - start, Milliseconds(17));
+  EXPECT_GE(Milliseconds() - start, 17);
   m_line->Write("~");
   m_port.AwaitInput(60'000);
   EXPECT_EQ(m_port.InBufferCount(), 1);
   m_line.reset();
   EXPECT_TRUE(m_port.SetSettings("9600,n,8,1"));
   m_port.AwaitInput(20);
-  EXPECT_GE(Count() - start, Milliseconds(37)) << "also for a device that is gone";
-  EXPECT_LT(ProcessorTime() - busy, Milliseconds(15));
+  EXPECT_GE(Milliseconds() - start, 37) << "also for a device that is gone";
+  EXPECT_LT(ProcessorMilliseconds() - busy, 15);
 }
 
 TEST_F(QtSerialPortTest, AFormatIsTakenBeforeTheLineOpensAndOneRefusedLaterLeavesIt) {
@@ -181,10 +165,10 @@ TEST_F(QtSerialPortTest, APulledAdapterCostsNothingAndComesBackUnderItsLink) {
   OpenLine();
   ASSERT_TRUE(m_port.DevicePresent());
   m_line.reset();
-  const std::int64_t busy = ProcessorTime();
-  const std::int64_t deadline = Count() + Milliseconds(100);
-  while (Count() < deadline) m_yielder.Yield(deadline);
-  EXPECT_LT(ProcessorTime() - busy, Milliseconds(20));
+  const double busy = ProcessorMilliseconds();
+  const std::int64_t deadline = CountAfter(100);
+  while (CountAfter(0) < deadline) m_yielder.Yield(deadline);
+  EXPECT_LT(ProcessorMilliseconds() - busy, 20);
   EXPECT_FALSE(m_port.DevicePresent());
   EXPECT_TRUE(m_port.PortOpen()) << "it is the operator who closes it";
   m_line.emplace();
@@ -212,14 +196,14 @@ TEST_F(QtSerialPortTest, APullInTheMiddleOfAnExchangeIsSilenceAndAFormatGivenThe
 TEST_F(QtSerialPortTest, AFloodFillsNeitherMemoryNorTimeAndEndsWithADiscard) {
   OpenLine();
   std::size_t taken = 0;
-  const std::int64_t busy = ProcessorTime();
-  const std::int64_t deadline = Count() + Milliseconds(100);
-  while (Count() < deadline) {
+  const double busy = ProcessorMilliseconds();
+  const std::int64_t deadline = CountAfter(100);
+  while (CountAfter(0) < deadline) {
     taken += m_line->Write(std::string(1024, '~'));
-    m_yielder.Yield(Count() + Milliseconds(5));
+    m_yielder.Yield(CountAfter(5));
   }
   EXPECT_LT(taken, 100'000U);
-  EXPECT_LT(ProcessorTime() - busy, Milliseconds(40));
+  EXPECT_LT(ProcessorMilliseconds() - busy, 40);
   EXPECT_LE(m_port.InBufferCount(), 4096);
 
   // The operating system holds some more; the console's way is to discard before each command.
