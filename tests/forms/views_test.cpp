@@ -151,12 +151,6 @@ TEST(Views, StartAsTheLogicExpects) {
   }
 }
 
-TEST(Layout, HalvesOfATwipGoToTheEvenNeighbour) {
-  for (const auto& [length, rounded] : {std::pair{4279.5, 4280}, {4280.5, 4280}, {0.5, 0}, {-2.5, -2}, {2.51, 3}}) {
-    EXPECT_EQ(Rounded(length), rounded) << length;
-  }
-}
-
 TEST(Layout, FontsStepUpThenDownByQuarters) {
   // At p points the text is 100 p wide and 20 p high: up while it is narrower than the field, down once and then while
   // it is higher; 6 where a size is refused or none is small enough.

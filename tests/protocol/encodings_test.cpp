@@ -70,10 +70,5 @@ TEST(WholeNumber, IsTheWholeTextOrNothing) {
   for (const auto& [text, value] : cases) EXPECT_EQ(WholeNumber(text), value) << text;
 }
 
-TEST(IndexAndTemperature, ArePaddedWithZeros) {
-  EXPECT_EQ(IndexText(0) + IndexText(7) + IndexText(40), "000740");
-  EXPECT_EQ(TemperatureText(-50) + TemperatureText(0) + TemperatureText(125) + TemperatureText(-5), "-050000125-005");
-}
-
 }  // namespace
 }  // namespace tarnwell::protocol
