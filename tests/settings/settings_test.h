@@ -1,8 +1,8 @@
 #pragma once
 
+#include <QRegularExpression>
 #include <QTabBar>
 #include <optional>
-#include <regex>
 
 #include "forms/controls/reading_order.h"
 #include "forms/frm_settings.h"
@@ -104,14 +104,16 @@ class SettingsTest : public ProgramTest {
 
   /// "R00?..R25?" stands for all the points between.
   static std::string WithAllPoints(const std::string& commands) {
-    static const std::regex kRun("([A-Z]+)(\\d\\d)\\?\\.\\.[A-Z]+(\\d\\d)\\?");
-    std::smatch run;
-    if (!std::regex_search(commands, run, kRun)) return commands;
-    std::string points;
-    for (int point = std::stoi(run[2]); point <= std::stoi(run[3]); ++point) {
-      points += (points.empty() ? "" : " ") + run[1].str() + (point < 10 ? "0" : "") + std::to_string(point) + '?';
+    static const QRegularExpression kRun(QStringLiteral("([A-Z]+)(\\d\\d)\\?\\.\\.[A-Z]+(\\d\\d)\\?"));
+    QString all = QString::fromStdString(commands);
+    for (auto run = kRun.match(all); run.hasMatch(); run = kRun.match(all)) {
+      QStringList points;
+      for (int point = run.captured(2).toInt(); point <= run.captured(3).toInt(); ++point) {
+        points += run.captured(1) + QStringLiteral("%1?").arg(point, 2, 10, QLatin1Char('0'));
+      }
+      all.replace(run.capturedStart(), run.capturedLength(), points.join(QLatin1Char(' ')));
     }
-    return run.prefix().str() + points + WithAllPoints(run.suffix());
+    return all.toStdString();
   }
 
   /// The groups on the page that is in front: "Beeper: On *Off; Address: 1". A star marks what is selected, "(...)"
