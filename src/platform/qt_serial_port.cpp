@@ -107,7 +107,7 @@ bool QtSerialPort::CTSHolding() const {
 
 int QtSerialPort::InBufferCount() {
   if (!Reachable()) return 0;
-  if (m_device.bytesAvailable() == 0) m_device.waitForReadyRead(kLookMilliseconds);
+  if (m_device.bytesAvailable() == 0) m_device.waitForReadyRead(0);  // else nothing moves without an event loop
   return static_cast<int>(m_device.bytesAvailable());
 }
 

@@ -39,7 +39,7 @@ class SerialPort {
 
   virtual bool CTSHolding() const = 0;
 
-  /// Bytes received and not yet read. May wait up to 1 ms in the operating system while there is none.
+  /// Bytes received and not yet read.
   virtual int InBufferCount() = 0;
   /// Rests in the operating system until a byte has come, at most for `milliseconds`. May return early.
   virtual void AwaitInput(int /*milliseconds*/) {}

@@ -107,9 +107,8 @@ TEST_F(QtSerialPortTest, RestsInTheSystemUntilAByteComes) {
   OpenLine();
   const double start = Milliseconds();
   const double busy = ProcessorMilliseconds();
-  for (int look = 0; look < 10; ++look) EXPECT_EQ(m_port.InBufferCount(), 0);
-  m_port.AwaitInput(10);
-  EXPECT_GE(Milliseconds() - start, 17);
+  EXPECT_EQ(m_port.InBufferCount(), 0);
+  m_port.AwaitInput(20);
   m_line->Write("~");
   m_port.AwaitInput(60'000);
   EXPECT_EQ(m_port.InBufferCount(), 1);
