@@ -35,5 +35,45 @@ TEST(Device, RepliesFitWhatTheConsoleTakes) {
       SystemCompensationQuery(8));
 }
 
+TEST(Station, FindsRequestsInWhatComes) {
+  const struct {
+    const char* name;
+    std::vector<std::string> pieces;
+    const char* frames;
+  } cases[] = {
+      {"byte by byte, then two in one", {"{", "A", "U", "?", "6", "}", "{AU?6}{AU?6}"}, "{AU=A4}{AU=A4}{AU=A4}"},
+      {"noise ahead, cut off, then whole", {"\xFF}x{AU{AU?6}"}, "{AU=A4}"},
+      {"never closed", {"{" + std::string(500, 'A') + "}", std::string(500, 'A') + "{AU?6}"}, "{AU=A4}"},
+      {"wrong checksum, too short, empty, nobody's", {"{AU?1}{BU?6}", "{}{A}{AA}", "{A\"}", "{CU?4}"}, ""},
+      {"another device, then all, from their own", {"{BU?5}", "{@U?7}"}, "{BU=B6}{AU=A4}{BU=B6}"},
+      {"the old address answers a new one's setting", {"{AU=C6}", "{AU?6}", "{CU?4}"}, "{AU=C6}{CU=C8}"},
+  };
+  for (const auto& row : cases) {
+    sim::Station station(std::get<sim::Options>(
+        sim::ParseOptions({"--device", "kind=c60,address=1", "--device", "kind=k40,address=2"})));
+    for (const std::string& piece : row.pieces) station.Receive(0.0, piece);
+    EXPECT_EQ(station.Send(1.0), row.frames) << row.name;
+  }
+}
+
+TEST(SimulatorOptions, WrongOnesAreTold) {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
+      {{"--kind"}, "--kind needs a value"},
+      {{"--address", "32"}, "--address: not usable: 32"},
+      {{"--platform", "a}b"}, "--platform: not usable: a}b"},
+      {{"--trace=on"}, "unknown option --trace=on"},
+      {{"--fault", "drop=2"}, "--fault: not usable: drop=2"},
+      {{"--device", "kind=c60;address=3"}, "--device: not usable: kind=c60;address=3"},
+      {{"--device", "address=1", "--device", "kind=k40"}, "two devices have the same address"},
+      {{"--device", "kind=c60", "--kind", "k40"}, "give either --device or the options of a single device"},
+      {{"--link", "a", "--port", "b"}, "--link goes with a pseudo-terminal, not with --port"},
+  };
+  for (const auto& [arguments, expected] : cases) {
+    const auto parsed = sim::ParseOptions(arguments);
+    const auto* error = std::get_if<std::string>(&parsed);
+    EXPECT_EQ(error != nullptr ? *error : "taken", expected);
+  }
+}
+
 }  // namespace
 }  // namespace tarnwell::test

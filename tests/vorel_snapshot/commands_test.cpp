@@ -11,13 +11,14 @@
 #include <QTemporaryDir>
 #include <functional>
 
+#include "snapshot/snapshot_line.h"
 #include "support/snapshot_sample.h"
 #include "tools/vorel-snapshot/plot.h"
 
 namespace tarnwell::test {
 namespace {
 
-using Lines = std::vector<std::string>;
+constexpr std::size_t At(std::size_t line, std::size_t column) { return (line - 1) * 82 + column - 1; }
 
 class SnapshotCommands : public testing::Test {
  protected:
@@ -40,11 +41,11 @@ class SnapshotCommands : public testing::Test {
     file.write(bytes.data(), static_cast<qint64>(bytes.size()));
   }
 
-  /// The amplifier's lines with some put in the place of others, by their numbers.
-  static Lines Changed(const std::vector<std::pair<std::size_t, std::string>>& changes) {
-    Lines lines = AmplifierLines();
-    for (const auto& [number, line] : changes) lines[number - 1] = line;
-    return lines;
+  /// The amplifier's file with other texts in some lines, by their numbers.
+  static std::string Changed(const std::vector<std::pair<std::size_t, std::string>>& changes) {
+    std::string file = SampleFile("amplifier.txt");
+    for (const auto& [line, text] : changes) file.replace(At(line, 1), 80, snapshot::FormatSnapshotLine(text));
+    return file;
   }
 
   QTemporaryDir m_folder;
@@ -52,15 +53,11 @@ class SnapshotCommands : public testing::Test {
   std::string m_err;
 };
 
-constexpr std::size_t At(std::size_t line, std::size_t column) { return (line - 1) * 82 + column - 1; }
-
 TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
-  const std::string whole = SnapshotFile(AmplifierLines());
+  const std::string whole = SampleFile("amplifier.txt");
   std::string unixFile;
   for (const char c : whole) unixFile += c == '\r' ? "" : std::string(1, c);
-  const auto with = [&](std::size_t number, const std::string& line) {
-    return SnapshotFile(Changed({{number, line}}));
-  };
+  const auto with = [](std::size_t line, const char* text) { return Changed({{line, text}}); };
   const auto replaced = [&](std::size_t at, std::size_t length, const std::string& bytes) {
     return std::string(whole).replace(at, length, bytes);
   };
@@ -69,7 +66,7 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
     const char* told;
   } cases[] = {
       {whole, "a.txt: whole, amplifier, 57 lines"},
-      {SnapshotFile(ControllerLines()), "a.txt: whole, redundancy controller, 16 lines"},
+      {SampleFile("controller.txt"), "a.txt: whole, redundancy controller, 16 lines"},
       {"", "a.txt: the file is empty"},
       {std::string("\0\1\2\xFF\r\n\n\r", 8), "a.txt: no line of a snapshot is in it"},
       {unixFile, "a.txt: all lines end in LF rather than CR LF: a converted file"},
@@ -119,8 +116,8 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
 }
 
 TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
-  Write("a.txt", SnapshotFile(AmplifierLines()));
-  Write("c.txt", SnapshotFile(ControllerLines()));
+  Write("a.txt", SampleFile("amplifier.txt"));
+  Write("c.txt", SampleFile("controller.txt"));
   Write("huge.txt", std::string(70'000, ' '));
   const struct {
     const char* command;
@@ -147,13 +144,13 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
 }
 
 TEST_F(SnapshotCommands, DiffTellsWhatTheServiceVisitChanged) {
-  Write("a.txt", SnapshotFile(AmplifierLines()));
-  const auto diff = [&](const Lines& after, const char* options = "") {
-    Write("b.txt", SnapshotFile(after));
+  Write("a.txt", SampleFile("amplifier.txt"));
+  const auto diff = [&](const std::string& after, const char* options = "") {
+    Write("b.txt", after);
     const int code = Run(QStringLiteral("diff a.txt b.txt") + QLatin1String(options));
     return std::to_string(code) + m_out.substr(m_out.find("\n\n") + 1);
   };
-  const Lines drifted =
+  const std::string drifted =
       Changed({{2, "[file description] later"}, {13, "[rf level] 43.25 dBm"}, {15, "[gain adjust] .50 dB"}});
   EXPECT_EQ(diff(drifted),
             "0\nmeasured, not counted\n  rf level                        43.2 dBm                 -> 43.25 dBm\n\n"
@@ -176,10 +173,10 @@ TEST_F(SnapshotCommands, DiffTellsWhatTheServiceVisitChanged) {
 }
 
 TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {
-  Write("a.txt", SnapshotFile(Changed({{2, "[file description] \"x\", y"},
-                                       {13, "[rf level] #ERR"},
-                                       {36, "[rf temp comp points (\xB0\x43,dB)] (-20, .5), (#ERR, #ERR), (30, D)"},
-                                       {47, "[pin diode table (dB,DAC)] (0, 12), (1, 18), (2, 24), (3, -)"}})));
+  Write("a.txt", Changed({{2, "[file description] \"x\", y"},
+                          {13, "[rf level] #ERR"},
+                          {36, "[rf temp comp points (\xB0\x43,dB)] (-20, .5), (#ERR, #ERR), (30, D)"},
+                          {47, "[pin diode table (dB,DAC)] (0, 12), (1, 18), (2, 24), (3, -)"}}));
   EXPECT_EQ(Run(QStringLiteral("export a.txt --csv")), 1);
   EXPECT_EQ(m_err, "a.txt:47: column 60: no point in brackets\n");
   for (const char* row :
@@ -212,10 +209,9 @@ TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {
 }
 
 TEST_F(SnapshotCommands, PlotDrawsTheGoodPointsAndTellsTheOthers) {
-  std::string file =
-      SnapshotFile(Changed({{36, "[rf temp comp points (\xB0\x43,dB)] NA"},
-                            {38, "[sys temp comp points (\xB0\x43,dB)] (20, 0), (30, D), (60, -1)"},
-                            {41, "[rf level table (dBm,V)] (29, 1.64), (#ERR, #ERR), (31, 2.06), (32, 2.27)"}}));
+  std::string file = Changed({{36, "[rf temp comp points (\xB0\x43,dB)] NA"},
+                              {38, "[sys temp comp points (\xB0\x43,dB)] (20, 0), (30, D), (60, -1)"},
+                              {41, "[rf level table (dBm,V)] (29, 1.64), (#ERR, #ERR), (31, 2.06), (32, 2.27)"}});
   file[At(47, 79)] = 'x';
   Write("a.txt", file);
   std::string told;
