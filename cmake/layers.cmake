@@ -1,7 +1,7 @@
 # What every target of the project is built with, and the function that makes a layer.
 
 add_library(tarnwell_flags INTERFACE)
-target_compile_options(tarnwell_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Werror)
+target_compile_options(tarnwell_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow $<$<BOOL:${TARNWELL_WERROR}>:-Werror>)
 # GCC 12 warns wrongly of every literal + std::string&& once it optimises.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   target_compile_options(tarnwell_flags INTERFACE -Wno-restrict)

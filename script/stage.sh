@@ -1,7 +1,7 @@
-# Sourced by script/run and script/bench from the project's folder: a simulated device as COM1 in a configuration folder
-# of its own, and a display where there is none. What was started ends with the script that sourced this.
+# Sourced from the project's folder: a simulated device as COM1 in a configuration folder of its own, a display where there
+# is none, and the console on them, all from the folder $bin. What was started ends with the script that sourced this.
 
-bin=$PWD/build/release/bin
+bin=${bin:-$PWD/build/release/bin}
 mkdir -p build/run
 # The operator's own stored properties and port map stay untouched.
 run=$(mktemp -d "$PWD/build/run/XXXXXX")
@@ -51,3 +51,19 @@ start_display() {
 }
 
 has_window_manager() { xdotool get_num_desktops >/dev/null 2>&1; }
+
+console_window() { xdotool search --onlyvisible --name 'Vorel Tarnwell' 2>/dev/null; }
+console_title() { xdotool getwindowname "$(console_window)"; }
+is_connected() { [[ $(console_title) == *"Connected to"* ]]; }
+
+start_console() {
+  "$bin/tarnwell" 2>/dev/null &
+  console=$!
+  children+=("$console")
+  wait_until "$console" console_window >/dev/null
+}
+
+end_console() {
+  kill "$console"
+  wait "$console" 2>/dev/null || true
+}

@@ -21,7 +21,7 @@ namespace tarnwell::sim {
 
 namespace {
 
-constexpr const char* kVersion = "vorel-sim 2.01\n";
+constexpr const char* kVersion = "vorel-sim " TARNWELL_VERSION "\n";
 
 volatile sig_atomic_t endAsked = 0;
 

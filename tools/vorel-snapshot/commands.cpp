@@ -9,7 +9,7 @@ namespace tarnwell::vorel_snapshot {
 
 namespace {
 
-const char* const kVersion = "vorel-snapshot 2.01\n";
+const char* const kVersion = "vorel-snapshot " TARNWELL_VERSION "\n";
 
 struct Option {
   const char* name;  ///< null: no more

@@ -1,0 +1,40 @@
+set(CPACK_GENERATOR DEB)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
+
+set(CPACK_DEBIAN_TARNWELL_PACKAGE_NAME tarnwell)
+set(CPACK_DEBIAN_TARNWELL_PACKAGE_SECTION electronics)
+# Without one of these fonts the toolkit may find none at all; xdg-open opens the manual.
+set(CPACK_DEBIAN_TARNWELL_PACKAGE_DEPENDS "fonts-liberation | fonts-liberation2 | fonts-dejavu-core, xdg-utils")
+set(CPACK_DEBIAN_TARNWELL_PACKAGE_RECOMMENDS "www-browser, qt6-wayland")
+set(CPACK_DEBIAN_TARNWELL_PACKAGE_SUGGESTS "vorel-sim")
+set(CPACK_COMPONENT_TARNWELL_DESCRIPTION
+    "console for solid-state power amplifiers
+Tarnwell watches and configures one solid-state power amplifier of the Vorel
+family, or one 1:1 or 1:2 redundancy controller that switches such amplifiers,
+over one serial line (RS-232 or RS-422/485). It shows operating state, RF
+level, temperatures and alarms, sends the operator's commands, acknowledges
+and clears alarms, edits every stored setting and the calibration tables, and
+saves snapshots.
+
+The companion program vorel-snapshot checks, compares, plots and exports these
+snapshots.")
+
+set(CPACK_DEBIAN_VOREL-SIM_PACKAGE_NAME vorel-sim)
+set(CPACK_DEBIAN_VOREL-SIM_PACKAGE_SECTION electronics)
+set(CPACK_DEBIAN_VOREL-SIM_PACKAGE_SUGGESTS "tarnwell")
+set(CPACK_COMPONENT_VOREL-SIM_DESCRIPTION
+    "simulated power amplifier on a pseudo-terminal
+vorel-sim stands in for a solid-state power amplifier of the Vorel family, or
+for a redundancy controller: it opens a pseudo-terminal and answers there as
+the device would, so that the Tarnwell console can be tried, shown and taught
+without one. Alarms, lockout, levels, silence and faults of the line can be
+made to order.")
