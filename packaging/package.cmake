@@ -1,11 +1,6 @@
 # What CPack says of the packages: Debian's from Linux, a ZIP and an installer from Windows. To be read ahead of the
 # install rules, which name the components.
 
-set(CPACK_COMPONENTS_ALL tarnwell)
-if(TARNWELL_SIMULATOR)
-  list(APPEND CPACK_COMPONENTS_ALL vorel-sim)
-endif()
-
 set(TARNWELL_MAINTAINER "Tarnwell developers <developers@tarnwell.home.arpa>" CACHE STRING "Who answers for a package")
 set(CPACK_PACKAGE_CONTACT ${TARNWELL_MAINTAINER})
 set(CPACK_PACKAGE_VENDOR "Tarnwell")

@@ -107,8 +107,22 @@ bool QtSerialPort::CTSHolding() const {
 
 int QtSerialPort::InBufferCount() {
   if (!Reachable()) return 0;
-  if (m_device.bytesAvailable() == 0) m_device.waitForReadyRead(0);  // else nothing moves without an event loop
+  if (m_device.bytesAvailable() == 0) Look();  // else nothing moves without an event loop
   return static_cast<int>(m_device.bytesAvailable());
+}
+
+// On Windows a wait takes one step, and a byte needs several: the notice that it is there, its reading, and ahead of them
+// the end of a writing. Elsewhere the first tells all.
+void QtSerialPort::Look() {
+#ifdef Q_OS_WIN
+  constexpr int kMostSteps = 8;
+  for (int step = 0; step < kMostSteps && m_device.isOpen(); ++step) {
+    m_device.clearError();
+    if (m_device.waitForReadyRead(0) || m_device.error() != QSerialPort::NoError) return;
+  }
+#else
+  m_device.waitForReadyRead(0);
+#endif
 }
 
 void QtSerialPort::AwaitInput(int milliseconds) {

@@ -52,6 +52,7 @@ class QtSerialPort final : public SerialPort {
   void CloseDevice();
   void NoteError(QSerialPort::SerialPortError error);
   bool Reachable();
+  void Look();
   QString FailureReason(const QString& path) const;
 
   int m_commPort = 1;

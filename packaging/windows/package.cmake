@@ -1,0 +1,6 @@
+set(CPACK_GENERATOR ZIP NSIS)
+set(CPACK_PACKAGE_FILE_NAME tarnwell-${PROJECT_VERSION}-windows-x86_64)
+set(CPACK_MONOLITHIC_INSTALL ON)
+# CPack looks here first for the installer's script.
+list(PREPEND CMAKE_MODULE_PATH ${CMAKE_CURRENT_LIST_DIR})
+set(CPACK_TARNWELL_ICON ${CMAKE_CURRENT_LIST_DIR}/tarnwell.ico)
