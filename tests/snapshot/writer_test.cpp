@@ -1,18 +1,16 @@
 #include "snapshot/writer.h"
 
-#include <sys/resource.h>
-
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <algorithm>
-#include <csignal>
 #include <fstream>
 #include <sstream>
 
 #include "platform/text_encoding.h"
 #include "protocol/readings.h"
 #include "sim/device.h"
+#include "support/file_limit.h"
 #include "support/program_test.h"
 #include "support/snapshot_sample.h"
 
@@ -198,15 +196,6 @@ TEST_F(WriterTest, WhatRepliesBecome) {
 constexpr std::size_t kLine = 82;
 const std::string kMark = "#ERROR: FILE MAY BE INCOMPLETE\r\n";
 
-/// No file of this process grows beyond that size, as on a full disk.
-void LimitFiles(rlim_t size) {
-  std::signal(SIGXFSZ, SIG_IGN);
-  rlimit limit{};
-  getrlimit(RLIMIT_FSIZE, &limit);
-  limit.rlim_cur = std::min(size, limit.rlim_max);
-  setrlimit(RLIMIT_FSIZE, &limit);
-}
-
 TEST_F(WriterTest, AFileThatCannotBeCreatedOrWasRemovedMeanwhileIsToldOf) {
   Use("c240");
   for (const char* path : {"", "/no/folder"}) {
@@ -227,10 +216,10 @@ TEST_F(WriterTest, AFullDiskShowsAtTheLineThatFoundItFull) {
   for (const std::size_t size : {std::size_t{0}, kLine, 12 * kLine + 40, 12 * kLine + 20}) {
     std::string expected = whole.substr(0, size / kLine * kLine);
     expected += kMark.substr(0, size - expected.size());
-    LimitFiles(size);
-    const std::string written = Write();
-    LimitFiles(RLIM_INFINITY);
-    EXPECT_EQ(written, expected) << size;
+    {
+      const FileLimit full(size);
+      EXPECT_EQ(Write(), expected) << size;
+    }
     EXPECT_EQ(Message(), "(!) Error with Save Snapshot");
   }
   EXPECT_EQ(m_port.Commands(), "CT? U? TX? S? VR?") << "and nothing more is asked";

@@ -1,18 +1,24 @@
 #include "tools/vorel-snapshot/commands.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <QFile>
+#include <QFileInfo>
 #include <QImage>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSvgRenderer>
 #include <QTemporaryDir>
+#include <filesystem>
 #include <functional>
 
 #include "snapshot/snapshot_line.h"
+#include "support/file_limit.h"
 #include "support/snapshot_sample.h"
+#include "tools/vorel-snapshot/files.h"
 #include "tools/vorel-snapshot/plot.h"
 
 namespace tarnwell::test {
@@ -134,6 +140,7 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
        "vorel-snapshot: usage: diff [--readings] BEFORE AFTER\n"
        "vorel-snapshot --help lists the commands.\n"},
       {"diff a.txt c.txt", 1, ""},
+      {"verify ", 2, "vorel-snapshot: a file's name is empty\n"},
       {"look", 2, "vorel-snapshot: no command look\nvorel-snapshot --help lists the commands.\n"},
       {"--version", 0, ""},
   };
@@ -141,6 +148,44 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
     EXPECT_EQ(Run(QString::fromLatin1(row.command)), row.code) << row.command;
     EXPECT_EQ(m_err, row.err) << row.command;
   }
+}
+
+TEST_F(SnapshotCommands, WriteWholeFilesOrNoneAndSayWhy) {
+  Write("a.txt", SampleFile("amplifier.txt"));
+  Write("old.csv", "old");
+  const auto path = [&](const char* name) { return m_folder.filePath(QLatin1String(name)).toStdString(); };
+  ASSERT_EQ(mkfifo(path("pipe.svg").c_str(), 0600), 0);
+  ASSERT_EQ(symlink("pipe.svg", path("link.csv").c_str()), 0);
+  ASSERT_EQ(symlink("nowhere", path("gone.csv").c_str()), 0);
+  for (const char* target : {"plot a.txt -o pipe.svg", "export --csv a.txt -o link.csv",
+                             "export --csv a.txt -o gone.csv", "export --csv a.txt -o ./a.txt"}) {
+    EXPECT_EQ(Run(QLatin1String(target)), 2) << target;
+    EXPECT_NE(m_err.find(": not replaced\n"), std::string::npos) << m_err;
+  }
+  struct stat pipe {};
+  EXPECT_TRUE(stat(path("link.csv").c_str(), &pipe) == 0 && S_ISFIFO(pipe.st_mode));
+  EXPECT_EQ(Run(QStringLiteral("verify a.txt")), 0);
+  {
+    const FileLimit full(4096);
+    EXPECT_EQ(Run(QStringLiteral("export --csv a.txt -o old.csv")), 2);
+    EXPECT_EQ(m_err, "vorel-snapshot: old.csv: File too large\n");
+  }
+  EXPECT_EQ(QFileInfo(m_folder.filePath(QStringLiteral("old.csv"))).size(), 3);
+  EXPECT_EQ(Run(QStringLiteral("export --csv a.txt -o old.csv")), 0);
+  EXPECT_GT(QFileInfo(m_folder.filePath(QStringLiteral("old.csv"))).size(), 4096);
+}
+
+TEST_F(SnapshotCommands, OpenNamesInAnyEncodingAndShowThemOnOneLine) {
+  Write("a.txt", SampleFile("amplifier.txt"));
+  const QByteArray name = m_folder.path().toUtf8() + "/S\xFC\x64\n\xC3\xBC.txt";
+  std::filesystem::copy_file(m_folder.filePath(QStringLiteral("a.txt")).toStdString(), name.toStdString());
+  vorel_snapshot::Output output;
+  EXPECT_EQ(vorel_snapshot::Run({QStringLiteral("verify"), vorel_snapshot::NameFromBytes(name)}, output), 0);
+  EXPECT_NE(output.out.indexOf("/S\xEF\xBF\xBD"
+                               "d\xEF\xBF\xBD"),
+            -1)
+      << output.out.toStdString();
+  EXPECT_EQ(output.out.count('\n'), 1);
 }
 
 TEST_F(SnapshotCommands, DiffTellsWhatTheServiceVisitChanged) {

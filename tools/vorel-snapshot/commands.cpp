@@ -24,7 +24,7 @@ struct Command {
   const char* details;
   int leastFiles;
   int mostFiles;
-  std::array<Option, 2> options;
+  std::array<Option, 3> options;
   int (*run)(Call&);
 };
 
@@ -69,12 +69,14 @@ const Command kCommands[] = {
      {{{"o", "OUT", "the picture, an SVG or PNG file by its ending"}}},
      PlotFile},
     {"export",
-     "FILE --json|--csv",
+     "FILE --json|--csv [-o OUT]",
      "print a snapshot for another program",
      "Numbers as numbers, units by themselves. vorel-snapshot(1) tells the form.\n",
      1,
      1,
-     {{{"json", nullptr, "one JSON object"}, {"csv", nullptr, "comma-separated values"}}},
+     {{{"json", nullptr, "one JSON object"},
+       {"csv", nullptr, "comma-separated values"},
+       {"o", "OUT", "into that file"}}},
      ExportFile},
 };
 

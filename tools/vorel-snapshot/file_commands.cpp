@@ -1,14 +1,13 @@
 #include "tools/vorel-snapshot/file_commands.h"
 
-#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <algorithm>
 #include <optional>
 
 #include "tools/vorel-snapshot/describe.h"
 #include "tools/vorel-snapshot/diff.h"
 #include "tools/vorel-snapshot/export.h"
+#include "tools/vorel-snapshot/files.h"
 #include "tools/vorel-snapshot/plot.h"
 #include "tools/vorel-snapshot/show.h"
 
@@ -16,32 +15,11 @@ namespace tarnwell::vorel_snapshot {
 
 namespace {
 
-/// Some ten snapshots; what is larger is something else.
-constexpr qint64 kMostBytes = 1 << 16;
-
-/// The file's bytes, or why not.
-std::optional<QByteArray> Load(const QString& path, QString& error) {
-  if (QFileInfo(path).isDir()) {
-    error = QStringLiteral("is a directory");
-    return std::nullopt;
-  }
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) {
-    error = file.errorString();
-    return std::nullopt;
-  }
-  // A device has no size, so the bytes that come are counted.
-  const QByteArray bytes = file.read(kMostBytes + 1);
-  if (file.error() != QFileDevice::NoError) error = file.errorString();
-  if (bytes.size() > kMostBytes) error = QStringLiteral("larger than any snapshot");
-  return error.isEmpty() ? std::optional(bytes) : std::nullopt;
-}
-
 std::optional<Snapshot> ReadFile(const QString& path, Output& output) {
   QString error;
-  const auto bytes = Load(path, error);
+  const auto bytes = LoadFile(path, error);
   if (!bytes) {
-    Complain(output, path + QStringLiteral(": ") + error);
+    Complain(output, path.isEmpty() ? error : ShownName(path) + QStringLiteral(": ") + error);
     return std::nullopt;
   }
   return ReadSnapshot({bytes->constData(), static_cast<std::size_t>(bytes->size())});
@@ -50,19 +28,22 @@ std::optional<Snapshot> ReadFile(const QString& path, Output& output) {
 /// The same for a command that goes on with what it could read: the damage is told on standard error.
 std::optional<Snapshot> ReadAndTell(const QString& path, Output& output) {
   auto snapshot = ReadFile(path, output);
-  if (snapshot) output.err += FaultLines(path, *snapshot).toUtf8();
+  if (snapshot) output.err += FaultLines(ShownName(path), *snapshot).toUtf8();
   return snapshot;
 }
 
 int ExitOf(const Snapshot& snapshot) { return snapshot.faults.empty() ? kExitFine : kExitDamaged; }
 
-int WritePlot(Call& call, const Snapshot& snapshot, const QString& path, const QString& format) {
-  const QByteArray bytes = PlotPage(call.files[0], snapshot, format);
-  // The whole picture or none: an older one stays where the disk is full.
-  QSaveFile file(path);
-  const bool written = file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-  if (written) return ExitOf(snapshot);
-  Complain(call.output, path + QStringLiteral(": ") + file.errorString());
+/// Puts what a command made into the file that -o names.
+int Deliver(Call& call, const QString& path, const QByteArray& bytes, int code) {
+  QString error;
+  const auto isTarget = [&](const QString& file) { return IsSameFile(file, path); };
+  if (std::any_of(call.files.begin(), call.files.end(), isTarget)) {
+    error = QStringLiteral("is read by this command: not replaced");
+  } else if (WriteWhole(path, bytes, error)) {
+    return code;
+  }
+  Complain(call.output, ShownName(path) + QStringLiteral(": ") + error);
   return kExitUnreadable;
 }
 
@@ -84,7 +65,8 @@ int Verify(Call& call) {
     const QString verdict =
         faults == 0 ? QStringLiteral("whole, %1, %2 lines").arg(KindText(snapshot->kind)).arg(snapshot->lines)
                     : QStringLiteral("damaged, %1 told").arg(faults);
-    call.output.out += FaultLines(file, *snapshot).toUtf8() + file.toUtf8() + ": " + verdict.toUtf8() + '\n';
+    call.output.out +=
+        FaultLines(ShownName(file), *snapshot).toUtf8() + ShownName(file).toUtf8() + ": " + verdict.toUtf8() + '\n';
     worst = std::max<int>(worst, ExitOf(*snapshot));
   }
   return worst;
@@ -93,7 +75,7 @@ int Verify(Call& call) {
 int ShowFile(Call& call) {
   const auto snapshot = ReadAndTell(call.files[0], call.output);
   if (!snapshot) return kExitUnreadable;
-  call.output.out += Show(call.files[0], *snapshot).toUtf8();
+  call.output.out += Show(ShownName(call.files[0]), *snapshot).toUtf8();
   return ExitOf(*snapshot);
 }
 
@@ -101,7 +83,8 @@ int DiffFiles(Call& call) {
   const auto before = ReadAndTell(call.files[0], call.output);
   const auto after = ReadAndTell(call.files[1], call.output);
   if (!before || !after) return kExitUnreadable;
-  const Differences found = Diff({call.files[0], *before}, {call.files[1], *after}, call.Has("readings"));
+  const Differences found =
+      Diff({ShownName(call.files[0]), *before}, {ShownName(call.files[1]), *after}, call.Has("readings"));
   call.output.out += found.report.toUtf8();
   const bool whole = before->faults.empty() && after->faults.empty();
   return found.count == 0 && whole ? kExitFine : kExitDamaged;
@@ -114,7 +97,9 @@ int ExportFile(Call& call) {
   }
   const auto snapshot = ReadAndTell(call.files[0], call.output);
   if (!snapshot) return kExitUnreadable;
-  call.output.out += call.Has("json") ? ExportJson(call.files[0], *snapshot) : ExportCsv(*snapshot);
+  const QByteArray bytes = call.Has("json") ? ExportJson(ShownName(call.files[0]), *snapshot) : ExportCsv(*snapshot);
+  if (call.Has("o")) return Deliver(call, call.parser.value(QStringLiteral("o")), bytes, ExitOf(*snapshot));
+  call.output.out += bytes;
   return ExitOf(*snapshot);
 }
 
@@ -132,10 +117,10 @@ int PlotFile(Call& call) {
   if (nothing) {
     const QString why = charts.empty() ? QStringLiteral("a redundancy controller has no calibration tables")
                                        : QStringLiteral("no point of a calibration table is left to draw");
-    Complain(call.output, call.files[0] + QStringLiteral(": ") + why);
+    Complain(call.output, ShownName(call.files[0]) + QStringLiteral(": ") + why);
     return kExitNoTables;
   }
-  return WritePlot(call, *snapshot, path, format);
+  return Deliver(call, path, PlotPage(ShownName(call.files[0]), *snapshot, format), ExitOf(*snapshot));
 }
 
 }  // namespace tarnwell::vorel_snapshot

@@ -1,10 +1,12 @@
-#include <QFile>
 #include <QGuiApplication>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <optional>
 
 #include "tools/vorel-snapshot/commands.h"
+#include "tools/vorel-snapshot/files.h"
 
 namespace {
 
@@ -18,7 +20,7 @@ bool Print(const QByteArray& bytes, std::FILE* stream) {
 
 int Main(int argc, char** argv) {
   QStringList arguments;
-  for (int i = 1; i < argc; ++i) arguments += QFile::decodeName(argv[i]);
+  for (int i = 1; i < argc; ++i) arguments += tarnwell::vorel_snapshot::NameFromBytes(argv[i]);
   std::optional<QGuiApplication> painting;
   if (tarnwell::vorel_snapshot::NeedsPainting(arguments)) {
     // No window is opened, so a picture is drawn without a display as well; Qt's remarks on locale and fonts are not
@@ -31,7 +33,7 @@ int Main(int argc, char** argv) {
   const int code = tarnwell::vorel_snapshot::Run(arguments, output);
   Print(output.err, stderr);
   if (Print(output.out, stdout)) return code;
-  Print("vorel-snapshot: standard output took not all\n", stderr);
+  Print(QByteArray("vorel-snapshot: standard output took not all: ") + std::strerror(errno) + '\n', stderr);
   return kExitUnreadable;
 }
 

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <sys/resource.h>
+
+#include <algorithm>
+#include <csignal>
+
+namespace tarnwell::test {
+
+/// While it lives no file of this process grows beyond that size, as on a full disk.
+class FileLimit {
+ public:
+  explicit FileLimit(rlim_t size) {
+    std::signal(SIGXFSZ, SIG_IGN);
+    getrlimit(RLIMIT_FSIZE, &m_before);
+    const rlimit limit{std::min(size, m_before.rlim_max), m_before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+  }
+  ~FileLimit() { setrlimit(RLIMIT_FSIZE, &m_before); }
+  FileLimit(const FileLimit&) = delete;
+  FileLimit& operator=(const FileLimit&) = delete;
+
+ private:
+  rlimit m_before{};
+};
+
+}  // namespace tarnwell::test

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <filesystem>
+#include <optional>
+
+namespace tarnwell::vorel_snapshot {
+
+// A file's name goes through the program as QString, also where it is no UTF-8: such a byte stands in it as a lone
+// surrogate, U+DC00 and the byte, and becomes the byte again where the file is opened.
+
+/// The name of a command line's argument.
+QString NameFromBytes(const QByteArray& bytes);
+QString NameFromPath(const std::filesystem::path& path);
+std::filesystem::path PathOf(const QString& name);
+
+/// The name on one line of valid text: control characters, and bytes that are no UTF-8, are replaced.
+QString ShownName(const QString& name);
+
+/// Some ten snapshots; what is larger is something else.
+inline constexpr std::size_t kMostBytes = 1 << 16;
+
+/// The file's bytes, or why not.
+std::optional<QByteArray> LoadFile(const QString& name, QString& error);
+
+/// Whether both name one file that exists, by links too.
+bool IsSameFile(const QString& a, const QString& b);
+
+/// Puts the whole file there, or leaves what was there and says why. What is no regular file isn't replaced: a device,
+/// a pipe or a link to one would be gone.
+bool WriteWhole(const QString& name, const QByteArray& bytes, QString& error);
+
+}  // namespace tarnwell::vorel_snapshot
