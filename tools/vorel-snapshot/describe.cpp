@@ -56,8 +56,9 @@ QString FaultLines(const QString& file, const Snapshot& snapshot) {
   return lines;
 }
 
-QString KindText(Kind kind) {
-  return kind == Kind::kController ? QStringLiteral("redundancy controller") : QStringLiteral("amplifier");
+QString KindText(const Snapshot& snapshot) {
+  if (!snapshot.known) return QStringLiteral("not a snapshot");
+  return snapshot.kind == Kind::kController ? QStringLiteral("redundancy controller") : QStringLiteral("amplifier");
 }
 
 QString TextOf(const Snapshot& snapshot, std::string_view label) {

@@ -28,8 +28,8 @@ QString FaultText(const QString& file, const Fault& fault);
 /// All of them, one a line.
 QString FaultLines(const QString& file, const Snapshot& snapshot);
 
-/// "amplifier" or "redundancy controller".
-QString KindText(Kind kind);
+/// "amplifier", "redundancy controller" or "not a snapshot".
+QString KindText(const Snapshot& snapshot);
 
 /// The text of the entry with that label, or nothing.
 QString TextOf(const Snapshot& snapshot, std::string_view label);

@@ -92,6 +92,9 @@ class Comparison {
 
 Differences Diff(const NamedSnapshot& before, const NamedSnapshot& after, bool readingsCount) {
   const QString heading = Heading('-', before) + Heading('+', after);
+  for (const NamedSnapshot* named : {&before, &after}) {
+    if (!named->snapshot.known) return {QStringLiteral("%1: %2\n").arg(named->file, KindText(named->snapshot)), 1};
+  }
   if (before.snapshot.kind != after.snapshot.kind) {
     return {heading + QStringLiteral("\none is of an amplifier, the other of a redundancy controller\n"), 1};
   }

@@ -145,7 +145,7 @@ QByteArray ExportJson(const QString& file, const Snapshot& snapshot) {
   QJsonArray faults;
   for (const Fault& fault : snapshot.faults) faults.append(JsonFault(fault));
   const QJsonObject whole{{QStringLiteral("file"), file},
-                          {QStringLiteral("kind"), KindText(snapshot.kind)},
+                          {QStringLiteral("kind"), KindText(snapshot)},
                           {QStringLiteral("damage"), faults},
                           {QStringLiteral("entries"), entries}};
   return QJsonDocument(whole).toJson();

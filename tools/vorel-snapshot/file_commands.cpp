@@ -61,12 +61,13 @@ int Verify(Call& call) {
       worst = kExitUnreadable;
       continue;
     }
+    const QString name = ShownName(file);
     const auto faults = snapshot->faults.size();
-    const QString verdict =
-        faults == 0 ? QStringLiteral("whole, %1, %2 lines").arg(KindText(snapshot->kind)).arg(snapshot->lines)
-                    : QStringLiteral("damaged, %1 told").arg(faults);
-    call.output.out +=
-        FaultLines(ShownName(file), *snapshot).toUtf8() + ShownName(file).toUtf8() + ": " + verdict.toUtf8() + '\n';
+    const QString verdict = faults == 0
+                                ? QStringLiteral("whole, %1, %2 lines").arg(KindText(*snapshot)).arg(snapshot->lines)
+                                : QStringLiteral("damaged, %1 told").arg(faults);
+    call.output.out += FaultLines(name, *snapshot).toUtf8();
+    if (snapshot->known) call.output.out += QStringLiteral("%1: %2\n").arg(name, verdict).toUtf8();
     worst = std::max<int>(worst, ExitOf(*snapshot));
   }
   return worst;
@@ -112,6 +113,7 @@ int PlotFile(Call& call) {
   }
   const auto snapshot = ReadAndTell(call.files[0], call.output);
   if (!snapshot) return kExitUnreadable;
+  if (!snapshot->known) return kExitDamaged;
   const auto charts = Charts(*snapshot);
   const bool nothing = std::all_of(charts.begin(), charts.end(), [](const Chart& chart) { return chart.runs.empty(); });
   if (nothing) {

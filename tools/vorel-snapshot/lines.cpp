@@ -55,6 +55,11 @@ std::string_view LineText(const Line& line) {
   return padded.substr(0, padded.find_last_not_of(' ') + 1);
 }
 
+bool Holds(const Line& line) {
+  return line.body.size() == snapshot::kLineLength &&
+         snapshot::CheckCharacter(line.body.substr(0, snapshot::kTextLength)) == line.body.back();
+}
+
 std::vector<Fault> LineFaults(const Line& line, std::size_t number) {
   std::vector<Fault> faults;
   const auto control = std::find_if(line.body.begin(), line.body.end(), IsControl);

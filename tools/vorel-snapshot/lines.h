@@ -26,6 +26,9 @@ std::vector<Line> SplitLines(std::string_view file);
 /// The text of a line without its padding and, where the line has one, its check character.
 std::string_view LineText(const Line& line);
 
+/// Whether length and check character are right: no accident changed the text.
+bool Holds(const Line& line);
+
 /// What a line shows by itself: its end, its length, its check character, control characters.
 std::vector<Fault> LineFaults(const Line& line, std::size_t number);
 

@@ -94,7 +94,7 @@ class Placer {
     const bool isController = KnownCount(controller) > KnownCount(amplifier);
     m_order.kind = isController ? Kind::kController : Kind::kAmplifier;
     m_byLabel = isController ? controller : amplifier;
-    m_order.known = KnownCount(m_byLabel) > 0;
+    m_order.known = HasKnownValue();
     m_order.rows.resize(Rows(m_order.kind).size());
   }
 
@@ -110,6 +110,14 @@ class Placer {
   }
 
  private:
+  /// A label alone is no sign: other programs head their sections with such words.
+  bool HasKnownValue() const {
+    for (std::size_t i = 0; i < m_lines.size(); ++i) {
+      if (m_byLabel[i] != kNone && LineText(m_lines[i]).size() > Known(i).label.size() + 2) return true;
+    }
+    return false;
+  }
+
   const Row& RowAt(std::size_t index) const { return Rows(m_order.kind)[index]; }
 
   /// A line by its own label.
@@ -209,6 +217,21 @@ class Placer {
 };
 
 }  // namespace
+
+std::vector<std::size_t> Beginnings(const std::vector<Line>& lines) {
+  // Both kinds of device have the same heading; one of its lines may be damaged.
+  constexpr std::size_t kHeading = 3;
+  const auto rows = RowsByLabel(Kind::kAmplifier, lines);
+  std::vector<std::size_t> begins = {0};
+  for (std::size_t line = kHeading + 1; line + kHeading <= lines.size(); ++line) {
+    std::size_t heading = 0;
+    for (std::size_t row = 0; row < kHeading; ++row) heading += rows[line + row] == row ? 1 : 0;
+    const auto known = rows.begin() + static_cast<std::ptrdiff_t>(begins.back());
+    const std::vector<std::size_t> ahead(known, rows.begin() + static_cast<std::ptrdiff_t>(line));
+    if (heading + 1 >= kHeading && KnownCount(ahead) > kHeading) begins.push_back(line);
+  }
+  return begins;
+}
 
 Order PlaceLines(const std::vector<Line>& lines) { return Placer(lines).Place(); }
 

@@ -23,11 +23,15 @@ struct Placed {
 /// The lines of each row, and what their order tells.
 struct Order {
   Kind kind = Kind::kAmplifier;
-  bool known = false;                     ///< at least one line has a label of a snapshot
+  bool known = false;                     ///< at least one line has a label of a snapshot, and a value
   std::vector<std::vector<Placed>> rows;  ///< one a row of the kind
   std::vector<Fault> faults;
   std::vector<Fault> gaps;  ///< what is missing between lines that are good themselves
 };
+
+/// The indices of the lines that snapshots begin at; the first is 0. Several where files were joined: a further one is
+/// known by the lines of its heading behind a snapshot's.
+std::vector<std::size_t> Beginnings(const std::vector<Line>& lines);
 
 /// Which line is of which row: by its label; by its place as well where the label is damaged.
 Order PlaceLines(const std::vector<Line>& lines);

@@ -34,6 +34,11 @@ bool Scanner::Number(bool decimals) {
   return digits > 0;
 }
 
+void Scanner::SkipBehind(std::string_view text, std::size_t count) {
+  const std::size_t next = m_text.find(text, m_at);
+  m_at = next == std::string_view::npos ? m_text.size() : next + count;
+}
+
 bool Scanner::IsAt(std::string_view anyOf) const {
   return !End() && anyOf.find(m_text[m_at]) != std::string_view::npos;
 }

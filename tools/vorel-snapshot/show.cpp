@@ -33,8 +33,8 @@ QString TablePage(const Entry& entry) {
   page += Mark(false) + PointRow(QStringLiteral("point"), FieldTitle(shape.first), FieldTitle(shape.second), shape);
   for (std::size_t i = 0; i < entry.points.size(); ++i) {
     const Point& point = entry.points[i];
-    page +=
-        Mark(point.damaged) + PointRow(QString::number(i + 1), FieldText(point.first), FieldText(point.second), shape);
+    page += Mark(point.damaged || point.second.kind == Value::Kind::kLost) +
+            PointRow(QString::number(i + 1), FieldText(point.first), FieldText(point.second), shape);
   }
   return page;
 }
@@ -42,8 +42,9 @@ QString TablePage(const Entry& entry) {
 }  // namespace
 
 QString Show(const QString& file, const Snapshot& snapshot) {
+  if (!snapshot.known) return QStringLiteral("%1: %2\n").arg(file, KindText(snapshot));
   QString page = QStringLiteral("%1: %2, %3 lines, %4\n\n")
-                     .arg(file, KindText(snapshot.kind))
+                     .arg(file, KindText(snapshot))
                      .arg(snapshot.lines)
                      .arg(snapshot.faults.empty() ? QStringLiteral("whole") : QStringLiteral("damaged"));
   for (const Entry& entry : snapshot.entries) page += EntryLine(entry);

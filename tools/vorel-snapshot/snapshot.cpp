@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "snapshot/snapshot_line.h"
+#include "tools/vorel-snapshot/conversion.h"
 #include "tools/vorel-snapshot/order.h"
 
 namespace tarnwell::vorel_snapshot {
@@ -15,13 +16,13 @@ std::string Count(std::size_t count, std::string_view what) {
 
 class Reader {
  public:
-  explicit Reader(std::string_view file) : m_lines(SplitLines(file)), m_damaged(m_lines.size()) {}
+  explicit Reader(std::vector<Line> lines) : m_lines(std::move(lines)), m_damaged(m_lines.size()) {}
 
   Snapshot All() {
     m_snapshot.lines = m_lines.size();
     if (m_lines.empty()) return Useless("the file is empty");
     Order order = PlaceLines(m_lines);
-    if (!order.known) return Useless("no line of a snapshot is in it");
+    if (!order.known) return Useless("no line of one is in it");
     m_snapshot.kind = order.kind;
     TellLines();
     for (Fault& fault : order.faults) Tell(std::move(fault));
@@ -35,8 +36,9 @@ class Reader {
   }
 
  private:
-  Snapshot Useless(std::string why) {
-    m_snapshot.faults = {{0, 0, std::move(why)}};
+  Snapshot Useless(const std::string& why) {
+    m_snapshot.known = false;
+    m_snapshot.faults = {{0, 0, "not a snapshot: " + why}};
     return std::move(m_snapshot);
   }
 
@@ -46,15 +48,12 @@ class Reader {
   }
 
   void TellLines() {
-    const auto wrongEnd = SharedWrongEnd(m_lines);
-    if (wrongEnd) Tell({0, 0, "all lines end in " + EndName(*wrongEnd) + " rather than CR LF: a converted file"});
     for (std::size_t i = 0; i < m_lines.size(); ++i) {
       if (m_lines[i].body == kGivenUp) {
         Tell({i + 1, 0, "the console gave up here: " + std::string(kGivenUp)});
         continue;
       }
-      const Line line = {m_lines[i].body, wrongEnd ? std::string_view("\r\n") : m_lines[i].end};
-      for (Fault& fault : LineFaults(line, i + 1)) Tell(std::move(fault));
+      for (Fault& fault : LineFaults(m_lines[i], i + 1)) Tell(std::move(fault));
     }
   }
 
@@ -64,8 +63,8 @@ class Reader {
     return text.substr(placed.valueAt);
   }
 
-  void TellMismatch(const Placed& placed, const std::optional<Mismatch>& mismatch) {
-    if (mismatch) Tell({placed.line + 1, placed.valueAt + mismatch->offset + 1, mismatch->what});
+  static Fault MismatchFault(const Placed& placed, const Mismatch& mismatch) {
+    return {placed.line + 1, placed.valueAt + mismatch.offset + 1, mismatch.what};
   }
 
   void ReadRow(const Row& row, const std::vector<Placed>& lines) {
@@ -89,7 +88,7 @@ class Reader {
     if (entry.row->form == Form::kAlarms && read.value.kind != Value::Kind::kError)
       read.value.kind = Value::Kind::kText;
     entry.value = std::move(read.value);
-    TellMismatch(lines.front(), read.mismatch);
+    if (read.mismatch) Tell(MismatchFault(lines.front(), *read.mismatch));
     for (std::size_t i = 1; i < lines.size(); ++i) {
       Tell({lines[i].line + 1, 0, "repeats [" + entry.name + "] of line " + std::to_string(lines.front().line + 1)});
     }
@@ -98,13 +97,14 @@ class Reader {
   void ReadList(Entry& entry, const std::vector<Placed>& lines) {
     std::size_t slot = 0;
     for (std::size_t i = 0; i < lines.size(); ++i) {
-      auto read = ReadAlarms(m_snapshot.kind, Behind(lines[i]), slot);
-      TellMismatch(lines[i], read.mismatch);
+      const auto read = ReadAlarms(m_snapshot.kind, Behind(lines[i]), slot);
+      for (const Mismatch& mismatch : read.mismatches) Tell(MismatchFault(lines[i], mismatch));
+      const std::size_t count = read.values.size();
       const bool last = i + 1 == lines.size();
-      if (!read.mismatch && (read.value.size() > kAlarmsPerLine || (!last && read.value.size() < kAlarmsPerLine))) {
-        Tell({lines[i].line + 1, 0, Count(read.value.size(), "alarm") + " rather than 3"});
+      if (read.mismatches.empty() && (count > kAlarmsPerLine || (!last && count < kAlarmsPerLine))) {
+        Tell({lines[i].line + 1, 0, Count(count, "alarm") + " rather than 3"});
       }
-      entry.alarms.insert(entry.alarms.end(), read.value.begin(), read.value.end());
+      entry.alarms.insert(entry.alarms.end(), read.values.begin(), read.values.end());
     }
   }
 
@@ -123,17 +123,25 @@ class Reader {
     for (std::size_t i = 0; i < lines.size(); ++i) ReadTableLine(entry, lines[i], i, complete);
   }
 
+  /// Of a line that is whole, what can't be read is lost alone; of any other nothing is sure.
+  void TellOf(const Placed& placed, Fault fault) {
+    if (m_damaged[placed.line]) return Tell(std::move(fault));
+    m_snapshot.faults.push_back(std::move(fault));
+  }
+
   void ReadTableLine(Entry& entry, const Placed& placed, std::size_t index, bool complete) {
     const TableShape& shape = *entry.row->table;
     const bool cut = LineText(m_lines[placed.line]).size() == snapshot::kTextLength;
-    const auto read = ReadPoints(shape, Behind(placed), cut);
-    TellMismatch(placed, read.mismatch);
+    const bool whole = !m_damaged[placed.line];
+    const auto read = ReadPoints(shape, Behind(placed), cut, whole);
+    for (const Mismatch& mismatch : read.mismatches) TellOf(placed, MismatchFault(placed, mismatch));
     const std::size_t due = shape.PointsOf(index);
-    if (complete && !read.mismatch && !cut && read.value.size() != due) {
-      Tell({placed.line + 1, 0, Count(read.value.size(), "point") + " rather than " + std::to_string(due)});
+    const std::size_t count = read.values.size();
+    if (complete && (whole || read.mismatches.empty()) && !cut && count != due) {
+      Tell({placed.line + 1, 0, Count(count, "point") + " rather than " + std::to_string(due)});
     }
-    for (std::size_t i = 0; i < read.value.size(); ++i) {
-      TakePoint(entry, placed, index * shape.perLine + i, read.value[i], complete);
+    for (std::size_t i = 0; i < count; ++i) {
+      TakePoint(entry, placed, index * shape.perLine + i, read.values[i], complete);
     }
   }
 
@@ -141,11 +149,13 @@ class Reader {
   void TakePoint(Entry& entry, const Placed& placed, std::size_t place, const Point& point, bool complete) {
     const bool indexed = entry.row->table->counted && point.first.kind == Value::Kind::kNumber;
     if (indexed) {
-      const bool inPlace = point.first.number == static_cast<double>(place);
-      if (complete && !inPlace) {
-        Tell({placed.line + 1, 0, "point " + point.first.text + " where " + std::to_string(place) + " belongs"});
+      const bool misplaced = complete && point.first.number != static_cast<double>(place);
+      if (misplaced) {
+        TellOf(placed,
+               {placed.line + 1, 0, "point " + point.first.text + " where " + std::to_string(place) + " belongs"});
       }
-      if (point.first.number < 0 || point.first.number >= static_cast<double>(entry.points.size())) return;
+      const bool lost = misplaced && !m_damaged[placed.line];
+      if (lost || point.first.number < 0 || point.first.number >= static_cast<double>(entry.points.size())) return;
       place = static_cast<std::size_t>(point.first.number);
     }
     if (place >= entry.points.size()) return;
@@ -158,6 +168,45 @@ class Reader {
   Snapshot m_snapshot;
 };
 
+/// The conversions of a file as a whole, each told once, and its lines as they stood before.
+class Source {
+ public:
+  explicit Source(std::string_view file) : m_lines(SplitLines(file)) {
+    if (auto conversion = FindConversion(file)) Take(std::move(*conversion));
+    const auto wrongEnd = SharedWrongEnd(m_lines);
+    if (!wrongEnd) return;
+    m_faults.push_back({0, 0, "all lines end in " + EndName(*wrongEnd) + " rather than CR LF: a converted file"});
+    for (Line& line : m_lines) line.end = "\r\n";
+  }
+  Source(const Source&) = delete;
+  Source& operator=(const Source&) = delete;
+
+  const std::vector<Line>& Lines() const { return m_lines; }
+  const std::vector<Fault>& Faults() const { return m_faults; }
+
+ private:
+  /// Bytes of a description can be UTF-8 by chance: what makes more lines hold is right.
+  void Take(Conversion conversion) {
+    m_bytes = std::move(conversion.bytes);
+    std::vector<Line> lines = SplitLines(m_bytes);
+    if (std::count_if(lines.begin(), lines.end(), Holds) <= std::count_if(m_lines.begin(), m_lines.end(), Holds))
+      return;
+    m_lines = std::move(lines);
+    const std::string encoding = conversion.encoding;
+    m_faults.push_back({0, 0, "the characters are " + encoding + " rather than windows-1252: a converted file"});
+  }
+
+  std::string m_bytes;
+  std::vector<Line> m_lines;
+  std::vector<Fault> m_faults;
+};
+
+Fault SeveralFault(const std::vector<std::size_t>& begins) {
+  std::string what = std::to_string(begins.size()) + " snapshots in one file, from lines";
+  for (const std::size_t begin : begins) what += (begin == 0 ? " " : ", ") + std::to_string(begin + 1);
+  return {0, 0, what + ": only the first is read"};
+}
+
 }  // namespace
 
 const Entry* Snapshot::Find(const Row& row) const {
@@ -166,6 +215,26 @@ const Entry* Snapshot::Find(const Row& row) const {
   return found == entries.end() ? nullptr : &*found;
 }
 
-Snapshot ReadSnapshot(std::string_view file) { return Reader(file).All(); }
+Snapshot ReadSnapshot(std::string_view file) {
+  const Source source(file);
+  const std::vector<Line>& lines = source.Lines();
+  const std::vector<std::size_t> begins = Beginnings(lines);
+  std::vector<Fault> faults = source.Faults();
+  if (begins.size() > 1) faults.push_back(SeveralFault(begins));
+  Snapshot first;
+  for (std::size_t i = 0; i < begins.size(); ++i) {
+    const auto at = [&](std::size_t line) { return lines.begin() + static_cast<std::ptrdiff_t>(line); };
+    Snapshot read = Reader({at(begins[i]), i + 1 < begins.size() ? at(begins[i + 1]) : lines.end()}).All();
+    if (i == 0 && !read.known) return read;
+    for (Fault& fault : read.faults) {
+      if (fault.line != 0) fault.line += begins[i];
+      faults.push_back(std::move(fault));
+    }
+    if (i == 0) first = std::move(read);
+  }
+  first.lines = lines.size();
+  first.faults = std::move(faults);
+  return first;
+}
 
 }  // namespace tarnwell::vorel_snapshot

@@ -23,6 +23,7 @@ struct Entry {
 };
 
 struct Snapshot {
+  bool known = true;  ///< false: no line of a snapshot is in the file
   Kind kind = Kind::kAmplifier;
   std::size_t lines = 0;
   std::vector<Entry> entries = {};  ///< in the order of the format; a label that isn't in the file is left out
@@ -31,7 +32,8 @@ struct Snapshot {
   const Entry* Find(const Row& row) const;
 };
 
-/// Reads what can be read and tells what is damaged. Any bytes may be given.
+/// Reads what can be read and tells what is damaged. Any bytes may be given. Of several snapshots in one file the first
+/// is read, and the damage of all is told.
 Snapshot ReadSnapshot(std::string_view file);
 
 }  // namespace tarnwell::vorel_snapshot

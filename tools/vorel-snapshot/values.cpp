@@ -153,15 +153,19 @@ class PointReader {
  public:
   PointReader(const TableShape& shape, std::string_view text, bool cut) : m_shape(shape), m_at(text), m_cut(cut) {}
 
-  Read<std::vector<Point>> All() {
-    Read<std::vector<Point>> read;
+  ReadMany<Point> All(bool goOn) {
+    ReadMany<Point> read;
     while (!m_at.End()) {
-      const bool fits = (read.value.empty() || m_at.Literal(", ")) && TakePoint();
-      if (!fits) {
-        if (!(m_cut && m_at.End())) read.mismatch = Mismatch{m_at.At(), m_fault};
-        break;
+      const bool fits = (read.values.empty() || m_at.Literal(", ")) && TakePoint();
+      if (fits) {
+        read.values.push_back(m_point);
+        continue;
       }
-      read.value.push_back(m_point);
+      if (m_cut && m_at.End()) break;
+      read.mismatches.push_back({m_at.At(), m_fault});
+      if (!goOn) break;
+      read.values.emplace_back();
+      m_at.SkipBehind("), (", 1);
     }
     return read;
   }
@@ -215,27 +219,27 @@ Single ReadSingle(const Row& row, std::string_view text) {
   return read;
 }
 
-Read<std::vector<std::string>> ReadAlarms(Kind kind, std::string_view text, std::size_t& slot) {
-  Read<std::vector<std::string>> read;
+ReadMany<std::string> ReadAlarms(Kind kind, std::string_view text, std::size_t& slot) {
+  ReadMany<std::string> read;
   const std::size_t slots = AlarmNames(kind).size();
-  for (std::size_t start = 0; start <= text.size() && !read.mismatch;) {
+  for (std::size_t start = 0; start <= text.size();) {
     const std::size_t end = std::min(text.find(", ", start), text.size());
     const std::string_view token = text.substr(start, end - start);
     std::size_t found = slot;
     while (found < slots && !IsAlarm(kind, found, token)) ++found;
     if (found == slots) {
-      read.mismatch = Mismatch{start, "no alarm that can stand here"};
+      read.mismatches.push_back({start, "no alarm that can stand here"});
     } else {
       slot = found + 1;
     }
-    read.value.emplace_back(token);
+    read.values.emplace_back(token);
     start = end + (end == text.size() ? 1 : 2);
   }
   return read;
 }
 
-Read<std::vector<Point>> ReadPoints(const TableShape& shape, std::string_view text, bool cut) {
-  return PointReader(shape, text, cut).All();
+ReadMany<Point> ReadPoints(const TableShape& shape, std::string_view text, bool cut, bool goOn) {
+  return PointReader(shape, text, cut).All(goOn);
 }
 
 }  // namespace tarnwell::vorel_snapshot

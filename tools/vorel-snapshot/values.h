@@ -43,13 +43,21 @@ struct Read {
   std::optional<Mismatch> mismatch;
 };
 
+/// Several of one line, with each that can't be read.
+template <class T>
+struct ReadMany {
+  std::vector<T> values;
+  std::vector<Mismatch> mismatches;
+};
+
 /// The value behind a label that has one value.
 Read<Value> ReadSingle(const Row& row, std::string_view text);
 
 /// The tokens of one line of an alarm list. `slot` is where the search goes on; 0 on the first line of a list.
-Read<std::vector<std::string>> ReadAlarms(Kind kind, std::string_view text, std::size_t& slot);
+ReadMany<std::string> ReadAlarms(Kind kind, std::string_view text, std::size_t& slot);
 
-/// The points of one line of a table. `cut`: the line is full, so that its last point may have lost its end.
-Read<std::vector<Point>> ReadPoints(const TableShape& shape, std::string_view text, bool cut);
+/// The points of one line of a table. `cut`: the line is full, so that its last point may have lost its end. A point
+/// that can't be read is lost, and so are those behind it unless `goOn`.
+ReadMany<Point> ReadPoints(const TableShape& shape, std::string_view text, bool cut, bool goOn);
 
 }  // namespace tarnwell::vorel_snapshot

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tarnwell::vorel_snapshot {
+
+/// A file that another program stored in another encoding.
+struct Conversion {
+  const char* encoding;  ///< that it is in
+  std::string bytes;     ///< in that of the console
+};
+
+/// Nothing where the bytes are no text of one of those encodings, or are the same in the console's.
+std::optional<Conversion> FindConversion(std::string_view file);
+
+}  // namespace tarnwell::vorel_snapshot
