@@ -2,6 +2,8 @@
 
 #include <QDir>
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 
 #include "snapshot/snapshot_line.h"
 
@@ -12,6 +14,9 @@ namespace {
 constexpr std::string_view kLineEnd = "\r\n";  // also where the platform's own is shorter
 constexpr std::string_view kErrorMark = "#ERROR: FILE MAY BE INCOMPLETE";
 
+constexpr int kMostOfName = 60;  // characters, so that there is room for what is added, in UTF-8 too
+constexpr int kMostBeside = 99;
+
 constexpr bool IsControl(char character) {
   const auto code = static_cast<unsigned char>(character);
   return code < 0x20 || code == 0x7F;
@@ -20,6 +25,31 @@ constexpr bool IsControl(char character) {
 }  // namespace
 
 bool SnapshotFile::Open() {
+  const QFileInfo older(m_path);
+  // What is no file, such as a device, has nothing to lose; one that may not be written is refused for what it is; and
+  // where the folder takes no new file the older one is written over.
+  const bool beside = older.isFile() && QFile(m_path).open(QIODevice::ReadWrite) &&
+                      QFileInfo(QFileInfo(older.canonicalFilePath()).path()).isWritable();
+  return beside ? OpenBeside(QFileInfo(older.canonicalFilePath())) : OpenInPlace();
+}
+
+bool SnapshotFile::OpenBeside(const QFileInfo& older) {
+  const QString start = older.dir().filePath(older.fileName().left(kMostOfName));
+  for (int number = 1; number <= kMostBeside; ++number) {
+    const QString path = start + (number == 1 ? QStringLiteral(".new") : QStringLiteral(".new%1").arg(number));
+    if (QFileInfo::exists(path)) continue;
+    m_file.setFileName(path);
+    const bool opened = m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered);
+    m_reason = m_file.errorString();
+    if (!opened) break;
+    m_file.setPermissions(older.permissions());
+    m_older = older.filePath();
+    return true;
+  }
+  return false;
+}
+
+bool SnapshotFile::OpenInPlace() {
   const bool opened = m_file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered);
   m_reason = m_file.errorString();
   return opened;
@@ -37,16 +67,28 @@ bool SnapshotFile::WriteLine(std::string_view text) {
 
 bool SnapshotFile::Finish() {
   m_file.close();
-  m_reason = QStringLiteral("removed while it was written");
-  return m_file.exists();
+  const bool closed = m_file.error() == QFileDevice::NoError;
+  m_reason = closed ? QStringLiteral("removed while it was written") : m_file.errorString();
+  return closed && m_file.exists() && (m_older.isEmpty() || Replace());
+}
+
+bool SnapshotFile::Replace() {
+  std::error_code error;
+  std::filesystem::rename(m_file.filesystemFileName(), QFileInfo(m_older).filesystemFilePath(), error);
+  m_reason = QString::fromStdString(error.message());
+  return !error;
 }
 
 void SnapshotFile::WriteErrorMark() {
   if (m_file.isOpen()) Write(kErrorMark);
 }
 
-QString SnapshotFile::Failure() const {
-  return QDir::toNativeSeparators(m_file.fileName()) + QStringLiteral(": ") + m_reason;
+QString SnapshotFile::Failure() const { return QDir::toNativeSeparators(m_path) + QStringLiteral(": ") + m_reason; }
+
+QString SnapshotFile::Kept() const {
+  if (m_older.isEmpty()) return {};
+  return QStringLiteral("\nThe file that was there is kept. What there is of the new one: ") +
+         QDir::toNativeSeparators(m_file.fileName());
 }
 
 bool SnapshotFile::Write(std::string_view line) {

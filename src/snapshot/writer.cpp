@@ -46,7 +46,7 @@ bool Writer::Write(const Plan& plan, const QString& path) {
   Job job{plan, SnapshotFile(path), alarms::TokensFor(m_shared)};
   if (WriteAll(job)) return true;
   m_desktop.ShowMessage({QString::fromUtf8(plan.failure.data(), static_cast<qsizetype>(plan.failure.size())),
-                         platform::MessageIcon::kWarning, job.failure});
+                         platform::MessageIcon::kWarning, job.failure + job.file.Kept()});
   job.file.WriteErrorMark();
   return false;
 }

@@ -23,7 +23,8 @@ class Writer {
         m_desktop(desktop),
         m_timeOfDay(std::move(timeOfDay)) {}
 
-  /// Replace the file of that path. False: an error stopped the writing, and the operator was told.
+  /// Replace the file of that path, an older one only by a whole one. False: an error stopped the writing, and the
+  /// operator was told.
   bool WriteSSPASnapshot(const QString& path) { return Write(SSPAPlan(), path); }
   bool WriteControllerSnapshot(const QString& path) { return Write(ControllerPlan(), path); }
 

@@ -216,6 +216,7 @@ TEST_F(WriterTest, AFullDiskShowsAtTheLineThatFoundItFull) {
   for (const std::size_t size : {std::size_t{0}, kLine, 12 * kLine + 40, 12 * kLine + 20}) {
     std::string expected = whole.substr(0, size / kLine * kLine);
     expected += kMark.substr(0, size - expected.size());
+    QFile::remove(Path());
     {
       const FileLimit full(size);
       EXPECT_EQ(Write(), expected) << size;
@@ -225,6 +226,32 @@ TEST_F(WriterTest, AFullDiskShowsAtTheLineThatFoundItFull) {
   EXPECT_EQ(m_port.Commands(), "CT? U? TX? S? VR?") << "and nothing more is asked";
 }
 
+TEST_F(WriterTest, AnOlderFileStaysUntilTheNewOneIsWhole) {
+  Use("c240");
+  const std::string whole = Write();
+  const auto contents = [this](const char* ending) {
+    QFile file(Path() + QLatin1String(ending));
+    return file.open(QIODevice::ReadOnly) ? file.readAll().toStdString() : "none";
+  };
+  const QString link = m_folder.filePath(QStringLiteral("link"));
+  ASSERT_TRUE(QFile::link(Path(), link) && QFile::setPermissions(Path(), QFile::ReadOwner | QFile::WriteOwner));
+  for (const QString& path : {Path(), link}) {
+    m_port.Expect("CT?").Answer("CT=OTHER").Do([&] { EXPECT_EQ(contents(""), whole); });
+    EXPECT_EQ(WriteTo(path).substr(3 * kLine, 12), "[sspa] OTHER");
+    EXPECT_EQ(contents(".new"), "none");
+    EXPECT_EQ(QFile::permissions(Path()) & QFile::ReadOther, QFile::Permissions());
+    EXPECT_TRUE(m_complete && WriteTo(path) == whole && QFileInfo(link).isSymLink());
+  }
+  for (const char* beside : {".new", ".new2"}) {
+    m_replies = {{"U?", "U="}};
+    m_complete = m_writer.WriteSSPASnapshot(Path());
+    const QString told = m_desktop.TakeMessages().value(0);
+    EXPECT_TRUE(!m_complete && told.endsWith(QLatin1String("snapshot") + QLatin1String(beside))) << told.toStdString();
+    EXPECT_EQ(contents(""), whole);
+    EXPECT_EQ(contents(beside), whole.substr(0, 4 * kLine) + kMark);
+  }
+}
+
 TEST_F(WriterTest, WhatNoFileMayHoldEndsIt) {
   Use("c240");
   const std::string whole = Write();
@@ -232,6 +259,7 @@ TEST_F(WriterTest, WhatNoFileMayHoldEndsIt) {
        {std::tuple{"P05?", "P05=abc", 46}, std::tuple{"P05?", "P05=", 46}, std::tuple{"P05?", "P05=32768", 46},
         std::tuple{"P05?", "P05=nan", 46}, std::tuple{"U?", "U=", 4}}) {
     m_replies = {{command, reply}};
+    QFile::remove(Path());
     // the message is up before the file's last line is written
     m_desktop.OnMessage([&] { EXPECT_EQ(QFile(Path()).size(), static_cast<qint64>(kLine) * lines); });
     EXPECT_EQ(Write(), whole.substr(0, kLine * static_cast<std::size_t>(lines)) + kMark) << reply;
