@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QImage>
@@ -86,7 +87,8 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
        "a.txt: the characters are UTF-8 rather than windows-1252: a converted file"},
       {whole.substr(0, At(50, 9)) + SampleFile("controller.txt"),
        "a.txt: 2 snapshots in one file, from lines 1, 50: only the first is read|"
-       "a.txt:49: [pin diode table] has 3 lines rather than 11|a.txt:50: column 81: too long: 88 characters, a line has "
+       "a.txt:49: [pin diode table] has 3 lines rather than 11|a.txt:50: column 81: too long: 88 characters, a line "
+       "has "
        "80|a.txt:50: column 1: no label that can stand here|a.txt:50: [software] is missing ahead of this line"},
       {whole.substr(0, At(56, 33)),
        "a.txt:56: column 33: too short: 32 characters, a line has 80|a.txt:56: no line end: the file stops in this "
@@ -125,17 +127,54 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
   for (const auto& row : cases) {
     Write("a.txt", row.file);
     const int code = Run(QStringLiteral("verify a.txt"));
+    m_out.erase(m_out.rfind("1 file: ") - 1);
     EXPECT_EQ(code, m_out.find("whole") != std::string::npos ? 0 : 1) << m_out;
     const std::size_t end = m_out.rfind("\na.txt: damaged");
-    std::string told = m_out.substr(0, end == std::string::npos ? m_out.size() - 1 : end);
+    std::string told = m_out.substr(0, end);
     std::replace(told.begin(), told.end(), '\n', '|');
     EXPECT_EQ(told, row.told);
   }
 }
 
+TEST_F(SnapshotCommands, TakeFoldersAndKnowFilesByWhatIsInThem) {
+  ASSERT_TRUE(QDir(m_folder.path()).mkpath(QStringLiteral("f.d/more")));
+  Write("f.d/b", Changed({{3, "[time dd/mm/yyyy hh:mm:ss] 02/01/2008 00:00:00"}, {5, "[address] 10"}}));
+  Write("f.d/a.txt", SampleFile("amplifier.txt"));
+  Write("f.d/c", SampleFile("controller.txt").substr(0, At(16, 1)));
+  Write("f.d/picture.png", std::string(100, '\xFF'));
+  Write("f.d/big", std::string(70'000, '['));
+  Write("f.d/more/d", SampleFile("controller.txt"));
+  const std::string pipe = m_folder.filePath(QStringLiteral("f.d/pipe")).toStdString();
+  ASSERT_TRUE(mkfifo(pipe.c_str(), 0600) == 0 && symlink("..", (pipe + "link").c_str()) == 0);
+  EXPECT_EQ(Run(QStringLiteral("verify --quiet --recursive f.d")), 1);
+  EXPECT_EQ(m_out,
+            "f.d/c:15: truncated: [path b] and what follows it is missing behind this line\nf.d/c: damaged, 1 told\n"
+            "6 files: 3 whole, 1 damaged, 2 not a snapshot\n");
+  EXPECT_EQ(Run(QStringLiteral("verify f.d/a.txt f.d/picture.png")), 1);
+  EXPECT_EQ(m_out,
+            "f.d/a.txt: whole, amplifier, 57 lines\nf.d/picture.png: not a snapshot: no line of one is in it\n"
+            "2 files: 1 whole, 0 damaged, 1 not a snapshot\n");
+  const std::string a =
+      "2007-03-14 09:26:41  240W C-BAND  1   0264C-01 V6.0  rack 2 after service  whole    f.d/a.txt\n";
+  const std::string b = "2008-01-02 00:00:00  240W C-BAND  10  0264C-01 V6.0  rack 2 after service  whole    f.d/b\n";
+  const std::string c = "2007-11-02 16:05:12  7316         4   0264C-01 V6.0  hub B weekly check    damaged  f.d/c\n";
+  for (const auto& [options, expected] : {std::pair{"", a + c + b},
+                                          {" --by address", a + c + b},
+                                          {" --by state", c + a + b},
+                                          {" --by file", a + b + c}}) {
+    EXPECT_EQ(Run(QStringLiteral("list f.d") + QLatin1String(options)), 1);
+    EXPECT_EQ(m_out, expected) << options;
+  }
+  Write("f.d/empty", "");
+  ASSERT_TRUE(QFile::remove(m_folder.filePath(QStringLiteral("f.d/c"))));
+  EXPECT_EQ(Run(QStringLiteral("verify --quiet f.d")), 1) << "it may be what is left of a snapshot";
+  EXPECT_EQ(Run(QStringLiteral("list --by colour f.d")), 2);
+}
+
 TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
   Write("a.txt", SampleFile("amplifier.txt"));
   Write("c.txt", SampleFile("controller.txt"));
+  QDir(m_folder.path()).mkdir(QStringLiteral("e.d"));
   Write("huge.txt", std::string(70'000, ' '));
   const struct {
     const char* command;
@@ -144,6 +183,7 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
   } cases[] = {
       {"verify a.txt gone.txt c.txt", 2, "vorel-snapshot: gone.txt: No such file or directory\n"},
       {"show .", 2, "vorel-snapshot: .: is a directory\n"},
+      {"verify e.d", 2, "vorel-snapshot: e.d: no snapshot is in it\n"},
       {"export --csv huge.txt", 2, "vorel-snapshot: huge.txt: larger than any snapshot\n"},
       {"export a.txt", 2, "vorel-snapshot: export: give either --json or --csv\n"},
       {"plot c.txt -o p.svg", 3, "vorel-snapshot: c.txt: a redundancy controller has no calibration tables\n"},
@@ -197,7 +237,7 @@ TEST_F(SnapshotCommands, OpenNamesInAnyEncodingAndShowThemOnOneLine) {
                                "d\xEF\xBF\xBD"),
             -1)
       << output.out.toStdString();
-  EXPECT_EQ(output.out.count('\n'), 1);
+  EXPECT_EQ(output.out.count('\n'), 2);
   std::filesystem::remove(name.toStdString());  // the folder's own cleaning doesn't see it
 }
 

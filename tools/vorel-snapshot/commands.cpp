@@ -29,18 +29,28 @@ struct Command {
 };
 
 constexpr int kManyFiles = 1 << 20;
+constexpr Option kRecursive = {"recursive", nullptr, "the folders in folders as well"};
 
 const Command kCommands[] = {
     {"verify",
-     "FILE...",
+     "[--quiet] [--recursive] FILE|FOLDER...",
      "say whether files are whole, and what is damaged",
      "Checks each line's length, end and check character, the form of each value, and that\n"
-     "all lines are there, once and in order. Ends with 0 when all files are whole, 1 when one\n"
-     "is damaged, 2 when one can't be read.\n",
+     "all lines are there, once and in order. Of a folder the files that are snapshots by what is\n"
+     "in them, whatever their names. The last line counts. Ends with 0 when all are whole, 1 when\n"
+     "one is damaged or empty, 2 when one can't be read.\n",
      1,
      kManyFiles,
-     {},
+     {{{"quiet", nullptr, "nothing about files that are whole"}, kRecursive}},
      Verify},
+    {"list",
+     "[--by COLUMN] [--recursive] FILE|FOLDER...",
+     "print one line a file: which is which",
+     "Time, model, address, firmware, description, whole or damaged, and the file.\n",
+     1,
+     kManyFiles,
+     {{{"by", "COLUMN", "sorted by time, model, address, firmware, description, state or file"}, kRecursive}},
+     List},
     {"show",
      "FILE",
      "print a snapshot to read, its tables by point",

@@ -1,5 +1,6 @@
 #include "tools/vorel-snapshot/describe.h"
 
+#include <QDateTime>
 #include <algorithm>
 
 #include "platform/text_encoding.h"
@@ -59,6 +60,15 @@ QString FaultLines(const QString& file, const Snapshot& snapshot) {
 QString KindText(const Snapshot& snapshot) {
   if (!snapshot.known) return QStringLiteral("not a snapshot");
   return snapshot.kind == Kind::kController ? QStringLiteral("redundancy controller") : QStringLiteral("amplifier");
+}
+
+QString Model(const Snapshot& snapshot) {
+  return TextOf(snapshot, snapshot.kind == Kind::kController ? "redundancy controller" : "sspa");
+}
+
+QString IsoTime(const QString& text) {
+  const QDateTime time = QDateTime::fromString(text, QStringLiteral("dd/MM/yyyy hh:mm:ss"));
+  return time.isValid() ? time.toString(Qt::ISODate) : text;
 }
 
 QString TextOf(const Snapshot& snapshot, std::string_view label) {

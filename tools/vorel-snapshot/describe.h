@@ -28,6 +28,12 @@ QString FaultText(const QString& file, const Fault& fault);
 /// All of them, one a line.
 QString FaultLines(const QString& file, const Snapshot& snapshot);
 
+/// What the device calls itself.
+QString Model(const Snapshot& snapshot);
+
+/// "2007-03-14T09:26:41" of a time as it stands in the file, or the text as it is where it is no date.
+QString IsoTime(const QString& text);
+
 /// "amplifier", "redundancy controller" or "not a snapshot".
 QString KindText(const Snapshot& snapshot);
 

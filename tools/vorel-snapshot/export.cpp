@@ -1,6 +1,5 @@
 #include "tools/vorel-snapshot/export.h"
 
-#include <QDateTime>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -13,12 +12,6 @@ namespace tarnwell::vorel_snapshot {
 namespace {
 
 using ValueKind = Value::Kind;
-
-/// "2007-03-14T09:26:41", or the text as it is where it is no date.
-QString IsoTime(const QString& text) {
-  const QDateTime time = QDateTime::fromString(text, QStringLiteral("dd/MM/yyyy hh:mm:ss"));
-  return time.isValid() ? time.toString(Qt::ISODate) : text;
-}
 
 QString PlainText(const Entry& entry) {
   return entry.row->form == Form::kTime ? IsoTime(Text(entry.value.text)) : Text(entry.value.text);

@@ -8,6 +8,7 @@
 #include "tools/vorel-snapshot/diff.h"
 #include "tools/vorel-snapshot/export.h"
 #include "tools/vorel-snapshot/files.h"
+#include "tools/vorel-snapshot/inputs.h"
 #include "tools/vorel-snapshot/plot.h"
 #include "tools/vorel-snapshot/show.h"
 
@@ -15,24 +16,12 @@ namespace tarnwell::vorel_snapshot {
 
 namespace {
 
-std::optional<Snapshot> ReadFile(const QString& path, Output& output) {
-  QString error;
-  const auto bytes = LoadFile(path, error);
-  if (!bytes) {
-    Complain(output, path.isEmpty() ? error : ShownName(path) + QStringLiteral(": ") + error);
-    return std::nullopt;
-  }
-  return ReadSnapshot({bytes->constData(), static_cast<std::size_t>(bytes->size())});
-}
-
-/// The same for a command that goes on with what it could read: the damage is told on standard error.
+/// For a command that goes on with what it could read: the damage is told on standard error.
 std::optional<Snapshot> ReadAndTell(const QString& path, Output& output) {
-  auto snapshot = ReadFile(path, output);
+  auto snapshot = ReadNamed(path, output);
   if (snapshot) output.err += FaultLines(ShownName(path), *snapshot).toUtf8();
   return snapshot;
 }
-
-int ExitOf(const Snapshot& snapshot) { return snapshot.faults.empty() ? kExitFine : kExitDamaged; }
 
 /// Puts what a command made into the file that -o names.
 int Deliver(Call& call, const QString& path, const QByteArray& bytes, int code) {
@@ -51,26 +40,6 @@ int Deliver(Call& call, const QString& path, const QByteArray& bytes, int code) 
 
 void Complain(Output& output, const QString& text) {
   output.err += QStringLiteral("%1: %2\n").arg(QLatin1String(kProgram), text).toUtf8();
-}
-
-int Verify(Call& call) {
-  int worst = kExitFine;
-  for (const QString& file : call.files) {
-    const auto snapshot = ReadFile(file, call.output);
-    if (!snapshot) {
-      worst = kExitUnreadable;
-      continue;
-    }
-    const QString name = ShownName(file);
-    const auto faults = snapshot->faults.size();
-    const QString verdict = faults == 0
-                                ? QStringLiteral("whole, %1, %2 lines").arg(KindText(*snapshot)).arg(snapshot->lines)
-                                : QStringLiteral("damaged, %1 told").arg(faults);
-    call.output.out += FaultLines(name, *snapshot).toUtf8();
-    if (snapshot->known) call.output.out += QStringLiteral("%1: %2\n").arg(name, verdict).toUtf8();
-    worst = std::max<int>(worst, ExitOf(*snapshot));
-  }
-  return worst;
 }
 
 int ShowFile(Call& call) {

@@ -24,6 +24,7 @@ void Complain(Output& output, const QString& text);
 
 // Each gives the exit code.
 int Verify(Call& call);
+int List(Call& call);
 int ShowFile(Call& call);
 int DiffFiles(Call& call);
 int PlotFile(Call& call);

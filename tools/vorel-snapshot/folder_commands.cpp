@@ -1,0 +1,121 @@
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <vector>
+
+#include "tools/vorel-snapshot/describe.h"
+#include "tools/vorel-snapshot/inputs.h"
+
+namespace tarnwell::vorel_snapshot {
+
+namespace {
+
+struct Counts {
+  int whole = 0;
+  int damaged = 0;
+  int foreign = 0;
+  int unreadable = 0;
+};
+
+QString CountsLine(const Counts& counts) {
+  const int files = counts.whole + counts.damaged + counts.foreign + counts.unreadable;
+  QString line = QStringLiteral("%1 %2: %3 whole, %4 damaged")
+                     .arg(files)
+                     .arg(files == 1 ? QStringLiteral("file") : QStringLiteral("files"))
+                     .arg(counts.whole)
+                     .arg(counts.damaged);
+  if (counts.foreign > 0) line += QStringLiteral(", %1 not a snapshot").arg(counts.foreign);
+  if (counts.unreadable > 0) line += QStringLiteral(", %1 can't be read").arg(counts.unreadable);
+  return line + QLatin1Char('\n');
+}
+
+/// The verdict on one file, its damage ahead.
+QString VerdictLines(const Input& input) {
+  const Snapshot& snapshot = input.snapshot;
+  const QString damage = FaultLines(input.name, snapshot);
+  if (!snapshot.known) return damage;
+  const auto faults = snapshot.faults.size();
+  return damage + input.name + QStringLiteral(": ") +
+         (faults == 0 ? QStringLiteral("whole, %1, %2 lines\n").arg(KindText(snapshot)).arg(snapshot.lines)
+                      : QStringLiteral("damaged, %1 told\n").arg(faults));
+}
+
+/// What a line of `list` shows, and what it is sorted by.
+enum Column { kTime, kModel, kAddress, kFirmware, kDescription, kState, kFile, kColumns };
+constexpr std::array<const char*, kColumns> kColumnNames = {"time",        "model", "address", "firmware",
+                                                            "description", "state", "file"};
+
+using ListRow = std::array<QString, kColumns>;
+
+ListRow RowOf(const Input& input) {
+  const Snapshot& snapshot = input.snapshot;
+  const QString state = !snapshot.known           ? KindText(snapshot)
+                        : snapshot.faults.empty() ? QStringLiteral("whole")
+                                                  : QStringLiteral("damaged");
+  ListRow row = {IsoTime(TextOf(snapshot, "time")).replace(QLatin1Char('T'), QLatin1Char(' ')),
+                 Model(snapshot),
+                 TextOf(snapshot, "address"),
+                 TextOf(snapshot, "firmware"),
+                 TextOf(snapshot, "file description"),
+                 state,
+                 input.name};
+  for (QString& cell : row) cell = cell.isEmpty() ? QStringLiteral("-") : cell;
+  return row;
+}
+
+void Sort(std::vector<ListRow>& rows, std::size_t column) {
+  std::stable_sort(rows.begin(), rows.end(), [](const ListRow& a, const ListRow& b) { return a[kTime] < b[kTime]; });
+  std::stable_sort(rows.begin(), rows.end(), [column](const ListRow& a, const ListRow& b) {
+    return column == kAddress ? a[kAddress].toInt() < b[kAddress].toInt() : a[column] < b[column];
+  });
+}
+
+QString Aligned(const std::vector<ListRow>& rows) {
+  std::array<qsizetype, kColumns> widths{};
+  for (const ListRow& row : rows) {
+    for (std::size_t i = 0; i < kColumns; ++i) widths[i] = std::max(widths[i], row[i].size());
+  }
+  QString text;
+  for (const ListRow& row : rows) {
+    for (std::size_t i = 0; i < kFile; ++i) text += row[i].leftJustified(widths[i] + 2);
+    text += row[kFile] + QLatin1Char('\n');
+  }
+  return text;
+}
+
+}  // namespace
+
+int Verify(Call& call) {
+  Counts counts;
+  int worst = kExitFine;
+  counts.unreadable = ReadInputs(call, [&](const Input& input) {
+    const bool whole = input.snapshot.faults.empty();
+    ++(whole ? counts.whole : input.snapshot.known ? counts.damaged : counts.foreign);
+    if (!call.Has("quiet") || !(whole || input.IsForeign())) call.output.out += VerdictLines(input).toUtf8();
+    if (!whole && !input.IsForeign()) worst = kExitDamaged;
+  });
+  call.output.out += CountsLine(counts).toUtf8();
+  return counts.unreadable > 0 ? kExitUnreadable : worst;
+}
+
+int List(Call& call) {
+  const QString by = call.Has("by") ? call.parser.value(QStringLiteral("by")) : QLatin1String(kColumnNames[kTime]);
+  const auto* column = std::find_if(kColumnNames.begin(), kColumnNames.end(),
+                                    [&](const char* name) { return by == QLatin1String(name); });
+  if (column == kColumnNames.end()) {
+    Complain(call.output, QStringLiteral("list: no column ") + by);
+    return kExitUnreadable;
+  }
+  int worst = kExitFine;
+  std::vector<ListRow> rows;
+  const int unreadable = ReadInputs(call, [&](const Input& input) {
+    if (input.IsForeign()) return;
+    rows.push_back(RowOf(input));
+    worst = std::max(worst, ExitOf(input.snapshot));
+  });
+  Sort(rows, static_cast<std::size_t>(column - kColumnNames.begin()));
+  call.output.out += Aligned(rows).toUtf8();
+  return unreadable > 0 ? kExitUnreadable : worst;
+}
+
+}  // namespace tarnwell::vorel_snapshot

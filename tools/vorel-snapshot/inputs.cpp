@@ -1,0 +1,103 @@
+#include "tools/vorel-snapshot/inputs.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+#include <vector>
+
+#include "tools/vorel-snapshot/files.h"
+
+namespace tarnwell::vorel_snapshot {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// What the files of a command come to.
+class InputReader {
+ public:
+  InputReader(Call& call, const std::function<void(Input&)>& take)
+      : m_call(call), m_take(take), m_recursive(call.Has("recursive")) {}
+
+  int All() {
+    for (const QString& name : m_call.files) {
+      std::error_code none;
+      if (!fs::is_directory(PathOf(name), none)) {
+        ReadFile(name, true);
+        continue;
+      }
+      const int before = m_snapshots;
+      if (ReadFolder(name) && m_snapshots == before) Miss(name, QStringLiteral("no snapshot is in it"));
+    }
+    return m_missed;
+  }
+
+ private:
+  void Miss(const QString& name, const QString& why) {
+    ++m_missed;
+    Complain(m_call.output, ShownName(name) + QStringLiteral(": ") + why);
+  }
+
+  void ReadFile(const QString& name, bool named) {
+    auto snapshot = ReadNamed(name, m_call.output);
+    if (!snapshot) {
+      ++m_missed;
+      return;
+    }
+    Input input{ShownName(name), name, named, std::move(*snapshot)};
+    if (!input.IsForeign()) ++m_snapshots;
+    m_take(input);
+  }
+
+  /// False: the folder can't be read, which was told.
+  bool ReadFolder(const QString& name) {
+    std::error_code error;
+    std::vector<fs::directory_entry> entries;
+    for (fs::directory_iterator at(PathOf(name), error), end; !error && at != end; at.increment(error)) {
+      entries.push_back(*at);
+    }
+    if (error) {
+      Miss(name, QString::fromStdString(error.message()));
+      return false;
+    }
+    std::sort(entries.begin(), entries.end());
+    for (const fs::directory_entry& entry : entries) ReadEntry(entry);
+    return true;
+  }
+
+  void ReadEntry(const fs::directory_entry& entry) {
+    std::error_code none;
+    const QString name = NameFromPath(entry.path());
+    // A link to a folder may lead back; and whoever opens a pipe waits.
+    if (entry.is_directory(none) && !entry.is_symlink(none)) {
+      if (m_recursive) ReadFolder(name);
+    } else if (entry.is_regular_file(none)) {
+      if (entry.file_size(none) <= kMostBytes) return ReadFile(name, false);
+      Input large{ShownName(name), name, false, {.known = false, .lines = 1}};
+      large.snapshot.faults = {{0, 0, "not a snapshot: larger than any"}};
+      m_take(large);
+    }
+  }
+
+  Call& m_call;
+  const std::function<void(Input&)>& m_take;
+  bool m_recursive;
+  int m_snapshots = 0;
+  int m_missed = 0;
+};
+
+}  // namespace
+
+std::optional<Snapshot> ReadNamed(const QString& path, Output& output) {
+  QString error;
+  const auto bytes = LoadFile(path, error);
+  if (bytes) return ReadSnapshot({bytes->constData(), static_cast<std::size_t>(bytes->size())});
+  Complain(output, path.isEmpty() ? error : ShownName(path) + QStringLiteral(": ") + error);
+  return std::nullopt;
+}
+
+int ReadInputs(Call& call, const std::function<void(Input&)>& take) { return InputReader(call, take).All(); }
+
+int ExitOf(const Snapshot& snapshot) { return snapshot.faults.empty() ? kExitFine : kExitDamaged; }
+
+}  // namespace tarnwell::vorel_snapshot

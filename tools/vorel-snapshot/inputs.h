@@ -1,0 +1,32 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "tools/vorel-snapshot/file_commands.h"
+#include "tools/vorel-snapshot/snapshot.h"
+
+namespace tarnwell::vorel_snapshot {
+
+/// One file that was read.
+struct Input {
+  QString name;  ///< to be shown
+  QString path;  ///< to be opened
+  bool named;    ///< by the operator; else found in a folder
+  Snapshot snapshot;
+
+  /// Something else that stands in the folder. An empty file isn't: it may be what is left of a snapshot.
+  bool IsForeign() const { return !named && !snapshot.known && snapshot.lines > 0; }
+};
+
+/// The file, or nothing: why not is told on standard error.
+std::optional<Snapshot> ReadNamed(const QString& path, Output& output);
+
+/// Reads the command's files in turn, those of a folder by name, and those of its folders with --recursive. Gives how
+/// many couldn't be read, a folder without a snapshot among them; that is told on standard error.
+int ReadInputs(Call& call, const std::function<void(Input&)>& take);
+
+/// 0, or 1 for one that is damaged.
+int ExitOf(const Snapshot& snapshot);
+
+}  // namespace tarnwell::vorel_snapshot
