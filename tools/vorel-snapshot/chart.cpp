@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QRectF>
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace tarnwell::vorel_snapshot {
@@ -14,68 +15,46 @@ constexpr QRgb kInk = 0xFF1F2933;
 constexpr QRgb kQuiet = 0xFF5A6672;
 constexpr QRgb kGrid = 0xFFE1E6EB;
 constexpr QRgb kAxis = 0xFF8894A0;
-constexpr QRgb kCurve = 0xFF1B5E9C;
 constexpr QRgb kDisabled = 0xFFB4531A;
+
+// The looks of curves: told apart without colours as well. The counts have no common divisor.
+constexpr std::array kColours = {0xFF1B5E9CU, 0xFFC2410CU, 0xFF2E7D4FU, 0xFF7B3FA0U,
+                                 0xFF0F7C8AU, 0xFFB5306EU, 0xFF7A5C12U};
+constexpr std::array kDashes = {Qt::SolidLine, Qt::DashLine, Qt::DotLine, Qt::DashDotLine};
+constexpr int kShapes = 5;
 
 constexpr int kTitlePixels = 17;
 constexpr int kTextPixels = 13;
+constexpr double kNoteHeight = 20.0;
 constexpr double kPointRadius = 3.0;
+constexpr double kSmallRadius = 2.0;
+constexpr qsizetype kMany = 60;  ///< points of a curve
 constexpr double kCrossArm = 4.5;
 
-/// 1, 2 or 5 times a power of ten, at least `step`.
-double RoundStep(double step) {
-  const double power = std::pow(10.0, std::floor(std::log10(step)));
-  for (const double factor : {1.0, 2.0, 5.0}) {
-    if (step <= factor * power * 1.0001) return factor * power;
-  }
-  return 10.0 * power;
-}
-
 struct Range {
-  double least = 0.0;
-  double greatest = 0.0;
+  double least;
+  double greatest;
 };
 
-template <class Coordinate>
-Range RangeOf(const Chart& chart, Coordinate coordinate) {
-  const double first = coordinate(chart.runs.front().front());
-  Range range{first, first};
-  for (const QPolygonF& run : chart.runs) {
-    for (const QPointF& point : run) {
-      range.least = std::min(range.least, coordinate(point));
-      range.greatest = std::max(range.greatest, coordinate(point));
+/// Of all that is drawn; the marks count along the x axis.
+Range RangeOf(const Chart& chart, bool across) {
+  std::vector<double> values;
+  for (const Series& series : chart.series) {
+    if (across) values.insert(values.end(), series.marked.begin(), series.marked.end());
+    for (const QPolygonF& run : series.runs) {
+      for (const QPointF& point : run) values.push_back(across ? point.x() : point.y());
     }
   }
-  return range;
+  const auto [least, greatest] = std::minmax_element(values.begin(), values.end());
+  return {*least, *greatest};
 }
 
-/// The plane between the axes.
-class Plane {
- public:
-  Plane(const Chart& chart, const QRectF& area) : m_area(area) {
-    Range x = RangeOf(chart, [](const QPointF& point) { return point.x(); });
-    for (const double marked : chart.marked) x = {std::min(x.least, marked), std::max(x.greatest, marked)};
-    const Range y = RangeOf(chart, [](const QPointF& point) { return point.y(); });
-    m_x = MakeTicks(x.least, x.greatest, 8);
-    m_y = MakeTicks(y.least, y.greatest, 6);
-  }
+/// One axis: its ends, and what stands along it.
+struct Axis {
+  Range range;
+  std::vector<DateTick> ticks;
 
-  const QRectF& Area() const { return m_area; }
-  const Ticks& X() const { return m_x; }
-  const Ticks& Y() const { return m_y; }
-
-  double PixelX(double x) const { return m_area.left() + m_area.width() * Share(m_x, x); }
-  double PixelY(double y) const { return m_area.bottom() - m_area.height() * Share(m_y, y); }
-  QPointF Pixel(const QPointF& point) const { return {PixelX(point.x()), PixelY(point.y())}; }
-
- private:
-  static double Share(const Ticks& ticks, double value) {
-    return (value - ticks.first) / (ticks.step * (ticks.count - 1));
-  }
-
-  QRectF m_area;
-  Ticks m_x;
-  Ticks m_y;
+  double Share(double value) const { return (value - range.least) / (range.greatest - range.least); }
 };
 
 QString TickText(const Ticks& ticks, int index) {
@@ -85,25 +64,62 @@ QString TickText(const Ticks& ticks, int index) {
   return QString::number(shown, 'f', ticks.decimals).replace(QLatin1Char('-'), QChar(0x2212));
 }
 
+Axis NumberAxis(const Range& range, int about) {
+  const Ticks ticks = MakeTicks(range.least, range.greatest, about);
+  Axis axis{{ticks.At(0), ticks.At(ticks.count - 1)}, {}};
+  for (int i = 0; i < ticks.count; ++i) axis.ticks.push_back({ticks.At(i), TickText(ticks, i)});
+  return axis;
+}
+
+Axis TimeAxis(const Range& range, int about) {
+  constexpr double kLeastMargin = 3600.0;  // seconds
+  const double margin = std::max((range.greatest - range.least) / 50.0, kLeastMargin);
+  const Range wide{range.least - margin, range.greatest + margin};
+  return {wide, MakeDateTicks(wide.least, wide.greatest, about)};
+}
+
+/// The plane between the axes.
+class Plane {
+ public:
+  Plane(const Chart& chart, const QRectF& area)
+      : m_area(area),
+        m_x(chart.timeAcross ? TimeAxis(RangeOf(chart, true), static_cast<int>(area.width() / kDateWidth))
+                             : NumberAxis(RangeOf(chart, true), 8)),
+        m_y(NumberAxis(RangeOf(chart, false), 6)) {}
+
+  const QRectF& Area() const { return m_area; }
+  const Axis& X() const { return m_x; }
+  const Axis& Y() const { return m_y; }
+
+  double PixelX(double x) const { return m_area.left() + m_area.width() * m_x.Share(x); }
+  double PixelY(double y) const { return m_area.bottom() - m_area.height() * m_y.Share(y); }
+  QPointF Pixel(const QPointF& point) const { return {PixelX(point.x()), PixelY(point.y())}; }
+
+ private:
+  static constexpr double kDateWidth = 90.0;
+
+  QRectF m_area;
+  Axis m_x;
+  Axis m_y;
+};
+
 void DrawAxes(QPainter& painter, const Plane& plane) {
   const QRectF& area = plane.Area();
   painter.setFont(PictureFont(kTextPixels));
-  for (int i = 0; i < plane.X().count; ++i) {
-    const double x = plane.PixelX(plane.X().At(i));
+  for (const DateTick& tick : plane.X().ticks) {
+    const double x = plane.PixelX(tick.at);
     painter.setPen(QPen(QColor(kGrid), 1.0));
     painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
     painter.setPen(QColor(kQuiet));
-    painter.drawText(QRectF(x - 40, area.bottom() + 9, 80, 18), Qt::AlignHCenter | Qt::AlignTop,
-                     TickText(plane.X(), i));
+    painter.drawText(QRectF(x - 45, area.bottom() + 9, 90, 18), Qt::AlignHCenter | Qt::AlignTop, tick.text);
   }
-  for (int i = 0; i < plane.Y().count; ++i) {
-    const double y = plane.PixelY(plane.Y().At(i));
-    const bool zero = std::abs(plane.Y().At(i)) < plane.Y().step / 1000.0;
+  for (const DateTick& tick : plane.Y().ticks) {
+    const double y = plane.PixelY(tick.at);
+    const bool zero = std::abs(tick.at) < (plane.Y().range.greatest - plane.Y().range.least) / 1e4;
     painter.setPen(QPen(QColor(zero ? kAxis : kGrid), 1.0));
     painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
     painter.setPen(QColor(kQuiet));
-    painter.drawText(QRectF(area.left() - 68, y - 9, 60, 18), Qt::AlignRight | Qt::AlignVCenter,
-                     TickText(plane.Y(), i));
+    painter.drawText(QRectF(area.left() - 68, y - 9, 60, 18), Qt::AlignRight | Qt::AlignVCenter, tick.text);
   }
   painter.setPen(QPen(QColor(kAxis), 1.2));
   painter.drawLine(area.bottomLeft(), area.bottomRight());
@@ -121,23 +137,66 @@ void DrawAxisTitles(QPainter& painter, const QRectF& area, const Chart& chart) {
   painter.restore();
 }
 
-void DrawCurve(QPainter& painter, const Plane& plane, const Chart& chart) {
-  for (const QPolygonF& run : chart.runs) {
+QColor ColourOf(std::size_t index) { return QColor(kColours[index % kColours.size()]); }
+
+QPen PenOf(std::size_t index) {
+  QPen pen(ColourOf(index), 1.8, kDashes[index % kDashes.size()], Qt::FlatCap, Qt::RoundJoin);
+  if (index % kDashes.size() == 0) pen.setCapStyle(Qt::RoundCap);
+  return pen;
+}
+
+/// A point of the series: circle, square, triangle, diamond, triangle on its tip.
+void DrawPoint(QPainter& painter, const QPointF& at, double radius, std::size_t index) {
+  const double r = radius * 1.15;
+  switch (index % kShapes) {
+    case 0:
+      return painter.drawEllipse(at, radius, radius);
+    case 1:
+      return painter.drawRect(QRectF(at - QPointF(radius, radius), QSizeF(2 * radius, 2 * radius)));
+    case 3:
+      return painter.drawPolygon(
+          QPolygonF({at + QPointF(0, -r), at + QPointF(r, 0), at + QPointF(0, r), at + QPointF(-r, 0)}));
+    default:
+      break;
+  }
+  const double tip = index % kShapes == 2 ? -r : r;
+  painter.drawPolygon(QPolygonF({at + QPointF(0, tip), at + QPointF(r, -tip), at + QPointF(-r, -tip)}));
+}
+
+void DrawRun(QPainter& painter, const QPolygonF& pixels, double radius, std::size_t index) {
+  painter.setBrush(Qt::NoBrush);
+  painter.setPen(PenOf(index));
+  painter.drawPolyline(pixels);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(ColourOf(index));
+  for (const QPointF& pixel : pixels) DrawPoint(painter, pixel, radius, index);
+}
+
+/// Small where there are many; of a few curves that may lie on one another the lower ones show below the upper.
+double PointRadius(const Chart& chart, std::size_t index) {
+  qsizetype count = 0;
+  for (const QPolygonF& run : chart.series[index].runs) count += run.size();
+  const double below = static_cast<double>(chart.series.size() - 1 - index);
+  return (count > kMany ? kSmallRadius : kPointRadius) + (chart.series.size() <= 3 ? 1.6 * below : 0.0);
+}
+
+void DrawSeries(QPainter& painter, const Plane& plane, const Chart& chart, std::size_t index) {
+  const Series& series = chart.series[index];
+  const double radius = PointRadius(chart, index);
+  for (const QPolygonF& run : series.runs) {
     QPolygonF pixels;
     for (const QPointF& point : run) pixels += plane.Pixel(point);
-    painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(QColor(kCurve), 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.drawPolyline(pixels);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(kCurve));
-    for (const QPointF& pixel : pixels) painter.drawEllipse(pixel, kPointRadius, kPointRadius);
+    DrawRun(painter, pixels, radius, index);
   }
 }
 
-void DrawMarks(QPainter& painter, const Plane& plane, const Chart& chart) {
-  painter.setPen(QPen(QColor(kDisabled), 1.8, Qt::SolidLine, Qt::RoundCap));
-  for (const double marked : chart.marked) {
-    const QPointF at(plane.PixelX(marked), plane.Area().bottom());
+/// On the axis; of further series each on a line of its own above, as far as there is room.
+void DrawMarks(QPainter& painter, const Plane& plane, const Chart& chart, std::size_t index) {
+  const QColor colour = chart.series.size() > 1 ? ColourOf(index) : QColor(kDisabled);
+  painter.setPen(QPen(colour, 1.8, Qt::SolidLine, Qt::RoundCap));
+  const double above = static_cast<double>(index % kShapes) * 2.5 * kCrossArm;
+  for (const double marked : chart.series[index].marked) {
+    const QPointF at(plane.PixelX(marked), plane.Area().bottom() - above);
     painter.drawLine(at - QPointF(kCrossArm, kCrossArm), at + QPointF(kCrossArm, kCrossArm));
     painter.drawLine(at - QPointF(kCrossArm, -kCrossArm), at + QPointF(kCrossArm, -kCrossArm));
   }
@@ -149,34 +208,34 @@ void DrawHeading(QPainter& painter, const QRectF& area, const Chart& chart) {
   painter.drawText(QRectF(area.left(), area.top(), area.width(), 24), Qt::AlignLeft | Qt::AlignVCenter, chart.title);
   painter.setFont(PictureFont(kTextPixels));
   painter.setPen(QColor(kDisabled));
-  painter.drawText(QRectF(area.left(), area.top() + 25, area.width(), 20), Qt::AlignLeft | Qt::AlignVCenter,
-                   chart.note);
+  QRectF line(area.left(), area.top() + 25, area.width(), kNoteHeight);
+  for (const QString& note : chart.notes) {
+    const QString shown = painter.fontMetrics().elidedText(note, Qt::ElideRight, static_cast<int>(line.width()));
+    painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, shown);
+    line.translate(0, kNoteHeight);
+  }
 }
 
 }  // namespace
 
-Ticks MakeTicks(double least, double greatest, int about) {
-  if (greatest - least < 1e-9) {
-    least -= 1.0;
-    greatest += 1.0;
-  }
-  Ticks ticks;
-  ticks.step = RoundStep((greatest - least) / about);
-  const double first = std::floor(least / ticks.step + 1e-9);
-  ticks.first = first * ticks.step;
-  ticks.count = static_cast<int>(std::ceil(greatest / ticks.step - 1e-9) - first) + 1;
-  ticks.decimals = std::max(0, static_cast<int>(-std::floor(std::log10(ticks.step) + 1e-9)));
-  return ticks;
+bool Chart::IsEmpty() const {
+  return std::all_of(series.begin(), series.end(), [](const Series& one) { return one.runs.empty(); });
 }
 
 void DrawChart(QPainter& painter, const QRectF& area, const Chart& chart) {
   DrawHeading(painter, area, chart);
-  if (chart.runs.empty()) return;
-  const Plane plane(chart, area.adjusted(84, 56, -14, -54));
+  if (chart.IsEmpty()) return;
+  const auto notes = static_cast<double>(std::max<qsizetype>(chart.notes.size(), 1));
+  const Plane plane(chart, area.adjusted(84, 36 + notes * kNoteHeight, -14, chart.xTitle.isEmpty() ? -34 : -54));
   DrawAxes(painter, plane);
   DrawAxisTitles(painter, plane.Area(), chart);
-  DrawCurve(painter, plane, chart);
-  DrawMarks(painter, plane, chart);
+  for (std::size_t i = 0; i < chart.series.size(); ++i) DrawSeries(painter, plane, chart, i);
+  for (std::size_t i = 0; i < chart.series.size(); ++i) DrawMarks(painter, plane, chart, i);
+}
+
+void DrawSample(QPainter& painter, const QRectF& area, std::size_t index) {
+  const double y = area.center().y();
+  DrawRun(painter, QPolygonF({{area.left(), y}, {area.center().x(), y}, {area.right(), y}}), kPointRadius, index);
 }
 
 QFont PictureFont(int pixels, bool bold) {

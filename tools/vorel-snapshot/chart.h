@@ -2,6 +2,7 @@
 
 #include <QPolygonF>
 #include <QString>
+#include <QStringList>
 #include <vector>
 
 class QFont;
@@ -10,14 +11,22 @@ class QRectF;
 
 namespace tarnwell::vorel_snapshot {
 
-/// One curve with its axes.
+/// One curve. Its place among the chart's, drawn or not, gives its look.
+struct Series {
+  std::vector<QPolygonF> runs = {};  ///< points that follow one another; a gap stands between two runs
+  std::vector<double> marked = {};   ///< on the x axis: what is disabled
+};
+
+/// Curves with their axes.
 struct Chart {
   QString title;
-  QString note;  ///< what isn't drawn, and why
-  QString xTitle;
-  QString yTitle;
-  std::vector<QPolygonF> runs;  ///< points that follow one another in the table; a gap stands between two runs
-  std::vector<double> marked;   ///< on the x axis: points that are disabled
+  QStringList notes = {};  ///< what isn't drawn, and why
+  QString xTitle = {};
+  QString yTitle = {};
+  bool timeAcross = false;  ///< the x axis is in seconds since the start of 1970
+  std::vector<Series> series = {};
+
+  bool IsEmpty() const;
 };
 
 /// Numbers along an axis: round ones, from at or below the least value to at or above the greatest.
@@ -31,8 +40,18 @@ struct Ticks {
 };
 Ticks MakeTicks(double least, double greatest, int about);
 
-/// Draws the chart into the rectangle, in logical pixels. Without a run it says so by its note alone.
+/// Days, months or years along an axis, in order: at most about so many, none outside.
+struct DateTick {
+  double at;
+  QString text;
+};
+std::vector<DateTick> MakeDateTicks(double least, double greatest, int about);
+
+/// Draws the chart into the rectangle, in logical pixels. Without a run it says so by its notes alone.
 void DrawChart(QPainter& painter, const QRectF& area, const Chart& chart);
+
+/// The look of the series at `index`, as a short piece of its curve within the rectangle.
+void DrawSample(QPainter& painter, const QRectF& area, std::size_t index);
 
 /// A font of the picture.
 QFont PictureFont(int pixels, bool bold = false);

@@ -24,7 +24,7 @@ struct Command {
   const char* details;
   int leastFiles;
   int mostFiles;
-  std::array<Option, 3> options;
+  std::array<Option, 4> options;
   int (*run)(Call&);
 };
 
@@ -70,14 +70,26 @@ const Command kCommands[] = {
      {{{"readings", nullptr, "measured values (levels, temperatures, rails) count as well"}}},
      DiffFiles},
     {"plot",
-     "FILE -o OUT.svg|OUT.png",
-     "draw the calibration tables as curves",
+     "FILE [FILE] -o OUT.svg|OUT.png",
+     "draw the calibration tables as curves, of two files one over the other",
      "Points that are disabled, were not read or stand in a damaged line are left out and\n"
      "told. Ends with 3 when there is nothing to draw, as for a redundancy controller.\n",
      1,
-     1,
+     2,
      {{{"o", "OUT", "the picture, an SVG or PNG file by its ending"}}},
      PlotFile},
+    {"trend",
+     "[--of VALUE]... [--by WHAT] [--recursive] FILE|FOLDER... -o OUT.svg|OUT.png|OUT.csv",
+     "draw values over time, several devices told apart",
+     "Without --of all levels, limits, temperatures and rails that have a number. What is damaged,\n"
+     "disabled or was not read is left out and counted. Ends with 3 when there is nothing to draw.\n",
+     1,
+     kManyFiles,
+     {{{"of", "VALUE", "such as \"rf level\" or \"rf level table:8\", a table's point; may be repeated"},
+       {"by", "WHAT", "devices told apart by address (and model), description or folder"},
+       {"o", "OUT", "the picture or the values, by its ending"},
+       kRecursive}},
+     TrendFiles},
     {"export",
      "FILE --json|--csv [-o OUT]",
      "print a snapshot for another program",
@@ -101,7 +113,7 @@ QString ProgramHelp() {
   text += QLatin1Char('\n') + HelpRow(QStringLiteral("--help"), "print this; behind a command, what that takes") +
           HelpRow(QStringLiteral("--version"), "print the version");
   return text + QStringLiteral(
-                    "\nExit status: 0 fine, 1 damaged or different, 2 unreadable or wrong usage, 3 nothing to plot.\n");
+                    "\nExit status: 0 fine, 1 damaged or different, 2 unreadable or wrong usage, 3 nothing to draw.\n");
 }
 
 QString CommandHelp(const Command& command) {
@@ -149,7 +161,7 @@ int RunCommand(const Command& command, const QStringList& arguments, Output& out
 }  // namespace
 
 bool NeedsPainting(const QStringList& arguments) {
-  return !arguments.isEmpty() && arguments.first() == QLatin1String("plot");
+  return arguments.value(0) == QLatin1String("plot") || arguments.value(0) == QLatin1String("trend");
 }
 
 int Run(const QStringList& arguments, Output& output) {

@@ -11,6 +11,39 @@ namespace tarnwell::vorel_snapshot {
 
 namespace {
 
+/// A cell; in quotes where it holds what separates.
+QString Cell(QString text) {
+  if (!text.contains(QLatin1Char(',')) && !text.contains(QLatin1Char('"'))) return text;
+  return QLatin1Char('"') + text.replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"');
+}
+
+/// The error of a value; nothing for one that is there, disabled or not in the device.
+QString ErrorText(const Value& value) {
+  if (value.kind == Value::Kind::kLost) return QStringLiteral("lost");
+  return value.kind == Value::Kind::kError ? Text(value.text) : QString();
+}
+
+}  // namespace
+
+QString StateCell(const Value& value, bool damaged) {
+  if (damaged) return QStringLiteral("damaged");
+  if (value.kind == Value::Kind::kDisabled) return QStringLiteral("disabled");
+  return value.kind == Value::Kind::kLacking ? Text(value.text) : ErrorText(value);
+}
+
+QString NumberCell(const Value& value) {
+  return value.kind == Value::Kind::kNumber ? QString::number(value.number, 'g', QLocale::FloatingPointShortest)
+                                            : QString();
+}
+
+QString CsvRow(const QStringList& cells) {
+  QStringList quoted;
+  for (const QString& cell : cells) quoted += Cell(cell);
+  return quoted.join(QLatin1Char(',')) + QLatin1Char('\n');
+}
+
+namespace {
+
 using ValueKind = Value::Kind;
 
 QString PlainText(const Entry& entry) {
@@ -19,12 +52,6 @@ QString PlainText(const Entry& entry) {
 
 void PutUnit(QJsonObject& object, std::string_view unit) {
   if (!unit.empty()) object[QLatin1String("unit")] = Text(unit);
-}
-
-/// The error of a value; nothing for one that is there, disabled or not in the device.
-QString ErrorText(const Value& value) {
-  if (value.kind == ValueKind::kLost) return QStringLiteral("lost");
-  return value.kind == ValueKind::kError ? Text(value.text) : QString();
 }
 
 void PutState(QJsonObject& object, const Value& value, bool damaged) {
@@ -88,32 +115,9 @@ QJsonObject JsonFault(const Fault& fault) {
   return object;
 }
 
-/// A cell; in quotes where it holds what separates.
-QString Cell(QString text) {
-  if (!text.contains(QLatin1Char(',')) && !text.contains(QLatin1Char('"'))) return text;
-  return QLatin1Char('"') + text.replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"');
-}
-
-QString StateCell(const Value& value, bool damaged) {
-  if (damaged) return QStringLiteral("damaged");
-  if (value.kind == ValueKind::kDisabled) return QStringLiteral("disabled");
-  return value.kind == ValueKind::kLacking ? Text(value.text) : ErrorText(value);
-}
-
-QString NumberCell(const Value& value) {
-  return value.kind == ValueKind::kNumber ? QString::number(value.number, 'g', QLocale::FloatingPointShortest)
-                                          : QString();
-}
-
 QString ValueCell(const Entry& entry) {
   if (entry.value.kind != ValueKind::kText) return NumberCell(entry.value);
   return entry.row->form == Form::kAlarms ? EntryText(entry) : PlainText(entry);
-}
-
-QString CsvRow(const QStringList& cells) {
-  QStringList quoted;
-  for (const QString& cell : cells) quoted += Cell(cell);
-  return quoted.join(QLatin1Char(',')) + QLatin1Char('\n');
 }
 
 QString CsvPoints(const Entry& entry) {

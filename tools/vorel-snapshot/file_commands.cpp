@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <algorithm>
 #include <optional>
+#include <vector>
 
 #include "tools/vorel-snapshot/describe.h"
 #include "tools/vorel-snapshot/diff.h"
@@ -23,7 +24,12 @@ std::optional<Snapshot> ReadAndTell(const QString& path, Output& output) {
   return snapshot;
 }
 
-/// Puts what a command made into the file that -o names.
+}  // namespace
+
+void Complain(Output& output, const QString& text) {
+  output.err += QStringLiteral("%1: %2\n").arg(QLatin1String(kProgram), text).toUtf8();
+}
+
 int Deliver(Call& call, const QString& path, const QByteArray& bytes, int code) {
   QString error;
   const auto isTarget = [&](const QString& file) { return IsSameFile(file, path); };
@@ -34,12 +40,6 @@ int Deliver(Call& call, const QString& path, const QByteArray& bytes, int code) 
   }
   Complain(call.output, ShownName(path) + QStringLiteral(": ") + error);
   return kExitUnreadable;
-}
-
-}  // namespace
-
-void Complain(Output& output, const QString& text) {
-  output.err += QStringLiteral("%1: %2\n").arg(QLatin1String(kProgram), text).toUtf8();
 }
 
 int ShowFile(Call& call) {
@@ -80,18 +80,23 @@ int PlotFile(Call& call) {
     Complain(call.output, QStringLiteral("plot: -o takes a file that ends in .svg or .png"));
     return kExitUnreadable;
   }
-  const auto snapshot = ReadAndTell(call.files[0], call.output);
-  if (!snapshot) return kExitUnreadable;
-  if (!snapshot->known) return kExitDamaged;
-  const auto charts = Charts(*snapshot);
-  const bool nothing = std::all_of(charts.begin(), charts.end(), [](const Chart& chart) { return chart.runs.empty(); });
-  if (nothing) {
-    const QString why = charts.empty() ? QStringLiteral("a redundancy controller has no calibration tables")
-                                       : QStringLiteral("no point of a calibration table is left to draw");
-    Complain(call.output, ShownName(call.files[0]) + QStringLiteral(": ") + why);
-    return kExitNoTables;
+  std::vector<NamedSnapshot> snapshots;
+  int worst = kExitFine;
+  for (const QString& file : call.files) {
+    auto snapshot = ReadAndTell(file, call.output);
+    if (!snapshot) return kExitUnreadable;
+    if (!snapshot->known) return kExitDamaged;
+    if (snapshot->kind == Kind::kController) {
+      Complain(call.output, ShownName(file) + QStringLiteral(": a redundancy controller has no calibration tables"));
+      return kExitNoTables;
+    }
+    worst = std::max(worst, ExitOf(*snapshot));
+    snapshots.push_back({ShownName(QFileInfo(file).fileName()), std::move(*snapshot)});
   }
-  return Deliver(call, path, PlotPage(ShownName(call.files[0]), *snapshot, format), ExitOf(*snapshot));
+  const Page page = PlotPage(snapshots);
+  if (!page.charts.empty()) return Deliver(call, path, DrawPage(page, format), worst);
+  Complain(call.output, ShownName(call.files[0]) + QStringLiteral(": no point of a calibration table is left to draw"));
+  return kExitNoTables;
 }
 
 }  // namespace tarnwell::vorel_snapshot

@@ -22,9 +22,13 @@ struct Call {
 /// Puts a line into standard error, with the program's name ahead.
 void Complain(Output& output, const QString& text);
 
+/// Puts what a command made into the file that -o names, and gives `code`, or why not and the code of that.
+int Deliver(Call& call, const QString& path, const QByteArray& bytes, int code);
+
 // Each gives the exit code.
 int Verify(Call& call);
 int List(Call& call);
+int TrendFiles(Call& call);
 int ShowFile(Call& call);
 int DiffFiles(Call& call);
 int PlotFile(Call& call);

@@ -1,10 +1,13 @@
+#include <QFileInfo>
 #include <algorithm>
 #include <array>
-#include <cstdlib>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "tools/vorel-snapshot/describe.h"
 #include "tools/vorel-snapshot/inputs.h"
+#include "tools/vorel-snapshot/trend.h"
 
 namespace tarnwell::vorel_snapshot {
 
@@ -83,6 +86,34 @@ QString Aligned(const std::vector<ListRow>& rows) {
   return text;
 }
 
+/// What --of names; nothing, and the reason on standard error, where one is no quantity.
+std::optional<std::vector<Quantity>> AskedQuantities(Call& call) {
+  std::vector<Quantity> quantities;
+  for (const QString& name : call.parser.values(QStringLiteral("of"))) {
+    const auto quantity = FindQuantity(name);
+    if (!quantity) {
+      Complain(call.output, QStringLiteral("trend: no value ") + name + QStringLiteral("; there are ") +
+                                QuantityNames().join(QStringLiteral(", ")));
+      return std::nullopt;
+    }
+    quantities.push_back(*quantity);
+  }
+  return quantities;
+}
+
+std::optional<Device> AskedDevice(Call& call) {
+  const QString by = call.parser.value(QStringLiteral("by"));
+  const std::pair<const char*, Device> devices[] = {{"", Device::kModelAndAddress},
+                                                    {"address", Device::kModelAndAddress},
+                                                    {"description", Device::kDescription},
+                                                    {"folder", Device::kFolder}};
+  for (const auto& [name, device] : devices) {
+    if (by == QLatin1String(name)) return device;
+  }
+  Complain(call.output, QStringLiteral("trend: --by takes address, description or folder"));
+  return std::nullopt;
+}
+
 }  // namespace
 
 int Verify(Call& call) {
@@ -116,6 +147,43 @@ int List(Call& call) {
   Sort(rows, static_cast<std::size_t>(column - kColumnNames.begin()));
   call.output.out += Aligned(rows).toUtf8();
   return unreadable > 0 ? kExitUnreadable : worst;
+}
+
+int TrendFiles(Call& call) {
+  const QString path = call.parser.value(QStringLiteral("o"));
+  const QString format = QFileInfo(path).suffix().toLower();
+  if (!QStringList({QStringLiteral("svg"), QStringLiteral("png"), QStringLiteral("csv")}).contains(format)) {
+    Complain(call.output, QStringLiteral("trend: -o takes a file that ends in .svg, .png or .csv"));
+    return kExitUnreadable;
+  }
+  auto quantities = AskedQuantities(call);
+  const auto device = AskedDevice(call);
+  if (!quantities || !device) return kExitUnreadable;
+  Trend trend(std::move(*quantities), *device);
+  int worst = kExitFine;
+  int controllers = 0;
+  const int unreadable = ReadInputs(call, [&](const Input& input) {
+    if (input.IsForeign()) return;
+    if (input.snapshot.known && input.snapshot.kind == Kind::kController) {
+      ++controllers;
+      return;
+    }
+    call.output.err += FaultLines(input.name, input.snapshot).toUtf8();
+    const QString why = trend.Add(input);
+    if (!why.isEmpty()) Complain(call.output, input.name + QStringLiteral(": ") + why);
+    worst = std::max(worst, ExitOf(input.snapshot));
+  });
+  if (unreadable > 0) worst = kExitUnreadable;
+  trend.Finish();
+  if (controllers > 0) {
+    Complain(call.output,
+             QStringLiteral("trend: %1 of redundancy controllers, which measure nothing").arg(controllers));
+  }
+  if (trend.IsEmpty()) {
+    Complain(call.output, QStringLiteral("trend: no number is there to draw"));
+    return std::max<int>(worst, kExitNoTables);
+  }
+  return Deliver(call, path, format == QLatin1String("csv") ? trend.Csv() : DrawPage(trend.Picture(), format), worst);
 }
 
 }  // namespace tarnwell::vorel_snapshot

@@ -1,11 +1,5 @@
 #include "tools/vorel-snapshot/plot.h"
 
-#include <QBuffer>
-#include <QFileInfo>
-#include <QFont>
-#include <QImage>
-#include <QPainter>
-#include <QSvgGenerator>
 #include <algorithm>
 
 #include "tools/vorel-snapshot/describe.h"
@@ -13,13 +7,6 @@
 namespace tarnwell::vorel_snapshot {
 
 namespace {
-
-constexpr QSize kPage(1200, 912);
-constexpr int kMargin = 32;
-constexpr int kHeaderHeight = 74;
-constexpr int kBetween = 36;
-constexpr int kColumns = 2;
-constexpr int kSharpness = 2;  // pixels of a PNG for each of the page
 
 /// How a table is drawn: in the order of the page.
 struct ChartRow {
@@ -49,19 +36,25 @@ QString Positions(const std::vector<int>& positions) {
          parts.join(QStringLiteral(", "));
 }
 
-/// Fills a chart with the points of its table.
-class ChartFiller {
+/// Takes the points of one table into one curve.
+class SeriesFiller {
  public:
-  ChartFiller(Chart& chart, bool secondAcross) : m_chart(chart), m_secondAcross(secondAcross) {}
+  explicit SeriesFiller(bool secondAcross) : m_secondAcross(secondAcross) {}
 
   void Fill(const Entry& entry) {
     for (std::size_t i = 0; i < entry.points.size(); ++i) Take(entry.points[i], static_cast<int>(i) + 1);
+  }
+
+  const Series& Curve() const { return m_series; }
+
+  /// What was left out; empty where nothing was.
+  QString Note() const {
     QStringList notes;
-    const QString sign = m_chart.marked.empty() ? QString() : QString(QChar(0x00D7)) + QLatin1Char(' ');
+    const QString sign = m_series.marked.empty() ? QString() : QString(QChar(0x00D7)) + QLatin1Char(' ');
     if (!m_disabled.empty()) notes += sign + QStringLiteral("disabled: ") + Positions(m_disabled);
     if (!m_notRead.empty()) notes += QStringLiteral("not read: ") + Positions(m_notRead);
     if (!m_damaged.empty()) notes += QStringLiteral("damaged: ") + Positions(m_damaged);
-    m_chart.note = notes.join(QStringLiteral("; "));
+    return notes.join(QStringLiteral("; "));
   }
 
  private:
@@ -69,13 +62,13 @@ class ChartFiller {
     if (point.damaged || point.second.kind == Value::Kind::kLost) return LeaveOut(m_damaged, position);
     if (point.second.kind == Value::Kind::kError) return LeaveOut(m_notRead, position);
     if (point.second.kind == Value::Kind::kDisabled) {
-      if (point.first.kind == Value::Kind::kNumber) m_chart.marked.push_back(point.first.number);
+      if (point.first.kind == Value::Kind::kNumber) m_series.marked.push_back(point.first.number);
       return LeaveOut(m_disabled, position);
     }
     const QPointF at(point.first.number, point.second.number);
-    if (m_gap) m_chart.runs.emplace_back();
+    if (m_gap) m_series.runs.emplace_back();
     m_gap = false;
-    m_chart.runs.back() += m_secondAcross ? at.transposed() : at;
+    m_series.runs.back() += m_secondAcross ? at.transposed() : at;
   }
 
   void LeaveOut(std::vector<int>& list, int position) {
@@ -83,101 +76,81 @@ class ChartFiller {
     m_gap = true;
   }
 
-  Chart& m_chart;
   bool m_secondAcross;
   bool m_gap = true;
+  Series m_series;
   std::vector<int> m_disabled;
   std::vector<int> m_notRead;
   std::vector<int> m_damaged;
 };
 
-Chart MakeChart(const ChartRow& row, const Row& table, const Entry* entry) {
+/// One snapshot's curve of the table into the chart; why not, or what of it is missing, is the note.
+QString AddSeries(Chart& chart, const ChartRow& row, const Snapshot& snapshot) {
+  const auto isTable = [&](const Entry& entry) { return entry.row->table && entry.row->name == row.table; };
+  const auto entry = std::find_if(snapshot.entries.begin(), snapshot.entries.end(), isTable);
+  SeriesFiller filler(row.secondAcross);
+  if (entry != snapshot.entries.end()) filler.Fill(*entry);
+  chart.series.push_back(filler.Curve());
+  if (entry == snapshot.entries.end()) return QStringLiteral("not in the file");
+  return entry->points.empty() ? QStringLiteral("this amplifier has none") : filler.Note();
+}
+
+Chart MakeChart(const ChartRow& row, const Row& table, const std::vector<NamedSnapshot>& snapshots) {
   const QString first = FieldTitle(table.table->first);
   const QString second = FieldTitle(table.table->second);
   Chart chart{.title = QLatin1String(row.title),
-              .note = {},
               .xTitle = row.secondAcross ? second : first,
-              .yTitle = row.secondAcross ? first : second,
-              .runs = {},
-              .marked = {}};
-  if (!entry) {
-    chart.note = QStringLiteral("not in the file");
-  } else if (entry->points.empty()) {
-    chart.note = QStringLiteral("this amplifier has none");
-  } else {
-    ChartFiller(chart, row.secondAcross).Fill(*entry);
+              .yTitle = row.secondAcross ? first : second};
+  QStringList notes;
+  for (const NamedSnapshot& named : snapshots) notes += AddSeries(chart, row, named.snapshot);
+  const bool same = std::all_of(notes.begin(), notes.end(), [&](const QString& note) { return note == notes.front(); });
+  for (int i = 0; i < (same ? 1 : notes.size()); ++i) {
+    const QString which = same ? QString() : QStringLiteral("%1: ").arg(snapshots[static_cast<std::size_t>(i)].file);
+    if (!notes[i].isEmpty()) chart.notes += which + notes[i];
   }
   return chart;
 }
 
-void DrawHeader(QPainter& painter, const QString& file, const Snapshot& snapshot) {
-  const QRectF area(kMargin, kMargin - 8, kPage.width() - 2 * kMargin, kHeaderHeight);
-  const QString separator = QStringLiteral("   %1   ").arg(QChar(0x00B7));
-  painter.setFont(PictureFont(24, true));
-  painter.setPen(QColor(0xFF1F2933));
-  const QString title = TextOf(snapshot, "sspa") + separator + TextOf(snapshot, "file description");
-  const int width = static_cast<int>(area.width());
-  painter.drawText(area, Qt::AlignLeft | Qt::AlignTop, painter.fontMetrics().elidedText(title, Qt::ElideRight, width));
-  painter.setFont(PictureFont(14));
-  painter.setPen(QColor(0xFF5A6672));
-  const QStringList parts = {TextOf(snapshot, "time"), QStringLiteral("address ") + TextOf(snapshot, "address"),
-                             TextOf(snapshot, "firmware"), QFileInfo(file).fileName()};
-  painter.drawText(area.adjusted(0, 36, 0, 0), Qt::AlignLeft | Qt::AlignTop, parts.join(separator));
+/// "240W C-BAND · rack 2 after service", "14/03/2007 09:26:41 · address 1 · ..."
+QString TitleOf(const NamedSnapshot& named) {
+  return Model(named.snapshot) + Separator() + TextOf(named.snapshot, "file description");
 }
-
-void DrawPage(QPainter& painter, const QString& file, const Snapshot& snapshot) {
-  painter.setRenderHint(QPainter::Antialiasing);
-  painter.fillRect(QRect({}, kPage), Qt::white);
-  DrawHeader(painter, file, snapshot);
-  const std::vector<Chart> charts = Charts(snapshot);
-  const double width = (kPage.width() - 2 * kMargin - kBetween) / 2.0;
-  const double height = (kPage.height() - kMargin - kHeaderHeight - kMargin / 2.0 - kBetween) / 2.0;
-  for (std::size_t i = 0; i < charts.size(); ++i) {
-    const std::size_t row = i / kColumns;
-    const double left = kMargin + static_cast<double>(i % kColumns) * (width + kBetween);
-    const double top = kMargin + kHeaderHeight + static_cast<double>(row) * (height + kBetween);
-    DrawChart(painter, QRectF(left, top, width, height), charts[i]);
-  }
-}
-
-void WriteSvg(QBuffer& buffer, const QString& file, const Snapshot& snapshot) {
-  QSvgGenerator generator;
-  generator.setOutputDevice(&buffer);
-  generator.setSize(kPage);
-  generator.setViewBox(QRect({}, kPage));
-  generator.setResolution(96);
-  generator.setTitle(QStringLiteral("Calibration tables: ") + TextOf(snapshot, "file description"));
-  QPainter painter(&generator);
-  DrawPage(painter, file, snapshot);
-}
-
-void WritePng(QBuffer& buffer, const QString& file, const Snapshot& snapshot) {
-  QImage image(kPage * kSharpness, QImage::Format_RGB32);
-  QPainter painter(&image);
-  painter.scale(kSharpness, kSharpness);
-  DrawPage(painter, file, snapshot);
-  painter.end();
-  image.save(&buffer, "PNG");
+QString DetailsOf(const NamedSnapshot& named) {
+  const QStringList parts = {TextOf(named.snapshot, "time"),
+                             QStringLiteral("address ") + TextOf(named.snapshot, "address"),
+                             TextOf(named.snapshot, "firmware"), named.file};
+  return parts.join(Separator());
 }
 
 }  // namespace
 
-std::vector<Chart> Charts(const Snapshot& snapshot) {
+QString Separator() { return QStringLiteral("   %1   ").arg(QChar(0x00B7)); }
+
+std::vector<Chart> Charts(const std::vector<NamedSnapshot>& snapshots) {
   std::vector<Chart> charts;
   for (const ChartRow& chart : kCharts) {
-    for (const Row& row : Rows(snapshot.kind)) {
-      if (row.table && row.name == chart.table) charts.push_back(MakeChart(chart, row, snapshot.Find(row)));
+    for (const Row& row : Rows(Kind::kAmplifier)) {
+      if (row.table && row.name == chart.table) charts.push_back(MakeChart(chart, row, snapshots));
     }
   }
   return charts;
 }
 
-QByteArray PlotPage(const QString& file, const Snapshot& snapshot, const QString& format) {
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  buffer.open(QIODevice::WriteOnly);
-  format == QLatin1String("svg") ? WriteSvg(buffer, file, snapshot) : WritePng(buffer, file, snapshot);
-  return bytes;
+Page PlotPage(const std::vector<NamedSnapshot>& snapshots) {
+  Page page{.title = TitleOf(snapshots.front()), .details = DetailsOf(snapshots.front())};
+  if (snapshots.size() > 1) {
+    page.title = QStringLiteral("Calibration tables, one over the other");
+    page.details.clear();
+    for (const NamedSnapshot& named : snapshots) page.legend += TitleOf(named) + Separator() + DetailsOf(named);
+  }
+  for (Chart& chart : Charts(snapshots)) {
+    if (chart.IsEmpty()) {
+      page.notes += chart.title + QStringLiteral(": ") + chart.notes.join(QStringLiteral("; "));
+    } else {
+      page.charts.push_back(std::move(chart));
+    }
+  }
+  return page;
 }
 
 }  // namespace tarnwell::vorel_snapshot

@@ -1,19 +1,20 @@
 #pragma once
 
-#include <QByteArray>
-#include <QString>
 #include <vector>
 
-#include "tools/vorel-snapshot/chart.h"
-#include "tools/vorel-snapshot/snapshot.h"
+#include "tools/vorel-snapshot/diff.h"
+#include "tools/vorel-snapshot/page.h"
 
 namespace tarnwell::vorel_snapshot {
 
-/// The charts of the calibration tables; none for a device without tables. A point that is disabled, was not read or
-/// stands in a damaged line is left out and told in the note.
-std::vector<Chart> Charts(const Snapshot& snapshot);
+/// What stands between two parts of a line in a picture.
+QString Separator();
 
-/// The page with the charts as a file's bytes; `format` is "svg" or "png". Needs a QGuiApplication.
-QByteArray PlotPage(const QString& file, const Snapshot& snapshot, const QString& format);
+/// The charts of the calibration tables, each with a curve a snapshot. A point that is disabled, was not read or stands
+/// in a damaged line is left out and told in the notes.
+std::vector<Chart> Charts(const std::vector<NamedSnapshot>& snapshots);
+
+/// The page of those that have a point; the others are told below.
+Page PlotPage(const std::vector<NamedSnapshot>& snapshots);
 
 }  // namespace tarnwell::vorel_snapshot

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <vector>
+
+#include "tools/vorel-snapshot/chart.h"
+
+namespace tarnwell::vorel_snapshot {
+
+/// A picture with charts.
+struct Page {
+  QString title;
+  QString details;          ///< below the title, smaller
+  QStringList legend = {};  ///< one a series, in the order of every chart's; none where there is one
+  std::vector<Chart> charts = {};
+  QStringList notes = {};  ///< below the charts
+};
+
+/// The page as a file's bytes; `format` is "svg" or "png". Needs a QGuiApplication.
+QByteArray DrawPage(const Page& page, const QString& format);
+
+}  // namespace tarnwell::vorel_snapshot

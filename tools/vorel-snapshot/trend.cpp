@@ -1,0 +1,208 @@
+#include "tools/vorel-snapshot/trend.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QLocale>
+#include <algorithm>
+#include <utility>
+
+#include "tools/vorel-snapshot/describe.h"
+#include "tools/vorel-snapshot/export.h"
+#include "tools/vorel-snapshot/plot.h"
+
+namespace tarnwell::vorel_snapshot {
+
+namespace {
+
+bool IsNumber(const Value& value) { return value.kind == Value::Kind::kNumber; }
+
+bool HasNumbers(const Row& row) {
+  return row.form == Form::kNumber || row.form == Form::kLimit || row.form == Form::kDegrees;
+}
+
+QString NameOf(const Row& row) { return Text(row.name.empty() ? row.label : row.name); }
+
+QString NameOf(const Quantity& quantity) {
+  return quantity.point == 0 ? NameOf(*quantity.row)
+                             : QStringLiteral("%1, point %2").arg(NameOf(*quantity.row)).arg(quantity.point);
+}
+
+Field FieldOf(const Quantity& quantity) {
+  if (quantity.point > 0) return quantity.row->table->second;
+  return {quantity.row->label, quantity.row->unit};
+}
+
+std::vector<Quantity> AllQuantities() {
+  std::vector<Quantity> all;
+  for (const Row& row : Rows(Kind::kAmplifier)) {
+    if (HasNumbers(row)) all.push_back({&row, 0});
+  }
+  return all;
+}
+
+const Entry* Find(const Snapshot& snapshot, std::string_view label) {
+  const auto& entries = snapshot.entries;
+  const auto found = std::find_if(entries.begin(), entries.end(),
+                                  [&](const Entry& entry) { return entry.row->label == label || entry.name == label; });
+  return found == entries.end() || found->damaged ? nullptr : &*found;
+}
+
+/// What the snapshot has of it; kLost for what is damaged or missing.
+Value ValueOf(const Snapshot& snapshot, const Quantity& quantity) {
+  const Entry* entry = snapshot.Find(*quantity.row);
+  if (!entry) return {};
+  if (quantity.point == 0) return entry->damaged ? Value{} : entry->value;
+  if (entry->points.empty()) return {entry->value.kind, entry->value.text};
+  const Point& point = entry->points[quantity.point - 1];
+  return point.damaged ? Value{} : point.second;
+}
+
+/// How many values aren't drawn; empty where all are.
+QString LeftOut(const std::vector<const Value*>& values) {
+  const std::pair<Value::Kind, QString> kinds[] = {
+      {Value::Kind::kDisabled, QString(QChar(0x00D7)) + QStringLiteral(" disabled")},
+      {Value::Kind::kError, QStringLiteral("not read")},
+      {Value::Kind::kLost, QStringLiteral("damaged")}};
+  QStringList notes;
+  for (const auto& [kind, name] : kinds) {
+    const auto count = std::count_if(values.begin(), values.end(), [k = kind](const Value* v) { return v->kind == k; });
+    if (count > 0) notes += QStringLiteral("%1: %2").arg(name).arg(count);
+  }
+  return notes.join(QStringLiteral(", "));
+}
+
+}  // namespace
+
+std::optional<Quantity> FindQuantity(const QString& name) {
+  const QString label = name.section(QLatin1Char(':'), 0, 0);
+  const auto rows = Rows(Kind::kAmplifier);
+  const auto found = std::find_if(rows.begin(), rows.end(), [&](const Row& row) {
+    return NameOf(row) == label || (!row.otherLabel.empty() && Text(row.otherLabel) == label);
+  });
+  if (found == rows.end()) return std::nullopt;
+  if (HasNumbers(*found) && label == name) return Quantity{&*found, 0};
+  const std::size_t point = name.section(QLatin1Char(':'), 1).toUInt();
+  if (!found->table || point < 1 || point > found->table->points) return std::nullopt;
+  return Quantity{&*found, point};
+}
+
+QStringList QuantityNames() {
+  QStringList names;
+  for (const Row& row : Rows(Kind::kAmplifier)) {
+    if (HasNumbers(row)) names += NameOf(row);
+    if (row.table) names += QStringLiteral("%1:1 to :%2").arg(NameOf(row)).arg(row.table->points);
+  }
+  return names;
+}
+
+QString Trend::Add(const Input& input) {
+  if (!input.snapshot.known) return {};
+  const Entry* time = Find(input.snapshot, "time dd/mm/yyyy hh:mm:ss");
+  const QDateTime at = QDateTime::fromString(time ? IsoTime(Text(time->value.text)) : QString(), Qt::ISODate);
+  const QString device = DeviceOf(input);
+  if (!at.isValid() || device.isEmpty())
+    return QStringLiteral("left out: its time or what tells the device is damaged");
+  const QDateTime moment(at.date(), at.time(), Qt::UTC);
+  if (m_quantities.empty()) m_quantities = AllQuantities();
+  Sample sample{static_cast<double>(moment.toSecsSinceEpoch()), device, input.name, {}};
+  for (const Quantity& quantity : m_quantities) sample.values.push_back(ValueOf(input.snapshot, quantity));
+  m_samples.push_back(std::move(sample));
+  return {};
+}
+
+QString Trend::DeviceOf(const Input& input) const {
+  if (m_device == Device::kFolder) return QFileInfo(input.name).path();
+  const Entry* description = Find(input.snapshot, "file description");
+  if (m_device == Device::kDescription) return description ? EntryText(*description) : QString();
+  const Entry* model = Find(input.snapshot, "sspa");
+  const Entry* address = Find(input.snapshot, "address");
+  if (!model || !address) return {};
+  return QStringLiteral("%1, address %2").arg(EntryText(*model), EntryText(*address));
+}
+
+void Trend::Finish() {
+  const auto order = [](const Sample& a, const Sample& b) {
+    return a.device != b.device ? a.device < b.device : a.time < b.time;
+  };
+  std::stable_sort(m_samples.begin(), m_samples.end(), order);
+  for (const Sample& sample : m_samples) {
+    if (m_devices.isEmpty() || m_devices.last() != sample.device) m_devices += sample.device;
+  }
+}
+
+bool Trend::HasNumber(std::size_t quantity) const {
+  return std::any_of(m_samples.begin(), m_samples.end(),
+                     [quantity](const Sample& sample) { return IsNumber(sample.values[quantity]); });
+}
+
+bool Trend::IsEmpty() const {
+  for (std::size_t i = 0; i < m_quantities.size(); ++i) {
+    if (HasNumber(i)) return false;
+  }
+  return true;
+}
+
+Chart Trend::MakeChart(std::size_t quantity) const {
+  const Field field = FieldOf(m_quantities[quantity]);
+  Chart chart{.title = NameOf(m_quantities[quantity]), .yTitle = FieldTitle(field), .timeAcross = true};
+  chart.series.resize(static_cast<std::size_t>(m_devices.size()));
+  std::vector<const Value*> values;
+  std::size_t device = 0;
+  bool gap = true;
+  for (const Sample& sample : m_samples) {
+    const Value& value = sample.values[quantity];
+    values.push_back(&value);
+    if (m_devices[static_cast<int>(device)] != sample.device) {
+      ++device;
+      gap = true;
+    }
+    Series& series = chart.series[device];
+    if (value.kind == Value::Kind::kDisabled) series.marked.push_back(sample.time);
+    if (IsNumber(value)) {
+      if (gap) series.runs.emplace_back();
+      series.runs.back() += QPointF(sample.time, value.number);
+    }
+    gap = !IsNumber(value);
+  }
+  if (const QString note = LeftOut(values); !note.isEmpty()) chart.notes += note;
+  return chart;
+}
+
+Page Trend::Picture() const {
+  const auto [first, last] = std::minmax_element(m_samples.begin(), m_samples.end(),
+                                                 [](const Sample& a, const Sample& b) { return a.time < b.time; });
+  const auto day = [](double time) {
+    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(time), Qt::UTC).date().toString(Qt::ISODate);
+  };
+  Page page{.title = QStringLiteral("%1 to %2").arg(day(first->time), day(last->time)),
+            .details = QStringLiteral("%1 snapshots").arg(m_samples.size())};
+  if (m_devices.size() == 1) {
+    page.title = m_devices.first() + Separator() + page.title;
+  } else {
+    page.details += QStringLiteral(" of %1 devices").arg(m_devices.size());
+    page.legend = m_devices;
+  }
+  for (std::size_t i = 0; i < m_quantities.size(); ++i) {
+    if (HasNumber(i)) page.charts.push_back(MakeChart(i));
+  }
+  return page;
+}
+
+QByteArray Trend::Csv() const {
+  QString text =
+      CsvRow({QStringLiteral("value"), QStringLiteral("device"), QStringLiteral("time"), QStringLiteral("number"),
+              QStringLiteral("unit"), QStringLiteral("state"), QStringLiteral("file")});
+  for (std::size_t i = 0; i < m_quantities.size(); ++i) {
+    if (!HasNumber(i)) continue;
+    for (const Sample& sample : m_samples) {
+      const Value& value = sample.values[i];
+      const QDateTime time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(sample.time), Qt::UTC);
+      text += CsvRow({NameOf(m_quantities[i]), sample.device, time.toString(QStringLiteral("yyyy-MM-ddThh:mm:ss")),
+                      NumberCell(value), Text(FieldOf(m_quantities[i]).unit),
+                      StateCell(value, value.kind == Value::Kind::kLost), sample.file});
+    }
+  }
+  return text.toUtf8();
+}
+
+}  // namespace tarnwell::vorel_snapshot
