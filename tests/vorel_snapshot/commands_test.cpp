@@ -22,6 +22,7 @@
 #include "support/snapshot_sample.h"
 #include "tools/vorel-snapshot/files.h"
 #include "tools/vorel-snapshot/plot.h"
+#include "tools/vorel-snapshot/trend.h"
 
 namespace tarnwell::test {
 namespace {
@@ -83,7 +84,6 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
       {SampleFile("controller.txt"), "a.txt: whole, redundancy controller, 16 lines"},
       {"", "a.txt: not a snapshot: the file is empty"},
       {std::string("\0\1\2\xFF\r\n\n\r", 8), "a.txt: not a snapshot: no line of one is in it"},
-      {"[address]\nname = x\n[firmware]\n", "a.txt: not a snapshot: no line of one is in it"},
       {unixFile, "a.txt: all lines end in LF rather than CR LF: a converted file"},
       {utf8, "a.txt: the characters are UTF-8 rather than windows-1252: a converted file"},
       {"\xEF\xBB\xBF" + SampleFile("controller.txt"),
@@ -168,8 +168,9 @@ TEST_F(SnapshotCommands, TakeFoldersAndKnowFilesByWhatIsInThem) {
     EXPECT_EQ(Run(QStringLiteral("list f.d") + QLatin1String(options)), 1);
     EXPECT_EQ(m_out, expected) << options;
   }
-  Write("f.d/empty", "");
   ASSERT_TRUE(QFile::remove(m_folder.filePath(QStringLiteral("f.d/c"))));
+  EXPECT_EQ(Run(QStringLiteral("verify f.d")), 0) << "a picture beside them is no fault";
+  Write("f.d/empty", "");
   EXPECT_EQ(Run(QStringLiteral("verify --quiet f.d")), 1) << "it may be what is left of a snapshot";
   EXPECT_EQ(Run(QStringLiteral("list --by colour f.d")), 2);
 }
@@ -391,6 +392,24 @@ TEST_F(SnapshotCommands, TrendFollowsValuesOverTimeByDevice) {
   EXPECT_EQ(QImage(m_folder.filePath(QStringLiteral("t.png"))).width(), 2400);
   EXPECT_EQ(Run(QStringLiteral("trend f.d/c -o u.svg")), 3);
   EXPECT_EQ(Run(QStringLiteral("trend f.d --of rf_level_table:27 -o t.svg")), 2);
+}
+
+TEST_F(SnapshotCommands, TrendDrawsACurveADeviceWithAGapWhereAValueIsMissing) {
+  vorel_snapshot::Trend trend({*vorel_snapshot::FindQuantity(QStringLiteral("rf max"))},
+                              vorel_snapshot::Device::kFolder);
+  for (const auto& [name, line] :
+       {std::pair{"b/1", "47 dBm"}, {"a/2", "46 dBm"}, {"a/1", "46 dBm"}, {"a/3", "DISABLED"}, {"a/4", "45 dBm"}}) {
+    const std::string time = "[time dd/mm/yyyy hh:mm:ss] 0" + std::string(name).substr(2) + "/01/2007 10:00:00";
+    const std::string file = Changed({{3, time}, {17, "[rf max] " + std::string(line)}});
+    EXPECT_EQ(trend.Add({QLatin1String(name), {}, true, vorel_snapshot::ReadSnapshot(file)}).toStdString(), "");
+  }
+  trend.Finish();
+  const auto page = trend.Picture();
+  EXPECT_EQ(page.legend.join(QLatin1Char('|')), QStringLiteral("a|b"));
+  const auto& series = page.charts.at(0).series;
+  ASSERT_TRUE(series.at(0).runs.size() == 2 && series.at(1).runs.size() == 1);
+  EXPECT_TRUE(series[0].runs[0].size() == 2 && series[0].marked.size() == 1 && series[1].runs[0].size() == 1);
+  EXPECT_EQ(page.charts[0].notes.value(0).toStdString(), "\xC3\x97 disabled: 1");
 }
 
 TEST(SnapshotTicks, OfDatesAreRound) {

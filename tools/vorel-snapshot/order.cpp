@@ -94,7 +94,7 @@ class Placer {
     const bool isController = KnownCount(controller) > KnownCount(amplifier);
     m_order.kind = isController ? Kind::kController : Kind::kAmplifier;
     m_byLabel = isController ? controller : amplifier;
-    m_order.known = HasKnownValue();
+    m_order.known = KnownCount(m_byLabel) > 0;
     m_order.rows.resize(Rows(m_order.kind).size());
   }
 
@@ -110,14 +110,6 @@ class Placer {
   }
 
  private:
-  /// A label alone is no sign: other programs head their sections with such words.
-  bool HasKnownValue() const {
-    for (std::size_t i = 0; i < m_lines.size(); ++i) {
-      if (m_byLabel[i] != kNone && LineText(m_lines[i]).size() > Known(i).label.size() + 2) return true;
-    }
-    return false;
-  }
-
   const Row& RowAt(std::size_t index) const { return Rows(m_order.kind)[index]; }
 
   /// A line by its own label.

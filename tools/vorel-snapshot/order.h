@@ -23,7 +23,7 @@ struct Placed {
 /// The lines of each row, and what their order tells.
 struct Order {
   Kind kind = Kind::kAmplifier;
-  bool known = false;                     ///< at least one line has a label of a snapshot, and a value
+  bool known = false;                     ///< at least one line has a label of a snapshot
   std::vector<std::vector<Placed>> rows;  ///< one a row of the kind
   std::vector<Fault> faults;
   std::vector<Fault> gaps;  ///< what is missing between lines that are good themselves
