@@ -75,7 +75,7 @@ bool SnapshotFile::Finish() {
 bool SnapshotFile::Replace() {
   std::error_code error;
   std::filesystem::rename(m_file.filesystemFileName(), QFileInfo(m_older).filesystemFilePath(), error);
-  m_reason = QString::fromStdString(error.message());
+  m_reason = QString::fromLocal8Bit(error.message().c_str());
   return !error;
 }
 

@@ -16,6 +16,7 @@ void RequireSense(std::string_view file) {
     fuzz::Require(fault.line <= snapshot.lines && !fault.what.empty());
     fuzz::Require(fault.column == 0 || fault.line != 0);
   }
+  fuzz::Require(snapshot.known || snapshot.entries.empty());
   for (const auto& entry : snapshot.entries) {
     fuzz::Require(entry.points.empty() || (entry.row->table && entry.points.size() == entry.row->table->points));
   }
@@ -37,6 +38,8 @@ std::string Written(std::string_view text) {
 // Whatever bytes a file has, reading it ends and tells places that are in it.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   RequireSense(fuzz::Text(data, size));
-  RequireSense(Written(fuzz::Text(data, size)));
+  const std::string written = Written(fuzz::Text(data, size));
+  RequireSense(written);
+  RequireSense(written + written);
   return 0;
 }

@@ -85,6 +85,9 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
       {"", "a.txt: not a snapshot: the file is empty"},
       {std::string("\0\1\2\xFF\r\n\n\r", 8), "a.txt: not a snapshot: no line of one is in it"},
       {unixFile, "a.txt: all lines end in LF rather than CR LF: a converted file"},
+      {unixFile.substr(0, unixFile.size() - 1),
+       "a.txt: all lines end in LF rather than CR LF: a converted file|a.txt:57: no line end: the file stops in this "
+       "line"},
       {utf8, "a.txt: the characters are UTF-8 rather than windows-1252: a converted file"},
       {"\xEF\xBB\xBF" + SampleFile("controller.txt"),
        "a.txt: the characters are UTF-8 rather than windows-1252: a converted file"},

@@ -44,7 +44,8 @@ QString PartFromBytes(const QByteArray& part) {
 }
 
 QString ReasonOf(int error) {
-  return error == 0 ? QStringLiteral("can't be read") : QString::fromStdString(std::generic_category().message(error));
+  return error == 0 ? QStringLiteral("can't be read")
+                    : QString::fromLocal8Bit(std::generic_category().message(error).c_str());
 }
 
 /// Why the file may not be put there; empty: nothing is against it.

@@ -57,7 +57,7 @@ class InputReader {
       entries.push_back(*at);
     }
     if (error) {
-      Miss(name, QString::fromStdString(error.message()));
+      Miss(name, QString::fromLocal8Bit(error.message().c_str()));
       return false;
     }
     std::sort(entries.begin(), entries.end());

@@ -80,7 +80,9 @@ std::vector<Fault> LineFaults(const Line& line, std::size_t number) {
 std::optional<std::string_view> SharedWrongEnd(const std::vector<Line>& lines) {
   if (lines.size() < 2 || lines.front().end == kLineEnd) return std::nullopt;
   const auto same = [&](const Line& line) { return line.end == lines.front().end; };
-  return std::all_of(lines.begin(), lines.end(), same) ? std::optional(lines.front().end) : std::nullopt;
+  const bool all =
+      std::all_of(lines.begin(), lines.end() - 1, same) && (same(lines.back()) || lines.back().end.empty());
+  return all ? std::optional(lines.front().end) : std::nullopt;
 }
 
 std::string EndName(std::string_view end) {

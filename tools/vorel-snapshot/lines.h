@@ -33,6 +33,7 @@ bool Holds(const Line& line);
 std::vector<Fault> LineFaults(const Line& line, std::size_t number);
 
 /// The kind of line end that all lines share, where it is a wrong one: the file was converted, not damaged bit by bit.
+/// The last may have none.
 std::optional<std::string_view> SharedWrongEnd(const std::vector<Line>& lines);
 
 /// "LF", "CR LF", "no line end".

@@ -218,9 +218,10 @@ std::vector<std::size_t> Beginnings(const std::vector<Line>& lines) {
   for (std::size_t line = kHeading + 1; line + kHeading <= lines.size(); ++line) {
     std::size_t heading = 0;
     for (std::size_t row = 0; row < kHeading; ++row) heading += rows[line + row] == row ? 1 : 0;
-    const auto known = rows.begin() + static_cast<std::ptrdiff_t>(begins.back());
-    const std::vector<std::size_t> ahead(known, rows.begin() + static_cast<std::ptrdiff_t>(line));
-    if (heading + 1 >= kHeading && KnownCount(ahead) > kHeading) begins.push_back(line);
+    if (heading + 1 < kHeading) continue;
+    const auto from = rows.begin() + static_cast<std::ptrdiff_t>(begins.back());
+    const auto to = rows.begin() + static_cast<std::ptrdiff_t>(line);
+    if (static_cast<std::size_t>(to - from - std::count(from, to, kNone)) > kHeading) begins.push_back(line);
   }
   return begins;
 }

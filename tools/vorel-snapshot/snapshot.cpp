@@ -176,7 +176,7 @@ class Source {
     const auto wrongEnd = SharedWrongEnd(m_lines);
     if (!wrongEnd) return;
     m_faults.push_back({0, 0, "all lines end in " + EndName(*wrongEnd) + " rather than CR LF: a converted file"});
-    for (Line& line : m_lines) line.end = "\r\n";
+    for (Line& line : m_lines) line.end = line.end.empty() ? line.end : "\r\n";
   }
   Source(const Source&) = delete;
   Source& operator=(const Source&) = delete;
