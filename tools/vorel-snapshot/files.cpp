@@ -32,6 +32,7 @@ bool HasEscape(const QString& name) {
   return false;
 }
 
+#ifndef Q_OS_WIN
 QString PartFromBytes(const QByteArray& part) {
   const QString text = QString::fromUtf8(part);
   if (text.toUtf8() == part) return text;
@@ -42,6 +43,7 @@ QString PartFromBytes(const QByteArray& part) {
   }
   return escaped;
 }
+#endif
 
 QString ReasonOf(int error) {
   return error == 0 ? QStringLiteral("can't be read")
