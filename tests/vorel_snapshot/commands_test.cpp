@@ -200,6 +200,7 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
        "vorel-snapshot --help lists the commands.\n"},
       {"diff a.txt c.txt", 1, ""},
       {"verify ", 2, "vorel-snapshot: a file's name is empty\n"},
+      {"export a.txt --csv -o ", 2, "vorel-snapshot: a file's name is empty\n"},
       {"look", 2, "vorel-snapshot: no command look\nvorel-snapshot --help lists the commands.\n"},
       {"--version", 0, ""},
   };

@@ -38,7 +38,7 @@ int Deliver(Call& call, const QString& path, const QByteArray& bytes, int code) 
   } else if (WriteWhole(path, bytes, error)) {
     return code;
   }
-  Complain(call.output, ShownName(path) + QStringLiteral(": ") + error);
+  Complain(call.output, Told(path, error));
   return kExitUnreadable;
 }
 
@@ -87,7 +87,7 @@ int PlotFile(Call& call) {
     if (!snapshot) return kExitUnreadable;
     if (!snapshot->known) return kExitDamaged;
     if (snapshot->kind == Kind::kController) {
-      Complain(call.output, ShownName(file) + QStringLiteral(": a redundancy controller has no calibration tables"));
+      Complain(call.output, Told(file, QStringLiteral("a redundancy controller has no calibration tables")));
       return kExitNoTables;
     }
     worst = std::max(worst, ExitOf(*snapshot));
@@ -95,7 +95,7 @@ int PlotFile(Call& call) {
   }
   const Page page = PlotPage(snapshots);
   if (!page.charts.empty()) return Deliver(call, path, DrawPage(page, format), worst);
-  Complain(call.output, ShownName(call.files[0]) + QStringLiteral(": no point of a calibration table is left to draw"));
+  Complain(call.output, Told(call.files[0], QStringLiteral("no point of a calibration table is left to draw")));
   return kExitNoTables;
 }
 

@@ -112,15 +112,17 @@ QString ShownName(const QString& name) {
   return shown;
 }
 
+QString Told(const QString& name, const QString& why) {
+  return name.isEmpty() ? QStringLiteral("a file's name is empty") : ShownName(name) + QStringLiteral(": ") + why;
+}
+
 std::optional<QByteArray> LoadFile(const QString& name, QString& error) {
   const std::filesystem::path path = PathOf(name);
   std::error_code unknown;
-  if (name.isEmpty()) {
-    error = QStringLiteral("a file's name is empty");
-  } else if (std::filesystem::is_directory(path, unknown)) {
+  if (std::filesystem::is_directory(path, unknown)) {
     error = QStringLiteral("is a directory");
+    return std::nullopt;
   }
-  if (!error.isEmpty()) return std::nullopt;
   errno = 0;
   std::ifstream file(path, std::ios::binary);
   // A device has no size, so the bytes that come are counted.

@@ -18,6 +18,9 @@ std::filesystem::path PathOf(const QString& name);
 /// The name on one line of valid text: control characters, and bytes that are no UTF-8, are replaced.
 QString ShownName(const QString& name);
 
+/// The name and what is wrong with it, as a message.
+QString Told(const QString& name, const QString& why);
+
 /// Some ten snapshots; what is larger is something else.
 inline constexpr std::size_t kMostBytes = 1 << 16;
 

@@ -35,7 +35,7 @@ class InputReader {
  private:
   void Miss(const QString& name, const QString& why) {
     ++m_missed;
-    Complain(m_call.output, ShownName(name) + QStringLiteral(": ") + why);
+    Complain(m_call.output, Told(name, why));
   }
 
   void ReadFile(const QString& name, bool named) {
@@ -92,7 +92,7 @@ std::optional<Snapshot> ReadNamed(const QString& path, Output& output) {
   QString error;
   const auto bytes = LoadFile(path, error);
   if (bytes) return ReadSnapshot({bytes->constData(), static_cast<std::size_t>(bytes->size())});
-  Complain(output, path.isEmpty() ? error : ShownName(path) + QStringLiteral(": ") + error);
+  Complain(output, Told(path, error));
   return std::nullopt;
 }
 
