@@ -4,8 +4,8 @@
 
 namespace tarnwell::console {
 
-/// The program's name and version, as titles and snapshots have it. Properties are stored under it: a new version starts
-/// with properties of its own.
+/// The program's name and version, as titles and snapshots have it. Properties are stored under it: a new version
+/// starts with properties of its own.
 inline const QString kApplicationTitle = QStringLiteral("Tarnwell v" TARNWELL_VERSION);
 
 // The main window's title says the state of the link, and the link watch reads it there.

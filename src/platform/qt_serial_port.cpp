@@ -111,8 +111,8 @@ int QtSerialPort::InBufferCount() {
   return static_cast<int>(m_device.bytesAvailable());
 }
 
-// On Windows a wait takes one step, and a byte needs several: the notice that it is there, its reading, and ahead of them
-// the end of a writing. Elsewhere the first tells all.
+// On Windows a wait takes one step, and a byte needs several: the notice that it is there, its reading, and ahead of
+// them the end of a writing. Elsewhere the first tells all.
 void QtSerialPort::Look() {
 #ifdef Q_OS_WIN
   constexpr int kMostSteps = 8;
