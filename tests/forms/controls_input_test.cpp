@@ -1,3 +1,6 @@
+#include <QAbstractItemView>
+#include <QCompleter>
+#include <QLineEdit>
 #include <QTimer>
 
 #include "forms/test_form.h"
@@ -67,6 +70,25 @@ TEST_F(InputTest, AKeyNeedsAFocusThatTheOperatorGaveOrSaw) {
       "focus optOnline -> Online; mark, late, disable optOnline, enter -> @cmdConnect; enter ->; "
       "fresh, enter -> Connect; "                                   // seen there since
       "focus txtGain ->; mark, late, tab, tab, enter -> Connect");  // typed ahead, by way of the other field
+}
+
+// A file dialog proposes names while one is typed.
+TEST_F(InputTest, AListThatComesWhileAFieldIsTypedInLosesNoKey) {
+  QLineEdit field;
+  field.setCompleter(new QCompleter({QStringLiteral("snapshots"), QStringLiteral("snow")}, &field));
+  field.show();
+  Settle();
+  const auto type = [this](QWidget& receiver, const QString& letter) {
+    QKeyEvent event(QEvent::KeyPress, Qt::Key_unknown, {}, letter);
+    event.setTimestamp(static_cast<quint64>(Made()));
+    QCoreApplication::sendEvent(&receiver, &event);
+  };
+  type(field, QStringLiteral("s"));
+  QWidget* list = field.completer()->popup();
+  ASSERT_TRUE(list->isVisible());
+  form.Expect("mark, late ->");
+  type(*list, QStringLiteral("n"));
+  EXPECT_EQ(field.text().toStdString(), "sn");
 }
 
 TEST_F(InputTest, AFormClosesWhenItWasInFrontAtTheRequest) {

@@ -22,6 +22,13 @@ void DeliverAsRepeat(QWidget& receiver, QKeyEvent& key) {
   key.accept();
 }
 
+/// What a key to `receiver` is typed at: a list that proposes texts comes up while one is typed, and takes the keys for
+/// its field.
+QWidget& AimOfKey(QWidget& receiver) {
+  const bool proposes = receiver.windowType() == Qt::Popup && receiver.focusProxy() != nullptr;
+  return proposes ? *receiver.focusProxy() : receiver;
+}
+
 }  // namespace
 
 void HeldKey::Released(int key, quint64 moment) {
@@ -155,10 +162,10 @@ bool InputGate::LosesMouse(QWindow& window, const QMouseEvent& mouse) {
 }
 
 bool InputGate::LosesKey(QWidget& receiver, QKeyEvent& key) {
+  const QWidget& aim = AimOfKey(receiver);
   // An access key needs no focus; where it leads to is judged with its Shortcut.
-  const bool lost = key.type() == QEvent::ShortcutOverride
-                        ? !Acts(*receiver.window())
-                        : m_made && !(Acts(receiver) && m_stands.HadFocus(receiver, *m_made));
+  const bool lost = key.type() == QEvent::ShortcutOverride ? !Acts(*aim.window())
+                                                           : m_made && !(Acts(aim) && m_stands.HadFocus(aim, *m_made));
   if (lost) key.accept();
   return lost;
 }
