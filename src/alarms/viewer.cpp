@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "alarms/alarm_news.h"
 #include "alarms/alarm_table.h"
 #include "alarms/viewer_controls.h"
 #include "platform/text_encoding.h"
@@ -39,7 +40,7 @@ void ShowSlot(forms::CommandButton* button, const link::AlarmSlot& slot) {
                   : slot.Latched ? QStringLiteral("Latched")
                                  : QStringLiteral("OK");
   if (slot.Acknowledged) state += QStringLiteral(", acknowledged");
-  button->setAccessibleDescription(state);
+  if (button->accessibleDescription() != state) button->setAccessibleDescription(state);
 }
 
 }  // namespace
@@ -121,7 +122,12 @@ bool AlarmViewer::Ask(const protocol::Request& request, const forms::Shown& show
 void AlarmViewer::ReadAlarmTable() {
   std::string reply;
   if (Ask(protocol::kAlarmQuery, AlarmButtons(m_form), reply)) {
+    const link::AlarmTable former = m_shared.AlarmStatus;
     DecodeAlarmReply(protocol::AfterEcho(reply, 2), m_shared.AlarmStatus);
+    m_form.Announce(AlarmNews(former, m_shared.AlarmStatus, [this](int i) {
+      const forms::CommandButton* button = (IsController() ? m_form.cmd7316Alarms : m_form.cmdAlarms)(i);
+      return button != nullptr ? button->accessibleName() : QString();
+    }));
   }
 }
 
@@ -180,10 +186,12 @@ void AlarmViewer::CheckLink() {
   const QString title = m_form.Title();
   if (m_shared.CommsLost && title.contains(kConnectedTo)) {
     m_form.SetTitle(TitleOf(kLostConnectionTo + QLatin1Char(' ') + DeviceName + QStringLiteral(" Retrying...")));
+    m_form.Announce(m_form.Title());
     EnableAlarmControls(false);
     m_onLost();
   } else if (!m_shared.CommsLost && title.contains(kLostConnectionTo)) {
     m_form.SetTitle(TitleConnected());
+    m_form.Announce(m_form.Title());
     EnableAlarmControls(true);
   }
 }

@@ -13,6 +13,7 @@ void FitToAmplifier(forms::frmAlarms& f, const link::SSPA_Public& shared) {
   const QString rail = shared.KBandAmp ? QStringLiteral("9.3V rail ") : QStringLiteral("11V rail ");
   f.lbl11L.SetCaption(rail + QStringLiteral("low"));
   f.lbl11H.SetCaption(rail + QStringLiteral("high"));
+  f.lbl11V.setAccessibleName(rail.trimmed());
   f.lblPSThermal.SetCaption(shared.HWPlatform == 4 ? QStringLiteral("Fan Alarm")
                                                    : QStringLiteral("Power Supply Thermal"));
 

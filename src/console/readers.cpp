@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "alarms/alarm_news.h"
 #include "console/view_rules.h"
 #include "forms/controls/colours.h"
 #include "platform/text_encoding.h"
@@ -242,7 +243,9 @@ void Readers::SelectShownPath(int which) {
 void Readers::ReadAlarms() {
   std::string letters;
   if (!Ask(Question::kAlarms, protocol::kAlarmQuery, 2, letters)) return;
+  const link::AlarmTable former = m_shared.AlarmStatus;
   m_indicator.ShowReply(alarms::DecodeAlarmReply(letters, m_shared.AlarmStatus));
+  m_form.Announce(alarms::AlarmNews(former, m_shared.AlarmStatus));
 }
 
 void Readers::ReadTemperature(int which) {

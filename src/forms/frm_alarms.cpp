@@ -1,5 +1,7 @@
 #include "forms/frm_alarms.h"
 
+#include <utility>
+
 #include "forms/layout.h"
 #include "forms/view.h"
 
@@ -36,6 +38,25 @@ void NameValues(frmAlarms& f) {
           {f.lbl7316System, *f.cmd7316Alarms(18)},
           {f.lbl7316WGuide1, *f.cmd7316Alarms(22)},
           {f.lbl7316WGuide2, *f.cmd7316Alarms(23)}});
+  for (const auto& [value, name] :
+       std::initializer_list<std::pair<QWidget&, const char*>>{{f.lbl5V, "5V rail"},
+                                                               {f.lbl11V, "11V rail"},
+                                                               {f.lbl14V, "14V rail"},
+                                                               {f.lbl10V, "-10V rail"},
+                                                               {f.lbl11VLC, "11V LC rail"},
+                                                               {f.lblRF, "RF Level"},
+                                                               {f.lblReflected, "Reflected Level"},
+                                                               {f.lblTemp1, "Temperature, amplifier 1"},
+                                                               {f.lblTemp2, "Temperature, amplifier 2"},
+                                                               {f.cmdExOk, "Sample of OK"},
+                                                               {f.cmdExAct, "Sample of Active"},
+                                                               {f.cmdExLatch, "Sample of Latched"},
+                                                               {f.cmdExAck, "Sample of Acknowledged"},
+                                                               {f.cmd7316ExOk, "Sample of OK"},
+                                                               {f.cmd7316ExAct, "Sample of Active"},
+                                                               {f.cmd7316ExAck, "Sample of Acknowledged"}}) {
+    value.setAccessibleName(QString::fromUtf8(name));
+  }
 }
 
 }  // namespace

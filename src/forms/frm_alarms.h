@@ -21,11 +21,11 @@ class frmAlarms : public Form {
   CONTROL(Frame, fra7316Alarms, *this, "&7316 Alarms");
   CONTROL(Frame, fra7316Legend, fra7316Alarms, "Legend", "", Points(9.75));
   CONTROL(CommandButton, cmd7316ExOk, fra7316Legend, "", "Click to acknowledge",
-          kGraphical | kNoTabStop | Background(kGoodColour));
+          kSample | kGraphical | kNoTabStop | Background(kGoodColour));
   CONTROL(CommandButton, cmd7316ExAct, fra7316Legend, "", "Click to acknowledge",
-          kGraphical | kNoTabStop | Background(kActiveColour));
+          kSample | kGraphical | kNoTabStop | Background(kActiveColour));
   CONTROL(CommandButton, cmd7316ExAck, fra7316Legend, "A", "Click to acknowledge",
-          kGraphical | kNoTabStop | Background(kActiveColour) | kBold | Points(9.75));
+          kSample | kGraphical | kNoTabStop | Background(kActiveColour) | kBold | Points(9.75));
   CONTROL(Label, lbl7316ExOk, fra7316Legend, "OK", "", Points(9.75));
   CONTROL(Label, lbl7316ExAct, fra7316Legend, "Active", "", Points(9.75));
   CONTROL(Label, lbl7316ExAck, fra7316Legend, "Acknowledged", "", Points(9.75));
@@ -43,13 +43,13 @@ class frmAlarms : public Form {
           "Click to acknowledge", kAlarmButton);
   CONTROL(Frame, fraLegend, fraAlarms, "Legend", "", Points(9.75));
   CONTROL(CommandButton, cmdExAck, fraLegend, "A", "Click to acknowledge",
-          kGraphical | kNoTabStop | Background(kActiveColour) | kBold | Points(9.75));
+          kSample | kGraphical | kNoTabStop | Background(kActiveColour) | kBold | Points(9.75));
   CONTROL(CommandButton, cmdExAct, fraLegend, "", "Click to acknowledge",
-          kGraphical | kNoTabStop | Background(kActiveColour));
+          kSample | kGraphical | kNoTabStop | Background(kActiveColour));
   CONTROL(CommandButton, cmdExLatch, fraLegend, "", "Click to acknowledge",
-          kGraphical | kNoTabStop | Background(kLatchedColour));
+          kSample | kGraphical | kNoTabStop | Background(kLatchedColour));
   CONTROL(CommandButton, cmdExOk, fraLegend, "", "Click to acknowledge",
-          kGraphical | kNoTabStop | Background(kGoodColour));
+          kSample | kGraphical | kNoTabStop | Background(kGoodColour));
   CONTROL(Label, lblExAck, fraLegend, "Acknowledged", "", Points(9.75));
   CONTROL(Label, lblExAct, fraLegend, "Active", "", Points(9.75));
   CONTROL(Label, lblExLatch, fraLegend, "Latched", "", Points(9.75));

@@ -16,6 +16,9 @@ void NameFields(frmMain& f) {
           {f.lbl7316SSPA1, f.lbl7316SSPA1State},
           {f.lbl7316SSPA2, f.lbl7316SSPA2State},
           {f.lbl7316SSPA3, f.lbl7316SSPA3State}});
+  NameSpins({{f.lblAddress, f.txtConnectAddress, f.updwnConnectAddress},
+             {f.lblGainAdjust, f.txtGainAdjust, f.updwnGainAdjust}});
+  f.cmdViewAlarms.setAccessibleName(QStringLiteral("View alarms"));
 }
 
 }  // namespace

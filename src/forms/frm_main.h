@@ -68,7 +68,7 @@ class frmMain : public Form {
   CONTROL(OptionButton, optRFMute, fraUserMute, "RF Mute", "", kActsOnClick);
   CONTROL(OptionButton, optRFOn, fraUserMute, "RF On");
   CONTROL(TextBox, txtGainAdjust, fraRF, "", "", UpTo(6) | kCentred | Points(12));
-  CONTROL(UpDown, updwnGainAdjust, fraRF, "", "", Range(-200, 0, 2));
+  CONTROL(UpDown, updwnGainAdjust, fraRF, "", "", Range(-200, 0, 2) | kTenths);
   CONTROL(Label, lblRFLevel, fraRF, "", "", kBoxed | kCentred | Points(12));
   CONTROL(Label, lblRF, fraRF, "RF Level:", "", kRightAligned);
   CONTROL(Label, lblGainAdjust, fraRF, "Gain Adjust (dB):", "", kRightAligned);

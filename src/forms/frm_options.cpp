@@ -13,6 +13,8 @@ constexpr Twips kOutOfSight = -20000;
 void NameFields(frmOptions& f) {
   PairUp({{f.lblDataBits, f.cboDataBits}, {f.lblParity, f.cboParity}, {f.lblStopBits, f.cboStopBits}});
   f.cboPort.setAccessibleName(QStringLiteral("Port"));
+  f.fraCommunications.setAccessibleName(QStringLiteral("Communications"));
+  f.fraGeneral.setAccessibleName(QStringLiteral("General"));
   f.cboSpeed.setAccessibleName(QStringLiteral("Data Rate"));
 }
 

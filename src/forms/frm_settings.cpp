@@ -28,6 +28,17 @@ void NameFields(frmSettings& f) {
           {f.lblRFTCTemp, f.txtRFTCTemp},
           {f.lblRFTCComp, f.txtRFTCComp},
           {f.lblScrollRFTempComp, f.txtRFTempCompPoint}});
+  NameSpins({{f.lblSSPAAddress, f.txtSSPAAddress, f.updwnSSPAAddress},
+             {f.lblRFMax, f.txtRFMax, f.updwnRFMax},
+             {f.lblRFMin, f.txtRFMin, f.updwnRFMin},
+             {f.lblReflectedMax, f.txtReflectedMax, f.updwnReflectedMax},
+             {f.lblScrollRFLevel, f.txtRFLevelPoint, f.updwnRFLevel},
+             {f.lblScrollPiNLevel, f.txtPiNLevelPoint, f.updwnPiNLevel},
+             {f.lblScrollTempComp, f.txtTempCompPoint, f.updwnTempComp},
+             {f.lblScrollRFTempComp, f.txtRFTempCompPoint, f.updwnRFTempComp}});
+  f.fraStandard.setAccessibleName(QStringLiteral("Standard"));
+  f.fraAdvanced.setAccessibleName(QStringLiteral("Advanced"));
+  f.fraFactory.setAccessibleName(QStringLiteral("Factory"));
 }
 
 }  // namespace

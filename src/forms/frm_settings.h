@@ -69,7 +69,7 @@ class frmSettings : public Form {
   CONTROL(Frame, fraStandard, *this);
   CONTROL(Frame, fraReflectedThreshold, fraStandard, "Reflected RF &Level Threshold", "", kDisabled);
   CONTROL(TextBox, txtReflectedMax, fraReflectedThreshold, "", "", kDisabled | UpTo(6) | kCentred | Points(12));
-  CONTROL(UpDown, updwnReflectedMax, fraReflectedThreshold, "", "", kDisabled | Range(-5, 1000, 5));
+  CONTROL(UpDown, updwnReflectedMax, fraReflectedThreshold, "", "", kDisabled | Range(-5, 1000, 5) | kTenths);
   CONTROL(Label, lblReflectedMax, fraReflectedThreshold, "Maximum (dBm):", "", kDisabled | kRightAligned);
   CONTROL(Frame, fra7316Config, fraStandard, "C&onfiguration");
   CONTROL(OptionButton, opt7316_11, fra7316Config, "1:1");
@@ -81,8 +81,8 @@ class frmSettings : public Form {
   CONTROL(Frame, fraThresholds, fraStandard, "&RF Level Thresholds", "", kDisabled);
   CONTROL(TextBox, txtRFMax, fraThresholds, "", "", kDisabled | UpTo(6) | kCentred | Points(12));
   CONTROL(TextBox, txtRFMin, fraThresholds, "", "", kDisabled | UpTo(6) | kCentred | Points(12));
-  CONTROL(UpDown, updwnRFMax, fraThresholds, "", "", kDisabled | Range(-5, 1000, 5));
-  CONTROL(UpDown, updwnRFMin, fraThresholds, "", "", kDisabled | Range(-5, 1000, 5));
+  CONTROL(UpDown, updwnRFMax, fraThresholds, "", "", kDisabled | Range(-5, 1000, 5) | kTenths);
+  CONTROL(UpDown, updwnRFMin, fraThresholds, "", "", kDisabled | Range(-5, 1000, 5) | kTenths);
   CONTROL(Label, lblRFMax, fraThresholds, "Maximum (dBm):", "", kDisabled | kRightAligned);
   CONTROL(Label, lblRFMin, fraThresholds, "Minimum (dBm):", "", kDisabled | kRightAligned);
   CONTROL(Frame, fraTransceiver, fraStandard, "Conver&ter Connection", "", kDisabled);

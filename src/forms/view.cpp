@@ -11,6 +11,19 @@ void PairUp(std::initializer_list<CaptionOf> pairs) {
   for (const CaptionOf& pair : pairs) pair.caption.setBuddy(&pair.field);
 }
 
+void NameSpins(std::initializer_list<SpinOf> spins) {
+  for (const SpinOf& row : spins) {
+    QString name = row.caption.Caption();
+    name.remove(QLatin1Char('&'));
+    if (name.endsWith(QLatin1Char(':'))) name.chop(1);
+    row.spin.setAccessibleName(name);
+    const UpDown& spin = row.spin;
+    QString limits = QStringLiteral("%1 to %2").arg(spin.Shown(spin.Minimum())).arg(spin.Shown(spin.Maximum()));
+    if (spin.Increment() != 1) limits += QStringLiteral(", arrow keys step %1").arg(spin.Shown(spin.Increment()));
+    row.field.setAccessibleDescription(limits);
+  }
+}
+
 void GiveIcon(Form& form) {
   UsePictures();
   form.setWindowIcon(QIcon(QStringLiteral(":/pictures/tarnwell.svg")));

@@ -57,9 +57,11 @@ void PollCycle::WatchLink() {
   const QString title = m_form.Title();
   if (m_shared.CommsLost && title.contains(console::kConnectedTo)) {
     m_form.SetTitle(console::TitleLost(m_session.DeviceName));
+    m_form.Announce(m_form.Title());
     console::SetConsoleEnabled(m_form, m_shared, false);
   } else if (!m_shared.CommsLost && title.contains(console::kLostConnectionTo)) {
     m_form.SetTitle(console::TitleConnected(m_session.DeviceName));
+    m_form.Announce(m_form.Title());
     // A controller has no gain: asking for it would cost the operator six seconds.
     if (m_shared.SSPAType != link::kRedundancyController) m_readers.ReadGain();
     console::SetConsoleEnabled(m_form, m_shared, true);

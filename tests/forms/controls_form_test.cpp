@@ -83,6 +83,7 @@ TEST_F(FormTest, InnerSizeIsInTwipsBelowTheMenuBar) {
   EXPECT_EQ(form.Inner().y(), form.MenuBar().height());
   Key(Qt::Key_F, Qt::AltModifier);
   QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_X);
+  Settle();
   exit.setEnabled(false);
   form.findChild<QAction*>(QStringLiteral("mnuExit"))->trigger();
   form.Expect("F10 -> Exit");

@@ -1,6 +1,5 @@
 #include "snapshot/dialog.h"
 
-#include <QAction>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -34,7 +33,7 @@ class DialogTest : public ProgramTest {
         inDialog();
       });
       m_port.TakeTranscript();
-      Main().findChild<QAction*>(QStringLiteral("mnuSnapshot"))->trigger();
+      Choose("mnuSnapshot");
       EXPECT_EQ(Form(), nullptr);
       EXPECT_TRUE(Main().tmrFlasher.Enabled() && Main().tmrForcePollResume.Enabled());
       EXPECT_FALSE(m_desktop.Busy());

@@ -1,7 +1,10 @@
 #include "support/program_test.h"
 
+#include <QAction>
 #include <QSettings>
 #include <QTimer>
+
+#include "forms/controls/input_gate.h"
 
 namespace tarnwell::test {
 
@@ -87,6 +90,13 @@ void ProgramTest::Open(const std::function<void()>& open, std::function<void()> 
     act();
   });
   open();
+}
+
+void ProgramTest::Choose(const char* entry) {
+  auto* action = Main().findChild<QAction*>(QString::fromUtf8(entry));
+  ASSERT_TRUE(action != nullptr && action->isEnabled());
+  action->trigger();
+  QCoreApplication::sendPostedEvents(&forms::InputGate::Instance());
 }
 
 void ProgramTest::ClickOn(const char* name) {

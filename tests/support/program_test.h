@@ -110,6 +110,9 @@ class ProgramTest : public testing::Test {
     return commands;
   }
 
+  /// Chooses an entry of the console's menus that is enabled, and stays in what it opens until that ends.
+  void Choose(const char* entry);
+
   /// Presses cmdConnect and stays in the session until it ends; with `polls`, after so many.
   void Connect(int polls = 0) {
     if (polls > 0) DisconnectAfter(polls);

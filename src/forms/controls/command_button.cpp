@@ -18,7 +18,7 @@ bool IsArrow(int key) {
 
 CommandButton::CommandButton(const char* name, Container container, const char* caption, const char* toolTip,
                              Settings settings)
-    : QPushButton(QString::fromUtf8(caption), container.Widget()) {
+    : QPushButton(QString::fromUtf8(caption), container.Widget()), m_sample(settings.has(Settings::kSampleFlag)) {
   setAutoDefault(false);
   InitControl(*this, name, toolTip, settings);
   if (settings.background != 0) SetBackground(QColor::fromRgb(settings.background));

@@ -14,6 +14,8 @@ class CommandButton : public QPushButton {
   CommandButton(const char* name, Container container, const char* caption = "", const char* toolTip = "",
                 Settings settings = {});
 
+  bool IsSample() const { return m_sample; }
+
   QString Caption() const { return text(); }
   void SetCaption(const QString& caption);
 
@@ -33,6 +35,7 @@ class CommandButton : public QPushButton {
   void LetGo();
 
   QColor m_background;
+  bool m_sample;
 };
 
 }  // namespace tarnwell::forms

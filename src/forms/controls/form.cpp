@@ -1,5 +1,6 @@
 #include "forms/controls/form.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QEventLoop>
@@ -7,6 +8,8 @@
 #include <QMenuBar>
 #include <QWindow>
 
+#include "forms/controls/accessible.h"
+#include "forms/controls/announcement.h"
 #include "forms/controls/dimming.h"
 #include "forms/controls/input_gate.h"
 #include "forms/controls/option_button.h"
@@ -44,8 +47,10 @@ Form::Form(const char* name, const char* title, Border border, Twips width, Twip
            double points)
     : QWidget(nullptr, WindowFlagsFor(border, buttons)),
       m_inner(new QWidget(this)),
+      m_announcement(new Announcement(*this)),
       m_sizable(buttons == TitleButtons::kMinimiseMaximise),
       m_innerSize(width / kTwipsPerPixel, height / kTwipsPerPixel) {
+  InstallAccessibility();
   setObjectName(QString::fromUtf8(name));
   SetTitle(QString::fromUtf8(title));
   setFont(FormFont(points));
@@ -63,11 +68,17 @@ Form::~Form() {
 }
 
 void Form::SetTitle(const QString& title) {
+  const QString former = m_title;
   m_title = platform::Printable(title).replace(QLatin1Char('\n'), QChar(QChar::ReplacementCharacter));
   // The toolkit takes "[*]" for its own mark of a changed document and drops it; two stand for one that is shown.
   QString shown = m_title;
   setWindowTitle(shown.replace(QLatin1String("[*]"), QLatin1String("[*][*]")));
+  if (m_title == former) return;
+  QAccessibleEvent told(this, QAccessible::NameChanged);
+  QAccessible::updateAccessibility(&told);
 }
+
+void Form::Announce(const QString& text) { m_announcement->Say(text); }
 
 bool Form::Open() {
   if (m_unloaded) return false;

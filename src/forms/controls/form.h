@@ -10,6 +10,7 @@ class QMenuBar;
 
 namespace tarnwell::forms {
 
+class Announcement;
 class OptionButton;
 
 /// Lengths of the layout, 1/1440 inch; 15 make a logical pixel.
@@ -46,6 +47,9 @@ class Form : public QWidget {
   QString Title() const { return m_title; }
   /// Control characters and line feeds become replacement characters.
   void SetTitle(const QString& title);
+
+  /// Says `text` once to assistive tools.
+  void Announce(const QString& text);
 
   Twips ScaleWidth() const;
   Twips ScaleHeight() const;
@@ -121,6 +125,7 @@ class Form : public QWidget {
 
   QString m_title;
   QWidget* m_inner;
+  Announcement* m_announcement;
   bool m_sizable;
   QSize m_innerSize;   ///< wanted, in pixels
   QSize m_raisedSize;  ///< the inner area's when Resize was last raised

@@ -52,6 +52,10 @@ class InputGate : public QObject {
 
   Moment Now() const { return m_clock->Now(); }
 
+  /// For an act without a moment of its own, such as an assistive tool's: `control` was drawn as it stands now, and
+  /// no input is lost.
+  bool TakesActNow(const QWidget& control) const { return !m_dropsAll && m_stands.Stood(control, Now()); }
+
   /// For tests: inputs are as old as this clock says. Null: the system's clock again.
   void SetClock(platform::InputClock* clock);
 

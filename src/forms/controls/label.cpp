@@ -1,5 +1,6 @@
 #include "forms/controls/label.h"
 
+#include <QAccessible>
 #include <QEvent>
 #include <QPainter>
 #include <QStyle>
@@ -43,6 +44,9 @@ void Label::SetCaption(const QString& caption) {
   m_caption = caption;
   setText(platform::Printable(caption).replace(QLatin1Char('\n'), QChar(QChar::ReplacementCharacter)));
   ChooseToolTip();
+  if (accessibleName().isEmpty()) return;
+  QAccessibleEvent told(this, QAccessible::DescriptionChanged);
+  QAccessible::updateAccessibility(&told);
 }
 
 void Label::SetBackground(const QColor& colour) {

@@ -1,5 +1,6 @@
 #include "forms/controls/option_button.h"
 
+#include <QAccessible>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -55,9 +56,14 @@ OptionButton::OptionButton(const char* name, Container container, const char* ca
 }
 
 void OptionButton::Select() {
-  for (OptionButton* option : Group()) option->m_former.reset();
+  bool otherWanted = false;
+  for (OptionButton* option : Group()) {
+    if (option->m_former.has_value() && option != this) otherWanted = true;
+    option->m_former.reset();
+  }
   if (isChecked()) return;
   ShowSelected();
+  if (otherWanted) Announce();
   if (m_actsOnClick) Q_EMIT Click();
 }
 
@@ -69,9 +75,18 @@ void OptionButton::TakeBack() {
   if (!isChecked()) return;
   if (former != nullptr) {
     former->ShowSelected();
+    former->Announce();
   } else {
     Deselect();
   }
+}
+
+// The focus stays where the operator's choice was made: a screen reader would tell that option's state alone.
+void OptionButton::Announce() {
+  const QAccessibleInterface* group = QAccessible::queryAccessibleInterface(parentWidget());
+  const QAccessibleInterface* self = QAccessible::queryAccessibleInterface(this);
+  if (group == nullptr || self == nullptr) return;
+  FormOf(*this).Announce(group->text(QAccessible::Name) + QStringLiteral(": ") + self->text(QAccessible::Name));
 }
 
 std::vector<OptionButton*> OptionButton::Group() const {

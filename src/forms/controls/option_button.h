@@ -68,6 +68,8 @@ class OptionButton : public QRadioButton {
   void NoteArrival(Arrival arrival);
   void ActOnArrival(Arrival arrival);
   void RememberFormer();
+  /// Says the group and this option once: the device has another choice than the operator's.
+  void Announce();
   void ShowSelected();
   void MoveInGroup(int step);
 

@@ -32,6 +32,12 @@ Image::Image(const char* name, Container container, const char* icon, const char
   setAccessibleName(QString::fromUtf8(description));
 }
 
+void Image::setVisible(bool visible) {
+  m_changing = true;
+  QWidget::setVisible(visible);
+  m_changing = false;
+}
+
 void Image::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   m_icon.paint(&painter, rect(), Qt::AlignCenter, IsDimmed(*this) ? QIcon::Disabled : QIcon::Normal);

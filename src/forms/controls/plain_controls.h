@@ -36,11 +36,16 @@ class Image : public QWidget {
   /// `icon` is the path of the picture in the program's resources; `description` is for assistive tools.
   Image(const char* name, Container container, const char* icon, const char* description);
 
+  /// True while it is being shown or hidden.
+  bool IsChanging() const { return m_changing; }
+  void setVisible(bool visible) override;
+
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
   QIcon m_icon;
+  bool m_changing = false;
 };
 
 }  // namespace tarnwell::forms

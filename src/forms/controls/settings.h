@@ -22,6 +22,8 @@ struct Settings {
     kGraphicalFlag = 1U << 11,
     kColumnsFlag = 1U << 12,
     kSingleStepFlag = 1U << 13,
+    kTenthsFlag = 1U << 14,
+    kSampleFlag = 1U << 15,
   };
 
   unsigned flags = kNothing;
@@ -69,6 +71,11 @@ inline constexpr Settings kGraphical{.flags = Settings::kGraphicalFlag};
 inline constexpr Settings kInColumns{.flags = Settings::kColumnsFlag};
 /// A text box in which a held arrow key steps once.
 inline constexpr Settings kSingleStep{.flags = Settings::kSingleStepFlag};
+
+/// A spin control that counts tenths of what its field shows.
+inline constexpr Settings kTenths{.flags = Settings::kTenthsFlag};
+/// A button that explains the look of others and does nothing.
+inline constexpr Settings kSample{.flags = Settings::kSampleFlag};
 
 constexpr Settings Points(double size) { return {.points = size}; }
 constexpr Settings UpTo(int characters) { return {.maxLength = characters}; }

@@ -49,6 +49,19 @@ TextBox::TextBox(const char* name, Container container, const char* caption, con
 
 void TextBox::SetText(const QString& text) { setText(text); }
 
+void TextBox::Type(int start, int end, const QString& text) {
+  setFocus(Qt::OtherFocusReason);
+  setSelection(start, end - start);
+  const QString passed = Asked(text);
+  if (!passed.isEmpty() || text.isEmpty()) insert(passed);
+}
+
+void TextBox::PressEnter() {
+  setFocus(Qt::OtherFocusReason);
+  QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
+  keyPressEvent(&enter);
+}
+
 char16_t TextBox::Asked(char16_t character) {
   KeyAscii key{character};
   Q_EMIT KeyPress(key);

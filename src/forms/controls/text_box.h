@@ -27,6 +27,11 @@ class TextBox : public QLineEdit {
   /// Sets the text; raises nothing.
   void SetText(const QString& text);
 
+  /// An assistive tool types `text` over the characters from `start` to before `end`.
+  void Type(int start, int end, const QString& text);
+  /// An assistive tool presses Enter here.
+  void PressEnter();
+
  Q_SIGNALS:
   /// A character arrives: a printing one, Backspace, Enter or Escape. Not raised for the shortcuts of editing.
   void KeyPress(tarnwell::forms::KeyAscii& key);

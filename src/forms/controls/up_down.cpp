@@ -1,5 +1,6 @@
 #include "forms/controls/up_down.h"
 
+#include <QAccessible>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyleOptionButton>
@@ -23,7 +24,8 @@ UpDown::UpDown(const char* name, Container container, const char* /*caption*/, c
       m_value(std::clamp(0, settings.minimum, settings.maximum)),
       m_minimum(settings.minimum),
       m_maximum(settings.maximum),
-      m_increment(settings.increment) {
+      m_increment(settings.increment),
+      m_tenths(settings.has(Settings::kTenthsFlag)) {
   InitControl(*this, name, toolTip, settings);
 }
 
@@ -36,7 +38,15 @@ void UpDown::Hold(int value) {
   const int held = std::clamp(value, m_minimum, m_maximum);
   if (held == m_value) return;
   m_value = held;
+  QAccessibleValueChangeEvent told(this, Shown(held));
+  QAccessible::updateAccessibility(&told);
   Q_EMIT Change();
+}
+
+void UpDown::Choose(int value) {
+  Hold(value);
+  Q_EMIT MouseUp();
+  InputGate::Instance().HandlerEnded();
 }
 
 int UpDown::DirectionAt(const QPoint& position) const {

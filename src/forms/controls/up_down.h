@@ -29,6 +29,12 @@ class UpDown : public QWidget {
   int Maximum() const { return m_maximum; }
   int Increment() const { return m_increment; }
 
+  /// `value` in the unit that the field beside shows.
+  double Shown(int value) const { return m_tenths ? value / 10.0 : value; }
+
+  /// An assistive tool sets `value`: a press and its release.
+  void Choose(int value);
+
  Q_SIGNALS:
   void Change();
   /// The mouse button was released on the control, once a press.
@@ -57,6 +63,7 @@ class UpDown : public QWidget {
   int m_minimum;
   int m_maximum;
   int m_increment;
+  bool m_tenths;
   int m_heldDirection = 0;         ///< +1 or -1 while an arrow is held
   bool m_onArrow = false;          ///< the pointer is on the held arrow
   std::optional<int> m_pressedAt;  ///< the value at the press, while nothing but steps has changed it

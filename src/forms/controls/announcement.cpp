@@ -1,0 +1,19 @@
+#include "forms/controls/announcement.h"
+
+#include <QAccessible>
+
+namespace tarnwell::forms {
+
+Announcement::Announcement(QWidget& form) : QWidget(&form) {
+  hide();
+  resize(0, 0);
+}
+
+void Announcement::Say(const QString& text) {
+  if (text.isEmpty()) return;
+  setAccessibleName(text);
+  QAccessibleEvent showing(this, QAccessible::ObjectShow);
+  QAccessible::updateAccessibility(&showing);
+}
+
+}  // namespace tarnwell::forms

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QWidget>
+
+namespace tarnwell::forms {
+
+/// What the program says once to those who don't see it. It is never drawn: a notification whose name is the text, and
+/// that is told as showing each time. The toolkit of this version has no event that makes a screen reader speak, and
+/// hands its alert event on to no tool on Linux.
+class Announcement : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit Announcement(QWidget& form);
+
+  void Say(const QString& text);
+};
+
+}  // namespace tarnwell::forms

@@ -1,0 +1,122 @@
+"""The trees of all forms, and the events of one alarm, one lost link and one refused option."""
+import collections
+
+from stage import ACTED_ON, Stage, actions, do, line_of, states
+
+TITLE = "Vorel Tarnwell v2.01 : "
+
+
+def look(stage, form, *expected):
+    """Prints the tree of the form in front. Whatever can be acted on has a name, and an option's group has its own."""
+    items = list(stage.tree())
+    lines = [line_of(item) for item in items]
+    print("==", form, *lines, sep="\n", flush=True)
+    for item, line in zip(items, lines):
+        role = item.get_role_name()
+        if "showing" in states(item) and role in ACTED_ON:
+            assert item.get_name().strip(), "no name: " + line
+        if role == "radio button":
+            assert item.get_parent().get_role_name() == "panel" and item.get_parent().get_name(), "no group: " + line
+        if item.get_name().startswith("Sample of"):
+            assert not actions(item) and not item.get_description(), line
+    options = collections.Counter((item.get_parent().get_name(), item.get_name()) for item in items
+                                  if item.get_role_name() == "radio button")
+    assert max(options.values(), default=1) == 1, options
+    for line in expected:
+        assert any(found.startswith(line) for found in lines), line + " is missing"
+
+
+def expect_said(stage, *texts):
+    """Each text once and no other, also not at the passes that follow."""
+    stage.until(str(texts), lambda: set(texts) <= set(stage.said()))
+    stage.pump(1.5)
+    assert stage.said() == {text: 1 for text in texts}, stage.said()
+    stage.events.clear()
+
+
+def order_in_lockout(stage, name):
+    """An order that the device refuses, since remote lockout began and the console hasn't heard of it yet."""
+    for _ in range(10):
+        option = stage.named(name)
+        stage.events.clear()
+        stage.commands()
+        stage.device("comms rlo")
+        do(option, "Press")
+        stage.until("the lockout", lambda: "sensitive" not in states(stage.find(name)))
+        if "S=S" in stage.commands():
+            return
+        stage.device("comms rem")
+    raise AssertionError("the console was always faster")
+
+
+def amplifier():
+    with Stage() as stage:
+        look(stage, "amplifier, not connected", "frame 'Vorel Tarnwell v2.01 : No Connection'",
+             "spin button 'Connection Address' sensitive showing = 0 of 0 to 31 by 1")
+        stage.press("Connect")
+        stage.until("both temperatures", lambda: stage.find("RF On", "label") and stage.checked("Online"))
+        stage.pump(1.5)
+        look(stage, "amplifier", "panel 'User Setting'", "panel 'SSPA Mute State'", "label 'RF On'",
+             "radio button 'Online' checked", "spin button 'Gain Adjust (dB)' sensitive showing = 0 of -20 to 0 by 0.2")
+
+        stage.events.clear()
+        stage.device("alarm R active")
+        expect_said(stage, "Alarm")
+        stage.pump(3)  # the sign flashes
+        assert not [event for event in stage.events if event[1] == "image"], stage.events
+        stage.device("alarms off")
+        expect_said(stage, "No alarm")
+
+        lost, back = TITLE + "Lost Connection to 60W C-BAND Retrying...", TITLE + "Connected to 60W C-BAND"
+        stage.device("silence")
+        expect_said(stage, lost)
+        stage.device("talk")
+        expect_said(stage, back)
+
+        order_in_lockout(stage, "Standby")
+        expect_said(stage, "Operating State: Online")
+        assert stage.checked("Online")
+        stage.device("comms rem")
+
+        stage.press("View alarms")
+        stage.until("the viewer", lambda: stage.find("5V rail") and stage.find("5V rail").get_description())
+        stage.pump(1.5)
+        look(stage, "alarm viewer", "frame 'SSPA Alarms: Connected", "label '5V rail'", "image 'Sample of Latched'",
+             "label 'Temperature, amplifier 1'", "push button '11V rail low'")
+        stage.events.clear()
+        stage.device("alarm R active")
+        stage.until("the alarm", lambda: any("Alarm active" in text for text in stage.said()))
+        stage.pump(1.5)
+        [(text, times)] = stage.said().items()
+        told = [event for event in stage.events if "description" in event[0] and event[1] == "push button"]
+        assert times == 1 and text == "Alarm active: " + told[0][2] and len(told) == 1, (text, times, told)
+        stage.leave("Close")
+
+        stage.press("SSPA Settings", "menu item")
+        stage.until("the settings", lambda: "Settings" in stage.title())
+        for page in ("Standard", "Advanced", "Factory"):
+            stage.press(page, "page tab")
+            stage.until(page, lambda: stage.find(page, "panel"))
+            look(stage, "settings, " + page, "panel '%s'" % page)
+        stage.leave("Close")
+
+
+def others():
+    with Stage("--kind", "controller") as stage:
+        stage.press("Connect")
+        stage.until("the paths", lambda: stage.find("Path A SSPA Selection", "panel") and stage.checked("Auto"))
+        stage.pump(1.5)
+        look(stage, "redundancy controller", "panel 'Path A SSPA Selection", "panel 'Path B SSPA Selection",
+             "panel 'Mode'")
+        stage.press("Save Snapshot (Redundancy Controller)", "menu item")
+        stage.until("the dialog", lambda: stage.title() == "Save Snapshot")
+        look(stage, "snapshot", "dialog 'Save Snapshot'", "text 'File Description:'")
+        stage.leave("Cancel")
+        stage.press("Software Options", "menu item")
+        stage.until("the options", lambda: stage.title().startswith("Software Options"))
+        look(stage, "software options", "dialog 'Software Options", "panel 'RS232 Flow Control'")
+        stage.leave("Cancel")
+
+
+amplifier()
+others()
