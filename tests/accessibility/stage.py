@@ -93,16 +93,16 @@ class Stage:
     def title(self):
         return self.windows()[-1].get_name()
 
-    def tree(self):
-        """Every object of the form in front, as it is read."""
-        todo = [self.windows()[-1]]
+    def tree(self, window=-1):
+        """Every object of the form in front, or of another, as it is read."""
+        todo = [self.windows()[window]]
         while todo:
             item = todo.pop(0)
             yield item
             todo[0:0] = children(item)
 
-    def find(self, name, role=None, showing=True):
-        for item in self.tree():
+    def find(self, name, role=None, showing=True, window=-1):
+        for item in self.tree(window):
             if item.get_name() == name and role in (None, item.get_role_name()):
                 if not showing or item.get_role_name() == "menu item" or "showing" in states(item):
                     return item

@@ -1,7 +1,7 @@
 """The trees of all forms, and the events of one alarm, one lost link and one refused option."""
 import collections
 
-from stage import ACTED_ON, Stage, actions, do, line_of, states
+from stage import ACTED_ON, Atspi, Stage, actions, do, line_of, states
 
 TITLE = "Vorel Tarnwell v2.01 : "
 
@@ -47,6 +47,19 @@ def order_in_lockout(stage, name):
             return
         stage.device("comms rem")
     raise AssertionError("the console was always faster")
+
+
+def refuses_acts(stage):
+    """Nothing comes of an act on what is grey, covered, or behind the form in front."""
+    stage.commands()
+    for item in (stage.find("Stby", "radio button"), stage.find("Low", "radio button", showing=False),
+                 stage.find("Standby", window=0), stage.find("Disconnect", window=0)):
+        do(item, "Press")
+    address = stage.find("Address", "spin button", showing=False)
+    Atspi.Value.set_current_value(address, 9)
+    stage.pump(2)
+    assert stage.commands() == [] and "Settings: Connected" in stage.title()
+    assert Atspi.Value.get_current_value(address) == 1
 
 
 def amplifier():
@@ -98,6 +111,7 @@ def amplifier():
             stage.press(page, "page tab")
             stage.until(page, lambda: stage.find(page, "panel"))
             look(stage, "settings, " + page, "panel '%s'" % page)
+        refuses_acts(stage)
         stage.leave("Close")
 
 
