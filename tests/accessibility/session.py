@@ -12,9 +12,13 @@ class Keys:
     def __init__(self, stage):
         self.stage = stage
 
-    def press(self, *keys):
-        print("keys    ", *keys, flush=True)
-        subprocess.run(["xdotool", "key", *keys], check=True)
+    def press(self, key):
+        print("key     ", key, flush=True)
+        held, _, last = key.rpartition("+")
+        # The toolkit asks the bus about each key and delivers it on the answer: a key that follows within it, as no
+        # hand types, would overtake the one that is held.
+        down = ["keydown", held, "sleep", "0.2"] if held else []
+        subprocess.run(["xdotool", *down, "key", last, *(["keyup", held] if held else [])], check=True)
         self.stage.pump(0.3)
 
     def type(self, text):
@@ -34,14 +38,8 @@ class Keys:
         self.press(key)
 
     def menu(self, name, menu, key):
-        def opened():
-            # A key that comes while the form changes under it is lost; an operator sees no menu and presses again.
-            if "showing" not in states(self.stage.find(name, "menu item")):
-                self.press(menu)
-                self.stage.pump(1)
-            return "showing" in states(self.stage.find(name, "menu item"))
-
-        self.stage.until(name, opened)
+        self.press(menu)
+        self.stage.until(name, lambda: "showing" in states(self.stage.find(name, "menu item")))
         self.press(key)
 
     def option(self, name, group, key):
