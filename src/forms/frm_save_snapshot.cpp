@@ -11,6 +11,7 @@ frmSaveSnapshot::frmSaveSnapshot() : Form("frmSaveSnapshot", "Save Snapshot", Bo
   Place(prgSaveSnapshot, 1875, 735, 4365, 360);
   Place(cmdOk, 3675, 1305, 1200, 420);
   Place(cmdCancel, 5040, 1305, 1200, 420);
+  txtSnapShotID.setAccessibleDescription(QStringLiteral("3 to 50 characters"));
   PairUp({{lblFileDescription, txtSnapShotID}, {lblProgressBar, prgSaveSnapshot}});
   SetSafeFocus(cmdCancel);
   SetCancelButton(cmdCancel);

@@ -24,6 +24,12 @@ bool IsDigits(const QString& text) {
   return std::all_of(text.begin(), text.end(), [](QChar c) { return c >= QLatin1Char('0') && c <= QLatin1Char('9'); });
 }
 
+QString InWords(double least, double most) { return QStringLiteral("%1 to %2").arg(least).arg(most); }
+
+QString OrDisabled(const QString& limits) {
+  return limits + QStringLiteral(", ") + DisabledText() + QStringLiteral(": disabled");
+}
+
 }  // namespace
 
 std::optional<int> LimitFromEntry(const QString& text) {
@@ -63,6 +69,14 @@ std::optional<QString> TemperatureFromEntry(const QString& text) {
   const std::optional<int> degrees = console::WholeNumberFromEntry(text);
   if (!degrees) return std::nullopt;
   return QString::number(std::clamp(*degrees, kColdest, kHottest));
+}
+
+QString VoltsInWords() { return OrDisabled(InWords(0, kMostVolts)); }
+QString DACInWords() { return OrDisabled(InWords(0, kMostDAC)); }
+QString CompensationInWords() { return OrDisabled(InWords(-kMostCompensation, kMostCompensation)); }
+QString TemperatureInWords() { return InWords(kColdest, kHottest); }
+QString ThresholdInWords(double most, double step) {
+  return OrDisabled(InWords(0, most)) + QStringLiteral(", arrow keys step %1").arg(step);
 }
 
 }  // namespace tarnwell::settings

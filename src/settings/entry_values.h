@@ -19,4 +19,12 @@ std::optional<QString> CompensationFromEntry(const QString& text);
 /// The text of a temperature from -50 to 125 degrees.
 std::optional<QString> TemperatureFromEntry(const QString& text);
 
+/// The limits in words, for assistive tools: "0 to 15, D: disabled".
+QString VoltsInWords();
+QString DACInWords();
+QString CompensationInWords();
+QString TemperatureInWords();
+/// Of a threshold whose spin control ends at `most` and steps by `step` decibels.
+QString ThresholdInWords(double most, double step);
+
 }  // namespace tarnwell::settings

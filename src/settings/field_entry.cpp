@@ -24,6 +24,18 @@ void MoveCaret(TextBox& box, int key) {
   if (key == Qt::Key_Down) box.cursorForward(false);
 }
 
+void TellLimits(forms::frmSettings& form) {
+  form.txtRFVolts.setAccessibleDescription(VoltsInWords());
+  form.txtPiNDAC.setAccessibleDescription(DACInWords());
+  for (TextBox* box : {&form.txtRFTCComp, &form.txtTCComp}) box->setAccessibleDescription(CompensationInWords());
+  for (TextBox* box : {&form.txtRFTCTemp, &form.txtTCTemp}) box->setAccessibleDescription(TemperatureInWords());
+  for (const auto& [box, spin] : {std::pair{&form.txtRFMin, &form.updwnRFMin},
+                                  {&form.txtRFMax, &form.updwnRFMax},
+                                  {&form.txtReflectedMax, &form.updwnReflectedMax}}) {
+    box->setAccessibleDescription(ThresholdInWords(spin->Shown(spin->Maximum()), spin->Shown(spin->Increment())));
+  }
+}
+
 }  // namespace
 
 FieldEntry::FieldEntry(forms::frmSettings& form, CalibrationTables& tables, const SpinWriters& writers)
@@ -49,7 +61,9 @@ FieldEntry::FieldEntry(forms::frmSettings& form, CalibrationTables& tables, cons
           Position(form.txtPiNLevelPoint, form.updwnPiNLevel, &Tables::DrawPiNPoint),
           Position(form.txtRFTempCompPoint, form.updwnRFTempComp, &Tables::DrawRFTempCompPoint),
           Position(form.txtTempCompPoint, form.updwnTempComp, &Tables::DrawTempCompPoint),
-      } {}
+      } {
+  TellLimits(form);
+}
 
 FieldEntry::Field FieldEntry::SpinField(TextBox& box, std::string_view keys, UpDown& spin, ToSpin convert,
                                         DrawSpin draw, std::function<void()> write) {

@@ -110,7 +110,8 @@ def amplifier():
         for page in ("Standard", "Advanced", "Factory"):
             stage.press(page, "page tab")
             stage.until(page, lambda: stage.find(page, "panel"))
-            look(stage, "settings, " + page, "panel '%s'" % page)
+            look(stage, "settings, " + page, "panel '%s'" % page,
+                 "text 'Sensor Level (V):' focusable%s -- 0 to 15, D: disabled" % (" showing" * (page == "Factory")))
         refuses_acts(stage)
         stage.leave("Close")
 
