@@ -40,14 +40,20 @@ start_simulator() {
 }
 
 start_display() {
-  Xvfb -displayfd 3 -screen 0 1280x1024x24 -dpi 96 -nolisten tcp 3>"$run/display" 2>"$run/xvfb.log" &
+  # Without -noreset the server starts anew when a first look at it ends before the window manager is there.
+  Xvfb -noreset -displayfd 3 -screen 0 1280x1024x24 -dpi 96 -nolisten tcp 3>"$run/display" 2>"$run/xvfb.log" &
   children+=($!)
   wait_until $! test -s "$run/display" || { cat "$run/xvfb.log" >&2; exit 1; }
   export DISPLAY=":$(<"$run/display")" QT_QPA_PLATFORM=xcb
-  openbox --sm-disable >/dev/null 2>&1 &
-  children+=($!)
-  # A window that is there before its manager may stay where no picture finds it.
-  wait_until $! has_window_manager || { echo "$0: the window manager did not start" >&2; exit 1; }
+  for _ in 1 2 3; do
+    openbox --sm-disable >>"$run/openbox.log" 2>&1 &
+    children+=($!)
+    # A window that is there before its manager may stay where no picture finds it.
+    wait_until $! has_window_manager && return
+  done
+  cat "$run/openbox.log" >&2
+  echo "$0: the window manager did not start" >&2
+  exit 1
 }
 
 has_window_manager() { xdotool get_num_desktops >/dev/null 2>&1; }
