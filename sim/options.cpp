@@ -127,6 +127,8 @@ constexpr OptionRow kOptions[] = {
      [](Options& o, View text) { return TakeWhole(text, 0, 1'000'000'000, o.seed); }},
     {"fault", "NAME=P", "a fault with its probability; \"all\" for every one", AddFault},
     {"faults", "NAME=P", "the same", AddFault},
+    {"echo", "", "the line gives back what it hears, as many two-wire adapters do",
+     [](Options& o, View) { return o.echo = true; }},
     {"trace", "", "print each exchange", [](Options& o, View) { return o.trace = true; }},
     {"help", "", "print this", [](Options& o, View) { return o.help = true; }},
     {"version", "", "print the version", [](Options& o, View) { return o.version = true; }},

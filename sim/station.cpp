@@ -45,7 +45,8 @@ Station::Station(const Options& options)
       m_faults(options.seed),
       // A real port has a speed of its own.
       m_outbox(options.port.empty() ? options.rate : 0),
-      m_answerTime(options.answerTime) {
+      m_answerTime(options.answerTime),
+      m_echo(options.echo) {
   for (const DeviceSetup& setup : options.devices) {
     m_devices.push_back(MakeDevice(setup));
     m_server.Attach(*m_devices.back());
@@ -55,6 +56,7 @@ Station::Station(const Options& options)
 
 std::vector<std::string> Station::Receive(double now, std::string_view bytes) {
   EndSilence(now);
+  if (m_echo) m_outbox.Add(now, {{0.0, std::string(bytes)}});
   std::vector<std::string> lines;
   for (const Exchange& exchange : m_server.Receive(bytes)) {
     lines.push_back(TraceLine(now, exchange.addressByte, '>', exchange.command));

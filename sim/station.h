@@ -61,6 +61,7 @@ class Station {
   Faults m_faults;
   Outbox m_outbox;
   double m_answerTime;
+  bool m_echo;
   std::optional<double> m_silentUntil;  // infinite for a silence without an end
 };
 

@@ -15,6 +15,7 @@ constexpr double kTransmitLead = 0.002;  // from RTS to the first bit; inside th
 constexpr double kTransmitMargin = 0.01;
 constexpr double kReplyWindow = 2.0;
 constexpr double kRetryPause = 0.05;
+constexpr char kQueryMark = '?';
 
 double Speed(std::string_view settings) {
   constexpr std::array<std::pair<std::string_view, double>, 3> kSlowSpeeds = {
@@ -57,8 +58,12 @@ bool SerialLink::Try(std::string_view frame, std::string& reply, std::uint8_t ma
   if (!PassGates()) return false;
   Transmit(frame);
   reply.clear();
-  const std::string received = Gather(maxReply + kFrameOverhead);
+  const bool isQuery = frame[frame.size() - kFrameOverhead + 1] == kQueryMark;
+  const Gathered gathered = Gather(maxReply + kFrameOverhead, frame, isQuery);
+  if (isQuery && gathered.echoed) m_hearsItself = true;
+  const std::string& received = gathered.bytes;
   if (!CheckReplyFrame(received, m_shared.ConnectAddress, expected)) return false;
+  if (isQuery && !gathered.echoed) m_hearsItself = false;
   reply = ReplyPayload(received);
   return true;
 }
@@ -86,18 +91,35 @@ void SerialLink::Transmit(std::string_view frame) {
   if (drivesRts) m_port.SetRTSEnable(false);
 }
 
-std::string SerialLink::Gather(std::size_t limit) {
+// What has come whole within the transmit window is too early for a device: two-wire adapters give back what was sent.
+// A device confirms some settings in the very bytes of the request; then what the last query showed of the line decides,
+// so that neither a late echo is taken for a confirmation nor a quick confirmation for an echo.
+bool SerialLink::EchoDue(std::string_view frame, bool isQuery) const {
+  if (m_shared.PortRS232) return false;
+  const bool isEarly = m_port.InBufferCount() >= static_cast<int>(frame.size());
+  const bool hearsItself = m_hearsItself.value_or(isEarly);
+  return isQuery ? hearsItself || isEarly : hearsItself;
+}
+
+SerialLink::Gathered SerialLink::Gather(std::size_t limit, std::string_view frame, bool isQuery) {
   const Deadline windowEnd = m_timing.MakeDeadline(kReplyWindow);
+  const bool echoDue = EchoDue(frame, isQuery);
   std::string received;
+  bool echoed = false;
   while (!m_timing.DeadlineReached(windowEnd)) {
     if (m_port.InBufferCount() <= 0) {
       m_port.AwaitInput(m_timing.MillisecondsLeft(windowEnd));
       continue;
     }
     received += static_cast<char>(m_port.Input());
+    if (echoDue && !echoed && received == frame) {
+      echoed = true;
+      received.clear();
+      continue;
+    }
     if (received.size() == limit || received.back() == kClosingBrace) break;
   }
-  return received;
+  return {received, echoed};
 }
 
 void SerialLink::EndFailedTry() {

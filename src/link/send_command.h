@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,12 +32,19 @@ class SerialLink {
   bool Try(std::string_view frame, std::string& reply, std::uint8_t maxReply, std::string_view expected);
   bool PassGates();
   void Transmit(std::string_view frame);
-  std::string Gather(std::size_t limit);
+
+  struct Gathered {
+    std::string bytes;
+    bool echoed;  ///< the line's echo came ahead of them, and was dropped
+  };
+  bool EchoDue(std::string_view frame, bool isQuery) const;
+  Gathered Gather(std::size_t limit, std::string_view frame, bool isQuery);
   void EndFailedTry();
 
   SSPA_Public& m_shared;
   const IntervalTiming& m_timing;
   platform::SerialPort& m_port;
+  std::optional<bool> m_hearsItself;  // whether an echo came ahead of the last query's answer; unknown before one
 };
 
 }  // namespace tarnwell::link

@@ -56,6 +56,16 @@ TEST(Station, FindsRequestsInWhatComes) {
   }
 }
 
+TEST(Station, AnEchoComesAheadOfTheAnswerAndWithoutOne) {
+  sim::Station station(std::get<sim::Options>(sim::ParseOptions({"--echo"})));
+  station.Silence(0.0, std::nullopt);
+  station.Receive(0.0, "{AU?");
+  EXPECT_EQ(station.Send(0.0), "{AU?");
+  station.Talk();
+  station.Receive(0.0, "{AU?6}");
+  EXPECT_EQ(station.Send(1.0), "{AU?6}{AU=A4}");
+}
+
 TEST(SimulatorOptions, WrongOnesAreTold) {
   const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{"--kind"}, "--kind needs a value"},
