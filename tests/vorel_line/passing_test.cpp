@@ -1,0 +1,123 @@
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include "support/pty.h"
+#include "support/scripted_port.h"
+#include "tools/vorel-line/readers.h"
+
+namespace tarnwell::test {
+namespace {
+
+using vorel_line::Kind;
+using vorel_line::Record;
+
+// The program between a console's end, opened as the console opens it, and a device's.
+class Passing : public testing::Test {
+ protected:
+  ~Passing() override {
+    if (m_console >= 0) close(m_console);
+    m_recorder.terminate();
+    m_recorder.waitForFinished();
+  }
+
+  QString Path(const char* name) const { return m_folder.filePath(QLatin1String(name)); }
+
+  bool Start(const QString& device) {
+    m_recorder.start(QStringLiteral(VOREL_LINE), {QStringLiteral("record"), device, QStringLiteral("--link"),
+                                                  Path("line"), QStringLiteral("-o"), Path("a.rec")});
+    return m_recorder.waitForReadyRead() && OpenConsole();
+  }
+
+  bool OpenConsole() {
+    if (m_console >= 0) close(m_console);
+    m_console = open(qPrintable(Path("line")), O_RDWR | O_NOCTTY | O_NONBLOCK);
+    return m_console >= 0;
+  }
+
+  /// What comes on the console's side within three seconds, up to `count` bytes.
+  std::string Heard(std::size_t count) {
+    std::string bytes;
+    pollfd line{m_console, POLLIN, 0};
+    while (bytes.size() < count && poll(&line, 1, 3000) > 0) {
+      char byte = 0;
+      if (read(m_console, &byte, 1) == 1) bytes += byte;
+    }
+    return bytes;
+  }
+
+  void Say(const std::string& bytes) { EXPECT_EQ(write(m_console, bytes.data(), bytes.size()), ssize_t(bytes.size())); }
+
+  /// "> bytes" and so on, of the recording.
+  std::string Recorded() const {
+    std::string text;
+    vorel_line::ReadFiles({Path("a.rec").toStdString()}, false, [&](const Record& record) {
+      text += (record.kind == Kind::kConsole ? ">" : record.kind == Kind::kDevice ? "<" : "-") + record.bytes + "\n";
+    });
+    return text;
+  }
+
+  QTemporaryDir m_folder;
+  QProcess m_recorder;
+  int m_console = -1;
+};
+
+TEST_F(Passing, BytesFormatAndTwoConsolesAndAKill) {
+  Pty device;
+  ASSERT_TRUE(Start(QString::fromStdString(device.Path())));
+  termios format{};
+  tcgetattr(m_console, &format);
+  cfsetspeed(&format, B1200);
+  format.c_cflag |= CSTOPB;
+  tcsetattr(m_console, TCSANOW, &format);
+  std::string all;
+  for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
+  Say(all);
+  EXPECT_EQ(device.Read(256), all);
+  EXPECT_TRUE(cfgetospeed(&(format = device.Format())) == B1200 && (format.c_cflag & CSTOPB) != 0);
+  device.Write(all);
+  EXPECT_EQ(Heard(256), all);
+  ASSERT_TRUE(OpenConsole());
+  Say("{A}");
+  EXPECT_EQ(device.Read(3), "{A}");
+  for (int i = 0; i < 5000 && Recorded().find(">{A}\n") == std::string::npos; ++i) usleep(1000);
+  m_recorder.kill();
+  m_recorder.waitForFinished();
+  const std::size_t brace = all.find('}') + 1;
+  EXPECT_EQ(Recorded(), "-recording started\n-format 9600,n,8,1\n-format 1200,n,8,2\n>" + all.substr(0, brace) + "\n>" +
+                            all.substr(brace) + "\n<" + all.substr(0, brace) + "\n<" + all.substr(brace) + "\n>{A}\n");
+}
+
+TEST_F(Passing, ADeviceThatIsPulledIsTakenAgain) {
+  QProcess simulator;
+  simulator.start(QStringLiteral(VOREL_SIM), {QStringLiteral("--link"), Path("device")});
+  ASSERT_TRUE(simulator.waitForReadyRead() && Start(Path("device")));
+  const std::string ask = Framed("U?", 1), answer = Framed("U=A", 1);
+  Say(ask);
+  EXPECT_EQ(Heard(answer.size()), answer);
+  const auto tell = [&](const char* command, const char* expected) {
+    simulator.write(command);
+    ASSERT_TRUE(simulator.waitForBytesWritten());
+    QByteArray said;
+    do {
+      ASSERT_TRUE(m_recorder.waitForReadyRead()) << command;
+    } while (!(said += m_recorder.readAllStandardError()).contains(expected));
+  };
+  m_recorder.setReadChannel(QProcess::StandardError);
+  tell("pull\n", "gone");
+  Say(ask);
+  tell("plug\n", "back");
+  Say(ask);
+  EXPECT_EQ(Heard(answer.size()), answer);
+  m_recorder.terminate();
+  EXPECT_TRUE(m_recorder.waitForFinished() && m_recorder.exitCode() == 0);
+  EXPECT_EQ(Recorded(), "-recording started\n-format 9600,n,8,1\n>" + ask + "\n<" + answer + "\n-device gone\n>" + ask +
+                            "\n-device back\n>" + ask + "\n<" + answer + "\n-recording ended\n");
+  simulator.terminate();
+  simulator.waitForFinished();
+}
+
+}  // namespace
+}  // namespace tarnwell::test

@@ -1,0 +1,173 @@
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "support/scripted_port.h"
+#include "tools/vorel-line/events.h"
+#include "tools/vorel-line/readers.h"
+#include "tools/vorel-line/record_file.h"
+#include "tools/vorel-line/replay.h"
+
+namespace tarnwell::vorel_line {
+namespace {
+
+using test::Framed;
+
+constexpr std::int64_t kStart = 1'700'000'000'000'000;
+
+/// A session in short: seconds, ">" or "<" or "-", and the bytes.
+struct Step {
+  double at;
+  char side;
+  std::string bytes;
+};
+
+void Feed(Turns& turns, const std::vector<Step>& steps) {
+  for (const auto& [at, side, bytes] : steps) {
+    const Kind kind = side == '>' ? Kind::kConsole : side == '<' ? Kind::kDevice : Kind::kNote;
+    turns.Take({kind, kStart + std::llround(at * 1e6), 0, bytes, 60});
+  }
+  turns.End();
+}
+
+TEST(Recording, EveryWholeRecordOfACutFileIsReadAndNoDamagedOne) {
+  Encoder encoder;
+  std::string file = Encoder::Header();
+  std::vector<std::size_t> ends;
+  // a long rest, a clock set back, bytes of every kind
+  for (const std::int64_t at : {0ll, 1'000'000ll, 4'000'000'000ll, 3'000'000'000ll}) {
+    file += encoder.Encode({Kind::kDevice, kStart + at, 1500, std::string("\0{}\xFF", 4), 0});
+    ends.push_back(file.size());
+  }
+  for (std::size_t length = Encoder::Header().size(); length <= file.size(); ++length) {
+    Decoder decoder;
+    decoder.Feed(file.substr(0, length));
+    Record record;
+    std::size_t count = 0;
+    Decoder::Result result = decoder.Next(record);
+    for (; result == Decoder::Result::kRecord; result = decoder.Next(record)) ++count;
+    EXPECT_EQ(result, Decoder::Result::kEnd) << length;
+    EXPECT_EQ(count, std::upper_bound(ends.begin(), ends.end(), length) - ends.begin()) << length;
+    if (count < 4) continue;
+    EXPECT_TRUE(record.at == kStart + 3'000'000'000 && record.lasted == 1500 && record.bytes.size() == 4);
+  }
+  for (std::size_t at = 0; at < file.size(); ++at) {
+    Decoder decoder;
+    std::string damaged = file;
+    damaged[at] = static_cast<char>(damaged[at] ^ 4);
+    decoder.Feed(damaged);
+    Record record;
+    int count = 0;
+    while (decoder.Next(record) == Decoder::Result::kRecord) ++count;
+    EXPECT_LT(count, 4) << at;
+  }
+}
+
+TEST(RecordFile, AFullDiskLosesWholeRecordsAndTellsAndTheFileGoesOn) {
+  QTemporaryDir folder;
+  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
+  signal(SIGXFSZ, SIG_IGN);
+  rlimit limit{};
+  getrlimit(RLIMIT_FSIZE, &limit);
+  const auto write = [&] {
+    RecordFile file({path, 0, 0});
+    EXPECT_EQ(file.Open(), "");
+    file.Put({Kind::kDevice, kStart, 0, "whole", 0});
+    file.Close();
+  };
+  write();
+  QFile torn(QString::fromStdString(path));
+  ASSERT_TRUE(torn.open(QIODevice::Append) && torn.write("\1\1\1\5ab") == 6);
+  torn.close();
+  write();
+  std::vector<std::string> read;
+  EXPECT_TRUE(ReadFiles({path}, false, [&](const Record& record) { read.push_back(record.bytes); }));
+  EXPECT_EQ(read, (std::vector<std::string>{"whole", "whole"}));
+
+  RecordFile file({path + "2", 0, 0});
+  EXPECT_EQ(file.Open(), "");
+  const rlimit small{200, limit.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &small);
+  for (int i = 0; i < 9; ++i) file.Put({Kind::kDevice, kStart + i * 1000, 0, std::string(50, 'x'), 0});
+  while (QFile(QString::fromStdString(path + "2")).size() < 140) usleep(1000);
+  usleep(50'000);
+  setrlimit(RLIMIT_FSIZE, &limit);
+  file.Put({Kind::kDevice, kStart + 60'000'000, 0, "end", 0});
+  file.Close();
+  read.clear();
+  EXPECT_TRUE(ReadFiles({path + "2"}, false, [&](const Record& record) { read.push_back(record.bytes); }));
+  ASSERT_EQ(read.size(), 4u);
+  EXPECT_EQ(read[2], "records lost: 7 (File too large)");
+  EXPECT_EQ(read[3], "end");
+}
+
+TEST(Events, ASessionAsAnOperatorsLog) {
+  const std::string ask = Framed("A?", 1), status = Framed("S?", 1);
+  std::vector<Step> steps{{0, '>', Framed("CT?", 1)},
+                          {.02, '<', Framed("CT=60W C-BAND", 1)},
+                          {1, '>', ask},
+                          {1.02, '<', Framed("A=", 1)},
+                          {2, '>', ask},
+                          {2.02, '<', Framed("A=P", 1)},
+                          {3, '>', ask},
+                          {3.02, '<', Framed("A=p", 1)},
+                          {4, '>', Framed("ZA", 1)},
+                          {4.02, '<', Framed("A=", 1)},
+                          {4.1, '>', ask},
+                          {4.12, '<', Framed("A=", 1)},
+                          {5, '>', status},
+                          {5.01, '<', "{AS="},
+                          {5.3, '<', "OT"},
+                          {5.4, '<', Framed("S=OT", 1).substr(6)},
+                          {6, '>', Framed("S=X", 1)},
+                          {6.02, '<', Framed("S=OX", 1)}};
+  // foreign, damaged, late: the third try is the last
+  steps.insert(steps.end(), {{7, '>', status},
+                             {7.02, '<', Framed("S=OT", 2)},
+                             {7.1, '>', status},
+                             {7.2, '<', "{AS=OTz}"},
+                             {7.3, '>', status},
+                             {9.6, '<', Framed("S=OT", 1)},
+                             {10, '>', status},
+                             {10.02, '<', Framed("S=OX", 1)}});
+  std::string log;
+  Events events([&](const Event& event) { log += event.type + " " + event.text + "\n"; });
+  std::string faults;
+  Turns turns([&](const Turn& turn) {
+    events.Take(turn);
+    if (turn.fault != Fault::kNone) faults += std::string(FaultText(turn.fault)) + (turn.last ? "!" : ";");
+    if (turn.what == What::kLate) faults += "late;";
+  });
+  Feed(turns, steps);
+  EXPECT_EQ(faults, "from another address;bad check character;no answer!late;");
+  EXPECT_EQ(log,
+            "connected 60W C-BAND, address 1\n"
+            "alarm POWER_AMP1_FAIL come\n"
+            "alarm POWER_AMP1_FAIL gone, latched\n"
+            "command clear alarms (ZA): no alarm\n"
+            "alarm POWER_AMP1_FAIL cleared\n"
+            "status online, RF on\n"
+            "command status (S=X): online, RF muted\n"
+            "status online, RF muted\n"
+            "link lost: no answer to S?\n"
+            "link back\n");
+}
+
+TEST(Script, GivesEachReplyInItsTurnAndTellsWhatWasNotRecorded) {
+  Script script;
+  Turns turns([&](const Turn& turn) { script.Take(turn); });
+  const std::string ask = Framed("VR?", 1), set = Framed("S=X", 1);
+  Feed(turns,
+       {{0, '>', ask}, {.1, '<', Framed("VR=1", 1)}, {1, '>', set}, {4, '>', ask}, {4.2, '<', "{A"}, {4.5, '<', "x}"}});
+  const auto first = script.Next(ask), second = script.Next(ask);
+  EXPECT_TRUE(first->bytes == Framed("VR=1", 1) && first->took == 100'000 && !first->last);
+  EXPECT_TRUE(second->bytes == "{Ax}" && second->took == 200'000 && !second->last);
+  EXPECT_TRUE(script.Next(ask)->last) << "one more than the recording has";
+  EXPECT_EQ(script.Next(set)->bytes, "") << "silence is recorded too";
+  EXPECT_FALSE(script.Next(Framed("VT?", 1)));
+}
+
+}  // namespace
+}  // namespace tarnwell::vorel_line

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+
+#include "tools/vorel-line/turns.h"
+#include "tools/vorel-line/words.h"
+
+namespace tarnwell::vorel_line {
+
+/// One entry of an operator's log.
+struct Event {
+  std::int64_t at = 0;
+  int offset = 0;
+  std::string type;     ///< "command", "alarm", "link", ...
+  std::string text;     ///< for a reader
+  std::string request;  ///< the command, where there is one
+  std::string reply;    ///< and what the device made of it
+};
+
+/// Makes events of what went over the line.
+class Events {
+ public:
+  using Sink = std::function<void(const Event&)>;
+  explicit Events(Sink sink) : m_sink(std::move(sink)) {}
+
+  void Take(const Turn& turn);
+
+ private:
+  /// What is known of the device at one address.
+  struct Device {
+    Words words;
+    link::AlarmTable alarms{};
+    bool alarmsKnown = false;
+    bool cleared = false;  ///< since the alarms were read
+    std::string status;
+  };
+
+  void Answered(const Turn& turn);
+  void Failed(const Turn& turn);
+  void FollowLink(const Turn& turn, bool answered);
+  void FollowAlarms(const Turn& turn, Device& device, std::string_view letters);
+  void FollowStatus(const Turn& turn, Device& device, std::string_view reply);
+  void Tell(const Turn& turn, std::string type, std::string text, std::string reply = {});
+
+  Sink m_sink;
+  std::map<char, Device> m_devices;
+  bool m_lost = false;
+  std::int64_t m_heardAt = 0;
+  bool m_afterPause = true;
+};
+
+}  // namespace tarnwell::vorel_line

@@ -1,0 +1,253 @@
+#include "tools/vorel-line/readers.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <map>
+#include <memory>
+
+#include "link/frame_codec.h"
+#include "tools/vorel-line/commands.h"
+#include "tools/vorel-line/ending.h"
+#include "tools/vorel-line/events.h"
+#include "tools/vorel-line/turns.h"
+#include "tools/vorel-line/words.h"
+
+namespace tarnwell::vorel_line {
+
+namespace {
+
+constexpr useconds_t kLookEvery = 100'000;  // microseconds
+
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+bool Complain(const std::string& path, const std::string& what) {
+  std::fprintf(stderr, "vorel-line: %s: %s\n", path.c_str(), what.c_str());
+  return false;
+}
+
+/// False where the file is damaged.
+bool TakeRecords(Decoder& decoder, const std::string& path, const std::function<void(const Record&)>& sink) {
+  Record record;
+  for (;;) {
+    const Decoder::Result result = decoder.Next(record);
+    if (result == Decoder::Result::kEnd) return true;
+    if (result == Decoder::Result::kRecord) {
+      sink(record);
+      continue;
+    }
+    const std::uint64_t at = decoder.WholeBytes();
+    return Complain(path, at == 0 ? "is no recording" : "damaged behind byte " + std::to_string(at));
+  }
+}
+
+bool ReadFile(const std::string& path, bool follow, const std::function<void(const Record&)>& sink) {
+  const File file(std::fopen(path.c_str(), "rb"), std::fclose);
+  if (!file) return Complain(path, std::strerror(errno));
+  Decoder decoder;
+  std::array<char, 65536> buffer;
+  do {
+    for (std::size_t count = 0; (count = std::fread(buffer.data(), 1, buffer.size(), file.get())) > 0;) {
+      decoder.Feed({buffer.data(), count});
+      if (!TakeRecords(decoder, path, sink)) return false;
+    }
+    if (std::ferror(file.get()) != 0) return Complain(path, std::strerror(errno));
+    std::fflush(stdout);
+    if (follow) usleep(kLookEvery);
+    std::clearerr(file.get());
+  } while (follow && !EndAsked());
+  return true;
+}
+
+int Code(bool whole) {
+  const bool printed = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+  if (!printed) std::fputs("vorel-line: standard output took not all\n", stderr);
+  return !printed ? kExitUnusable : whole ? kExitFine : kExitDamaged;
+}
+
+std::string Milliseconds(std::int64_t microseconds) {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%.1f ms", static_cast<double>(microseconds) / 1000.0);
+  return text.data();
+}
+
+/// Lines of `show`.
+class Transcript {
+ public:
+  void Print(const Turn& turn) {
+    const std::string meaning = Meaning(turn);
+    std::string line = TimeText(turn.at, turn.offset) + Sign(turn.what) + Readable(turn.bytes);
+    if (!meaning.empty()) line += std::string(turn.bytes.empty() ? "" : "  ") + meaning;
+    std::printf("%s\n", line.c_str());
+  }
+
+ private:
+  static const char* Sign(What what) {
+    if (what == What::kAsked || what == What::kNoise) return " > ";
+    return what == What::kNote || what == What::kSilence ? " - " : " < ";
+  }
+
+  std::string Meaning(const Turn& turn) {
+    switch (turn.what) {
+      case What::kAsked: {
+        const std::string what = KindOf(turn.request) == RequestKind::kQuery ? "? " : "! ";
+        return what + NameOf(turn.request) + (turn.attempt > 1 ? ", try " + std::to_string(turn.attempt) : "");
+      }
+      case What::kAnswer:
+        return Answer(turn);
+      case What::kSilence:
+        return "no answer to " + Readable(turn.request) + (turn.last ? ", given up" : "");
+      case What::kLate:
+        return "late: nobody waits for it";
+      case What::kEcho:
+        return "echo of the line";
+      case What::kNoise:
+        return "no whole request";
+      case What::kNote:
+        return {};
+    }
+    return {};
+  }
+
+  std::string Answer(const Turn& turn) {
+    const std::string time = " [" + Milliseconds(turn.took) + "]";
+    if (turn.fault != Fault::kNone) {
+      return "bad: " + std::string(FaultText(turn.fault)) + (turn.last ? ", given up" : "") + time;
+    }
+    Words& words = m_words[turn.address];
+    const std::string_view reply = link::ReplyPayload(turn.bytes);
+    words.Learn(reply);
+    return words.Meaning(reply) + time;
+  }
+
+  std::map<char, Words> m_words;
+};
+
+void PrintRaw(const Record& record) {
+  const char* sign = record.kind == Kind::kConsole ? " > " : record.kind == Kind::kDevice ? " < " : " - ";
+  std::string line = TimeText(record.at, record.offset) + sign;
+  if (record.kind == Kind::kNote) {
+    line += record.bytes;
+  } else {
+    for (const char byte : record.bytes) {
+      std::array<char, 8> code{};
+      std::snprintf(code.data(), code.size(), "%02x ", static_cast<unsigned char>(byte));
+      line += code.data();
+    }
+    line += " " + Readable(record.bytes);
+  }
+  std::printf("%s\n", line.c_str());
+}
+
+std::string CsvText(std::string_view text) {
+  std::string quoted = "\"";
+  for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
+  return quoted + '"';
+}
+
+std::string JsonText(std::string_view text) {
+  std::string quoted = "\"";
+  for (const char c : text) quoted += c == '"' || c == '\\' ? std::string{'\\', c} : std::string(1, c);
+  return quoted + '"';
+}
+
+void PrintEvent(const Event& event, std::string_view format) {
+  const std::string time = TimeText(event.at, event.offset);
+  const std::string& text = event.text;
+  const std::string request = Readable(event.request), reply = Readable(event.reply);
+  if (format == "text") {
+    std::printf("%s  %-9s  %s\n", time.c_str(), event.type.c_str(), event.text.c_str());
+  } else if (format == "csv") {
+    std::printf("%s,%s,%s,%s,%s\r\n", time.c_str(), event.type.c_str(), CsvText(text).c_str(), CsvText(request).c_str(),
+                CsvText(reply).c_str());
+  } else {
+    std::printf(R"({"time":"%s","type":"%s","text":%s,"request":%s,"reply":%s})"
+                "\n",
+                time.c_str(), event.type.c_str(), JsonText(text).c_str(), JsonText(request).c_str(),
+                JsonText(reply).c_str());
+  }
+}
+
+struct Counts {
+  std::uint64_t transactions = 0;
+  std::uint64_t tries = 0;
+  std::array<std::uint64_t, kFaults> faults{};
+  std::vector<std::int64_t> times;
+
+  void Take(const Turn& turn) {
+    if (turn.what == What::kAsked) {
+      ++tries;
+      if (turn.attempt == 1) ++transactions;
+    }
+    if (turn.what != What::kAnswer && turn.what != What::kSilence) return;
+    ++faults[static_cast<std::size_t>(turn.fault)];
+    if (turn.fault == Fault::kNone) times.push_back(turn.took);
+  }
+
+  void Print(const std::string& name) {
+    std::sort(times.begin(), times.end());
+    std::string line = name;
+    line.resize(std::max<std::size_t>(line.size(), 9), ' ');
+    const auto share = [this](double part) {
+      return times.empty() ? 0.0
+                           : static_cast<double>(times[static_cast<std::size_t>(part * (times.size() - 1))]) / 1e3;
+    };
+    std::printf("%s %12llu %9llu %9llu %9.1f %9.1f %9.1f", line.c_str(), static_cast<unsigned long long>(transactions),
+                static_cast<unsigned long long>(tries), static_cast<unsigned long long>(faults[0]), share(0.5),
+                share(0.99), share(1.0));
+    for (std::size_t i = 1; i < kFaults; ++i) {
+      if (faults[i] == 0) continue;
+      std::printf("  %llu %s", static_cast<unsigned long long>(faults[i]),
+                  std::string(FaultText(static_cast<Fault>(i))).c_str());
+    }
+    std::printf("\n");
+  }
+};
+
+}  // namespace
+
+bool ReadFiles(const std::vector<std::string>& files, bool follow, const std::function<void(const Record&)>& sink) {
+  bool whole = true;
+  for (const std::string& path : files) whole &= ReadFile(path, follow && path == files.back(), sink);
+  return whole;
+}
+
+int PrintShow(const std::vector<std::string>& files, bool raw, bool follow) {
+  if (raw) return Code(ReadFiles(files, follow, PrintRaw));
+  Transcript transcript;
+  Turns turns([&](const Turn& turn) { transcript.Print(turn); });
+  const bool whole = ReadFiles(files, follow, [&](const Record& record) { turns.Take(record); });
+  turns.End();
+  return Code(whole);
+}
+
+int PrintEvents(const std::vector<std::string>& files, std::string_view format, bool follow) {
+  if (format == "csv") std::printf("time,type,text,request,reply\r\n");
+  Events events([format](const Event& event) { PrintEvent(event, format); });
+  Turns turns([&](const Turn& turn) { events.Take(turn); });
+  const bool whole = ReadFiles(files, follow, [&](const Record& record) { turns.Take(record); });
+  turns.End();
+  return Code(whole);
+}
+
+int PrintStats(const std::vector<std::string>& files) {
+  std::map<std::string, Counts> counts;
+  Counts all;
+  Turns turns([&](const Turn& turn) {
+    if (turn.request.empty()) return;
+    counts[GroupOf(turn.request)].Take(turn);
+    all.Take(turn);
+  });
+  const bool whole = ReadFiles(files, false, [&](const Record& record) { turns.Take(record); });
+  turns.End();
+  std::printf("request   transactions     tries  answered  median ms   99 %% ms    max ms  failed tries\n");
+  for (auto& [name, row] : counts) row.Print(name);
+  all.Print("all");
+  return Code(whole);
+}
+
+}  // namespace tarnwell::vorel_line

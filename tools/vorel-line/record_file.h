@@ -1,0 +1,62 @@
+#pragma once
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <thread>
+
+#include "tools/vorel-line/recording.h"
+
+namespace tarnwell::vorel_line {
+
+struct FileRules {
+  std::string path;
+  std::uint64_t largest = 0;  ///< bytes at which a new file is begun; 0: none
+  int keep = 0;               ///< old files that are kept, as path.1, path.2; 0: one file for all days
+};
+
+/// The file of a recording, written by a thread of its own, so that no disk holds up the line. A record that the disk
+/// doesn't take is lost whole, and how many were stands in the file once it takes some again.
+class RecordFile {
+ public:
+  explicit RecordFile(FileRules rules);
+  ~RecordFile();
+  RecordFile(const RecordFile&) = delete;
+  RecordFile& operator=(const RecordFile&) = delete;
+
+  /// Opens the file behind its last whole record. What went wrong, or nothing.
+  std::string Open();
+
+  /// Queues a record and returns at once.
+  void Put(Record record);
+
+  /// Waits until all that was put has been written or lost, and closes the file.
+  void Close();
+
+ private:
+  void Work();
+  void Write(const Record& record);
+  bool Append(const std::string& bytes);
+  bool NewFileDue(const Record& record, std::size_t more) const;
+  void Rotate();
+  std::string OpenPath();
+
+  FileRules m_rules;
+  int m_descriptor = -1;
+  std::uint64_t m_size = 0;
+  int m_day = 0;
+  std::uint64_t m_lost = 0;
+  std::string m_reason;
+  Encoder m_encoder;
+
+  std::mutex m_mutex;
+  std::condition_variable m_wake;
+  std::deque<Record> m_queue;
+  std::uint64_t m_overflown = 0;
+  bool m_ending = false;
+  std::thread m_thread;
+};
+
+}  // namespace tarnwell::vorel_line

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tarnwell::vorel_line {
+
+/// What a record holds.
+enum class Kind : std::uint8_t {
+  kConsole = 1,  ///< bytes from the console
+  kDevice = 2,   ///< bytes from the device
+  kNote = 3,     ///< a text of the recorder's: what befell the line
+  kClock = 4     ///< the time of day, in the file alone
+};
+
+struct Record {
+  Kind kind = Kind::kNote;
+  std::int64_t at = 0;      ///< microseconds since 1970, UTC, in steps of 100; of the first byte
+  std::int64_t lasted = 0;  ///< microseconds from the first byte to the last
+  std::string bytes;
+  int offset = 0;  ///< minutes that the local time of the recording is ahead of UTC; not in each record of the file
+};
+
+// Notes.
+inline constexpr std::string_view kStarted = "recording started";
+inline constexpr std::string_view kEnded = "recording ended";
+inline constexpr std::string_view kDeviceGone = "device gone";
+inline constexpr std::string_view kDeviceBack = "device back";
+
+/// Longest text of a record in bytes; a writer splits what is longer.
+inline constexpr std::size_t kLongestRecord = 4096;
+
+/// Writes records; docs/recording.md tells the format.
+class Encoder {
+ public:
+  /// The bytes of the next record, the time of day ahead of it where that is due.
+  std::string Encode(const Record& record);
+  /// The next record follows nothing: a new file, or one that records were lost in.
+  void Restart() { m_clockAt.reset(); }
+
+  static std::string Header();
+
+ private:
+  std::optional<std::int64_t> m_clockAt;
+  std::int64_t m_last = 0;
+};
+
+/// Reads a recording, also one that is still being written.
+class Decoder {
+ public:
+  enum class Result { kRecord, kEnd, kDamaged };
+
+  void Feed(std::string_view bytes);
+  /// The next record into `record`; kEnd where only a part of one is left.
+  Result Next(Record& record);
+  /// Bytes up to the end of the last whole record.
+  std::uint64_t WholeBytes() const { return m_taken; }
+
+ private:
+  Result TakeHeader();
+
+  std::string m_data;
+  std::size_t m_at = 0;
+  std::uint64_t m_taken = 0;
+  bool m_headerRead = false;
+  bool m_clockRead = false;
+  std::int64_t m_last = 0;
+  int m_offset = 0;
+};
+
+}  // namespace tarnwell::vorel_line

@@ -1,0 +1,128 @@
+#include "tools/vorel-line/replay.h"
+
+#include <poll.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cstdio>
+
+#include "link/frame_codec.h"
+#include "sim/pty.h"
+#include "tools/vorel-line/commands.h"
+#include "tools/vorel-line/ending.h"
+#include "tools/vorel-line/readers.h"
+#include "tools/vorel-line/words.h"
+
+namespace tarnwell::vorel_line {
+
+namespace {
+
+constexpr std::size_t kLongestFrame = 64;
+
+std::int64_t Now() {
+  return std::chrono::duration_cast<std::chrono::microseconds>(std::chrono::steady_clock::now().time_since_epoch())
+      .count();
+}
+
+/// Answers requests as the script has it.
+class Player {
+ public:
+  Player(Script& script, sim::Line& line, bool fast) : m_script(script), m_line(line), m_fast(fast) {}
+
+  void Run(const sigset_t& whileWaiting) {
+    while (!EndAsked()) {
+      pollfd polled{m_line.Descriptor(), POLLIN, 0};
+      const std::int64_t left = m_due.empty() ? 0 : std::max<std::int64_t>(m_due.front().at - Now(), 0);
+      const timespec wait{left / 1'000'000, left % 1'000'000 * 1000};
+      if (ppoll(&polled, 1, m_due.empty() ? nullptr : &wait, &whileWaiting) > 0) Read();
+      for (; !m_due.empty() && m_due.front().at <= Now(); m_due.pop_front()) {
+        const std::string& bytes = m_due.front().bytes;
+        if (::write(m_line.Descriptor(), bytes.data(), bytes.size()) < 0) std::fputs("vorel-line: lost\n", stderr);
+      }
+    }
+  }
+
+ private:
+  struct Due {
+    std::int64_t at;
+    std::string bytes;
+  };
+
+  void Read() {
+    std::array<char, 512> buffer;
+    const ssize_t count = ::read(m_line.Descriptor(), buffer.data(), buffer.size());
+    for (ssize_t i = 0; i < count; ++i) {
+      const char byte = buffer[static_cast<std::size_t>(i)];
+      if (byte == link::kOpeningBrace || m_frame.size() > kLongestFrame) m_frame.clear();
+      m_frame += byte;
+      if (byte == link::kClosingBrace) Answer();
+    }
+  }
+
+  void Answer() {
+    const auto reply = m_script.Next(m_frame);
+    if (!reply || reply->last) Complain(!reply ? "not in the recording: " : "asked more often than recorded: ");
+    if (reply && !reply->bytes.empty()) m_due.push_back({Now() + (m_fast ? 0 : reply->took), reply->bytes});
+    m_frame.clear();
+  }
+
+  void Complain(const char* what) {
+    std::printf("%s%s\n", what, Readable(m_frame).c_str());
+    std::fflush(stdout);
+  }
+
+  Script& m_script;
+  sim::Line& m_line;
+  bool m_fast;
+  std::string m_frame;
+  std::deque<Due> m_due;
+};
+
+}  // namespace
+
+void Script::Take(const Turn& turn) {
+  if (turn.what == What::kAsked) {
+    m_frame = turn.bytes;
+    m_replies[m_frame].push_back({});
+  }
+  const bool answers = turn.what == What::kAnswer || turn.what == What::kEcho || turn.what == What::kLate;
+  if (!answers || m_frame.empty()) return;
+  Reply& reply = m_replies[m_frame].back();
+  if (reply.bytes.empty()) reply.took = turn.took;
+  reply.bytes += turn.bytes;
+}
+
+std::optional<Script::Reply> Script::Next(const std::string& frame) {
+  const auto found = m_replies.find(frame);
+  if (found == m_replies.end()) return std::nullopt;
+  std::deque<Reply>& replies = found->second;
+  Reply reply = replies.front();
+  if (replies.size() > 1) {
+    replies.pop_front();
+  } else {
+    // The next time it will be one too many.
+    replies.front().last = true;
+  }
+  return reply;
+}
+
+int ReplayFiles(const std::vector<std::string>& files, const std::string& link, bool fast) {
+  Script script;
+  Turns turns([&](const Turn& turn) { script.Take(turn); });
+  const bool whole = ReadFiles(files, false, [&](const Record& record) { turns.Take(record); });
+  turns.End();
+  if (script.Empty()) return std::fputs("vorel-line: no request to answer\n", stderr), kExitUnusable;
+  const sigset_t whileWaiting = PrepareEnding();
+  const auto line = sim::MakePty(link);
+  const std::string error = line->Open();
+  if (!error.empty()) return std::fprintf(stderr, "vorel-line: %s\n", error.c_str()), kExitUnusable;
+  std::printf("%s\n", line->Path().c_str());
+  std::fflush(stdout);
+  Player(script, *line, fast).Run(whileWaiting);
+  line->Close();
+  return whole ? kExitFine : kExitDamaged;
+}
+
+}  // namespace tarnwell::vorel_line

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "tools/vorel-line/recording.h"
+
+namespace tarnwell::vorel_line {
+
+enum class What {
+  kAsked,    ///< a whole request
+  kAnswer,   ///< what was gathered for it, good or not
+  kSilence,  ///< nothing came for it
+  kLate,     ///< bytes of the device that nobody waits for
+  kEcho,     ///< the request, given back by the line
+  kNoise,    ///< bytes of the console that are no request
+  kNote
+};
+
+/// How an answer fails.
+enum class Fault { kNone, kSilent, kCut, kCheck, kAddress, kOther, kLong };
+inline constexpr std::size_t kFaults = 7;
+std::string_view FaultText(Fault fault);
+
+/// One step of what went over the line.
+struct Turn {
+  What what = What::kNote;
+  std::int64_t at = 0;  ///< of the first byte, microseconds since 1970
+  int offset = 0;       ///< minutes of local time ahead of UTC
+  std::string bytes;
+  std::string request;         ///< text of the request that it belongs to
+  char address = '@';          ///< its address byte
+  int attempt = 1;             ///< of the same request, in a row
+  bool last = false;           ///< a failure that the console doesn't try again
+  Fault fault = Fault::kNone;  ///< of an answer or a silence
+  std::int64_t took = 0;       ///< of an answer: microseconds from the request's first byte to its own first
+};
+
+/// Finds requests and answers in records, by the console's own rules.
+class Turns {
+ public:
+  using Sink = std::function<void(const Turn&)>;
+  explicit Turns(Sink sink) : m_sink(std::move(sink)) {}
+
+  void Take(const Record& record);
+  /// What is still open at the end of the recording, told as it stands.
+  void End();
+
+ private:
+  void TakeConsole(const Record& record);
+  void TakeDevice(const Record& record);
+  void Ask(const Record& record, std::string_view frame);
+  void Answer(const Record& record, std::string_view bytes);
+  bool IsEcho() const;
+  Fault Judge() const;
+  void CloseOpen(bool asEnd = false);
+  void Tell(What what, std::int64_t at, std::string bytes, Fault fault = Fault::kNone);
+
+  Sink m_sink;
+  std::string m_fromConsole;
+  std::string m_settings = "9600,n,8,1";
+  // The request in force.
+  std::string m_frame;
+  std::string m_request;
+  std::int64_t m_askedAt = 0;
+  std::int64_t m_askedUntil = 0;
+  int m_attempt = 0;
+  bool m_failed = false;
+  bool m_open = false;
+  bool m_echoed = false;
+  bool m_hearsItself = false;
+  // What has come for it.
+  std::string m_gathered;
+  std::int64_t m_gatheredAt = 0;
+  std::int64_t m_gatheredUntil = 0;
+  int m_offset = 0;
+};
+
+}  // namespace tarnwell::vorel_line
