@@ -92,8 +92,8 @@ void SerialLink::Transmit(std::string_view frame) {
 }
 
 // What has come whole within the transmit window is too early for a device: two-wire adapters give back what was sent.
-// A device confirms some settings in the very bytes of the request; then what the last query showed of the line decides,
-// so that neither a late echo is taken for a confirmation nor a quick confirmation for an echo.
+// A device confirms some settings in the very bytes of the request; then what the last query showed of the line
+// decides, so that neither a late echo is taken for a confirmation nor a quick confirmation for an echo.
 bool SerialLink::EchoDue(std::string_view frame, bool isQuery) const {
   if (m_shared.PortRS232) return false;
   const bool isEarly = m_port.InBufferCount() >= static_cast<int>(frame.size());

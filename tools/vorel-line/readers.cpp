@@ -193,8 +193,8 @@ struct Counts {
     std::string line = name;
     line.resize(std::max<std::size_t>(line.size(), 9), ' ');
     const auto share = [this](double part) {
-      return times.empty() ? 0.0
-                           : static_cast<double>(times[static_cast<std::size_t>(part * (times.size() - 1))]) / 1e3;
+      const auto at = static_cast<std::size_t>(part * static_cast<double>(std::max<std::size_t>(times.size(), 1) - 1));
+      return times.empty() ? 0.0 : static_cast<double>(times[at]) / 1e3;
     };
     std::printf("%s %12llu %9llu %9llu %9.1f %9.1f %9.1f", line.c_str(), static_cast<unsigned long long>(transactions),
                 static_cast<unsigned long long>(tries), static_cast<unsigned long long>(faults[0]), share(0.5),

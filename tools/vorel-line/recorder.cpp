@@ -124,11 +124,10 @@ class Recorder {
       const std::string_view bytes(buffer.data(), static_cast<std::size_t>(count));
       m_toConsole.Send(m_console.Descriptor(), bytes);
       m_journal.Take(Kind::kDevice, now, bytes);
-    } else if ((m_polled[1].revents & kGone) != 0 || count == 0 || (errno != EAGAIN && errno != EINTR)) {
-      LoseDevice(now);
-    } else if (m_sendAt == 0 && !m_toDevice.Send(m_device.Descriptor(), {})) {
-      LoseDevice(now);
+      return;
     }
+    const bool ended = count == 0 || (errno != EAGAIN && errno != EINTR) || (m_polled[1].revents & kGone) != 0;
+    if (ended || (m_sendAt == 0 && !m_toDevice.Send(m_device.Descriptor(), {}))) LoseDevice(now);
   }
 
   void FromConsole(std::int64_t now) {
