@@ -13,6 +13,7 @@
 #include <exception>
 
 #include "sim/commands.h"
+#include "sim/ending.h"
 #include "sim/options.h"
 #include "sim/pty.h"
 #include "sim/station.h"
@@ -23,39 +24,17 @@ namespace {
 
 constexpr const char* kVersion = "vorel-sim " TARNWELL_VERSION "\n";
 
-volatile sig_atomic_t endAsked = 0;
-
-/// The signals that end the program get through only while it waits, so that none is missed just ahead of a wait.
-sigset_t PrepareSignals() {
-  sigset_t whileWaiting;
-  sigset_t ending;
-  sigemptyset(&ending);
-  struct sigaction action {};
-  action.sa_handler = [](int) { endAsked = 1; };
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
-    struct sigaction present {};
-    sigaction(number, nullptr, &present);
-    if (present.sa_handler == SIG_IGN) continue;  // as nohup leaves SIGHUP
-    sigaddset(&ending, number);
-    sigaction(number, &action, nullptr);
-  }
-  sigprocmask(SIG_BLOCK, &ending, &whileWaiting);
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigdelset(&whileWaiting, number);
-  signal(SIGPIPE, SIG_IGN);
-  signal(SIGTTIN, SIG_IGN);  // in the background of a terminal a read fails then, and doesn't stop the program
-  return whileWaiting;
-}
-
 /// Serves the line and standard input until told to end.
 class Program {
  public:
   Program(const Options& options, Line& line) : m_station(options), m_line(line) {}
 
   int Run() {
-    const sigset_t whileWaiting = PrepareSignals();
+    const sigset_t whileWaiting = PrepareEnding();
+    signal(SIGTTIN, SIG_IGN);  // in the background of a terminal a read fails then, and doesn't stop the program
     if (!OpenLine()) return EXIT_FAILURE;
     Announce();
-    while (!endAsked && !m_station.Asked().quit) {
+    while (!EndAsked() && !m_station.Asked().quit) {
       Wait(whileWaiting);
       Work();
     }

@@ -5,7 +5,9 @@
 #include <QTemporaryDir>
 
 #include "support/scripted_port.h"
+#include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/events.h"
+#include "tools/vorel-line/plot.h"
 #include "tools/vorel-line/readers.h"
 #include "tools/vorel-line/record_file.h"
 #include "tools/vorel-line/replay.h"
@@ -101,6 +103,69 @@ TEST(RecordFile, AFullDiskLosesWholeRecordsAndTellsAndTheFileGoesOn) {
   ASSERT_EQ(read.size(), 4u);
   EXPECT_EQ(read[2], "records lost: 7 (File too large)");
   EXPECT_EQ(read[3], "end");
+}
+
+TEST(RecordFile, ANewFileIsBegunBySizeAndByDayAndOldOnesAreKeptAsTold) {
+  constexpr std::int64_t kDay = 86'400'000'000;
+  const struct {
+    std::uint64_t largest;
+    int keep;
+    std::int64_t step;
+    const char* files;  ///< the records' letters, the newest file first
+  } cases[] = {{200, 2, 1000, "i gh ef -"},
+               {200, 0, 1000, "i gh ef cd"},
+               {0, 2, kDay / 2, "i gh ef -"},
+               {0, 0, kDay / 2, "abcdefghi - - -"}};
+  for (const auto& row : cases) {
+    QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
+    RecordFile file({path, row.largest, row.keep});
+    EXPECT_EQ(file.Open(), "");
+    for (char c = 'a'; c <= 'i'; ++c)
+      file.Put({Kind::kDevice, kDay * 19000 + kDay / 4 + row.step * (c - 'a'), 0, std::string(70, c), 0});
+    file.Close();
+    const auto letters = [](const std::string& name) {
+      std::string text;
+      if (!QFile::exists(QString::fromStdString(name))) return std::string("-");
+      EXPECT_TRUE(ReadFiles({name}, false, [&](const Record& record) { text += record.bytes[0]; }));
+      return text;
+    };
+    EXPECT_EQ(letters(path) + " " + letters(path + ".1") + " " + letters(path + ".2") + " " + letters(path + ".3"),
+              row.files);
+  }
+}
+
+TEST(Plot, HasCurvesAndABandForWhatStood) {
+  QTemporaryDir folder;
+  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString(), out = path + ".svg";
+  const std::string level = Framed("VR?", 1), status = Framed("S?", 1);
+  {
+    RecordFile file({path, 0, 0});
+    EXPECT_EQ(file.Open(), "");
+    const auto put = [&](double at, Kind kind, const std::string& bytes) {
+      file.Put({kind, kStart + std::llround(at * 1e6), 0, bytes, 0});
+    };
+    put(0, Kind::kNote, std::string(kStarted));
+    EXPECT_EQ(DrawPlot({path}, out), kExitNothing);
+    for (int i = 0; i < 60; ++i) {
+      put(i, Kind::kConsole, level);
+      if (i < 30 || i >= 40) put(i + 0.1, Kind::kDevice, Framed("VR=4" + std::to_string(i % 10) + ".5", 1));
+      if (i >= 30 && i < 40) continue;
+      put(i + 0.5, Kind::kConsole, status);
+      put(i + 0.6, Kind::kDevice, Framed(i > 50 ? "S=OX" : "S=OT", 1));
+    }
+    file.Close();
+  }
+  EXPECT_EQ(DrawPlot({path}, out), kExitFine);
+  QFile file(QString::fromStdString(out));
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QByteArray picture = file.readAll();
+  for (const char* text : {"RF level", "link lost", "RF muted", "22:13:30"})
+    EXPECT_TRUE(picture.contains(text)) << text;
+  EXPECT_FALSE(picture.contains("Temperature"));
+  EXPECT_EQ(picture.count("stroke=\"#1b5e9c\""), 2) << "no curve over the time without an answer";
+  EXPECT_EQ(DrawPlot({path}, path), kExitUnusable);
+  EXPECT_EQ(DrawPlot({path}, "/dev/null.svg/a.svg"), kExitUnusable);
 }
 
 TEST(Events, ASessionAsAnOperatorsLog) {

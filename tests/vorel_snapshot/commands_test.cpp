@@ -20,7 +20,7 @@
 #include "snapshot/snapshot_line.h"
 #include "support/file_limit.h"
 #include "support/snapshot_sample.h"
-#include "tools/vorel-snapshot/files.h"
+#include "tools/shared/files.h"
 #include "tools/vorel-snapshot/plot.h"
 #include "tools/vorel-snapshot/trend.h"
 
@@ -240,7 +240,7 @@ TEST_F(SnapshotCommands, OpenNamesInAnyEncodingAndShowThemOnOneLine) {
   const QByteArray name = m_folder.path().toUtf8() + "/S\xFC\x64\n\xC3\xBC.txt";
   std::filesystem::copy_file(m_folder.filePath(QStringLiteral("a.txt")).toStdString(), name.toStdString());
   vorel_snapshot::Output output;
-  EXPECT_EQ(vorel_snapshot::Run({QStringLiteral("verify"), vorel_snapshot::NameFromBytes(name)}, output), 0);
+  EXPECT_EQ(vorel_snapshot::Run({QStringLiteral("verify"), tools::NameFromBytes(name)}, output), 0);
   EXPECT_NE(output.out.indexOf("/S\xEF\xBF\xBD"
                                "d\xEF\xBF\xBD"),
             -1)
@@ -422,7 +422,7 @@ TEST(SnapshotTicks, OfDatesAreRound) {
   };
   const auto told = [](double least, double greatest) {
     QStringList texts;
-    for (const auto& tick : vorel_snapshot::MakeDateTicks(least, greatest, 5)) texts += tick.text;
+    for (const auto& tick : tools::MakeDateTicks(least, greatest, 5)) texts += tick.text;
     return texts.join(QLatin1Char(' ')).toStdString();
   };
   EXPECT_EQ(told(seconds(2007, 3, 14, 8), seconds(2007, 3, 14, 21)),

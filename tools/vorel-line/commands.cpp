@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "tools/vorel-line/device.h"
-#include "tools/vorel-line/ending.h"
+#include "tools/vorel-line/plot.h"
 #include "tools/vorel-line/readers.h"
 #include "tools/vorel-line/recorder.h"
 #include "tools/vorel-line/replay.h"
@@ -23,6 +23,7 @@ constexpr const char* kHelp =
     "       vorel-line show FILE... [--raw] [--follow]\n"
     "       vorel-line events FILE... [--csv | --json] [--follow]\n"
     "       vorel-line stats FILE...\n"
+    "       vorel-line plot FILE... -o OUT.svg|OUT.png\n"
     "       vorel-line replay FILE... --link LINK [--fast]\n"
     "Records what goes between the console and its device, and tells what a recording holds.\n"
     "Recordings of one line are given in their order: line.rec.2 line.rec.1 line.rec\n";
@@ -47,6 +48,7 @@ constexpr Option kRecordOptions[] = {{"--link", true},   {"-o", true},     {"--r
                                      {"--format", true}, {"--size", true}, {"--keep", true}};
 constexpr Option kShowOptions[] = {{"--raw", false}, {"--follow", false}};
 constexpr Option kEventsOptions[] = {{"--csv", false}, {"--json", false}, {"--follow", false}};
+constexpr Option kPlotOptions[] = {{"-o", true}};
 constexpr Option kReplayOptions[] = {{"--link", true}, {"--fast", false}};
 
 int Refuse(const std::string& what) {
@@ -77,18 +79,19 @@ int Record(const Parsed& parsed) {
   return RecordLine(options);
 }
 
-int Show(const Parsed& parsed) {
-  if (parsed.Has("--follow")) PrepareEnding();
-  return PrintShow(parsed.operands, parsed.Has("--raw"), parsed.Has("--follow"));
-}
+int Show(const Parsed& parsed) { return PrintShow(parsed.operands, parsed.Has("--raw"), parsed.Has("--follow")); }
 
 int ShowEvents(const Parsed& parsed) {
-  if (parsed.Has("--follow")) PrepareEnding();
   const View format = parsed.Has("--csv") ? "csv" : parsed.Has("--json") ? "json" : "text";
   return PrintEvents(parsed.operands, format, parsed.Has("--follow"));
 }
 
 int Stats(const Parsed& parsed) { return PrintStats(parsed.operands); }
+
+int Plot(const Parsed& parsed) {
+  if (!parsed.Has("-o")) return Refuse("plot: -o is needed: the picture");
+  return DrawPlot(parsed.operands, parsed.Value("-o"));
+}
 
 int Replay(const Parsed& parsed) {
   if (!parsed.Has("--link")) return Refuse("replay: --link is needed: what the console opens");
@@ -101,11 +104,9 @@ struct Command {
   int (*run)(const Parsed&);
 };
 
-const Command kCommands[] = {{"record", kRecordOptions, Record},
-                             {"show", kShowOptions, Show},
-                             {"events", kEventsOptions, ShowEvents},
-                             {"stats", {}, Stats},
-                             {"replay", kReplayOptions, Replay}};
+const Command kCommands[] = {{"record", kRecordOptions, Record},     {"show", kShowOptions, Show},
+                             {"events", kEventsOptions, ShowEvents}, {"stats", {}, Stats},
+                             {"plot", kPlotOptions, Plot},           {"replay", kReplayOptions, Replay}};
 
 const Option* Find(std::span<const Option> options, View name) {
   for (const Option& option : options) {
@@ -131,6 +132,8 @@ std::string Parse(const std::vector<std::string>& arguments, const Command& comm
 
 }  // namespace
 
+bool NeedsPainting(const std::vector<std::string>& arguments) { return !arguments.empty() && arguments[0] == "plot"; }
+
 int Run(const std::vector<std::string>& arguments) {
   const std::string first = arguments.empty() ? "" : arguments[0];
   for (const std::string& argument : arguments) {
@@ -138,7 +141,7 @@ int Run(const std::vector<std::string>& arguments) {
     std::fputs(kHelp, stdout);
     return kExitFine;
   }
-  if (first == "--version") return std::puts("vorel-line 2.01"), kExitFine;
+  if (first == "--version") return std::puts("vorel-line " TARNWELL_VERSION), kExitFine;
   for (const Command& command : kCommands) {
     if (command.name != first) continue;
     Parsed parsed;

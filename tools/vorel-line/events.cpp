@@ -49,11 +49,7 @@ void Events::Answered(const Turn& turn) {
   if (turn.request == protocol::kModelQuery.text && m_afterPause) {
     Tell(turn, "connected", device.words.Model() + ", address " + std::to_string(turn.bytes[1] - link::AddressByte(0)));
   }
-  const RequestKind kind = KindOf(turn.request);
-  if (kind != RequestKind::kQuery) {
-    Tell(turn, kind == RequestKind::kCommand ? "command" : "setting",
-         NameOf(turn.request) + " (" + Readable(turn.request) + "): " + device.words.Meaning(reply), reply);
-  }
+  if (KindOf(turn.request) != RequestKind::kQuery) TellCommand(turn, device.words.Meaning(reply), reply);
   if (turn.request == protocol::kClearAlarms.text) device.cleared = true;
   if (turn.request == protocol::kAlarmQuery.text) FollowAlarms(turn, device, protocol::AfterEcho(reply, 2));
   if (reply.starts_with(protocol::kStatusQuery.expected)) FollowStatus(turn, device, reply);
@@ -63,9 +59,7 @@ void Events::Failed(const Turn& turn) {
   if (!turn.last) return;
   if (KindOf(turn.request) != RequestKind::kQuery) {
     const std::string tries = TriesFor(turn.request) == 1 ? "one try" : std::to_string(turn.attempt) + " tries";
-    Tell(turn, KindOf(turn.request) == RequestKind::kCommand ? "command" : "setting",
-         NameOf(turn.request) + " (" + Readable(turn.request) + "): no valid answer in " + tries +
-             ", the last: " + std::string(FaultText(turn.fault)));
+    TellCommand(turn, "no valid answer in " + tries + ", the last: " + std::string(FaultText(turn.fault)));
   }
   if (TriesFor(turn.request) > 1) FollowLink(turn, false);
 }
@@ -74,7 +68,8 @@ void Events::FollowLink(const Turn& turn, bool answered) {
   if (m_lost == !answered) return;
   m_lost = !answered;
   Tell(turn, "link",
-       answered ? "back" : "lost: " + std::string(FaultText(turn.fault)) + " to " + Readable(turn.request));
+       answered ? "back" : "lost: " + std::string(FaultText(turn.fault)) + " to " + Readable(turn.request),
+       {"link lost", m_lost});
 }
 
 void Events::FollowAlarms(const Turn& turn, Device& device, std::string_view letters) {
@@ -87,7 +82,8 @@ void Events::FollowAlarms(const Turn& turn, Device& device, std::string_view let
     if (was == is) continue;
     // What stood when the recording began came at a moment that nobody knows.
     const std::string_view became = device.alarmsKnown ? Became(was, is, device.cleared) : is;
-    Tell(turn, "alarm", device.words.AlarmName(i) + " " + std::string(became));
+    const std::string name = device.words.AlarmName(i);
+    Tell(turn, "alarm", name + " " + std::string(became), {name, !is.empty()});
   }
   device.alarmsKnown = true;
   device.cleared = false;
@@ -97,12 +93,18 @@ void Events::FollowStatus(const Turn& turn, Device& device, std::string_view rep
   std::string status = device.words.Meaning(reply);
   if (status == device.status) return;
   device.status = std::move(status);
-  Tell(turn, "status", device.status);
+  const bool muted = protocol::ReadRFOutput(protocol::AfterEcho(reply, 2)) >= protocol::RFOutput::kMutedDirect;
+  Tell(turn, "status", device.status, {"RF muted", muted && !device.words.IsController()});
 }
 
-void Events::Tell(const Turn& turn, std::string type, std::string text, std::string reply) {
-  const bool command = type == "command" || type == "setting";
-  m_sink({turn.at, turn.offset, std::move(type), std::move(text), command ? turn.request : "", std::move(reply)});
+void Events::TellCommand(const Turn& turn, const std::string& outcome, std::string reply) {
+  const char* const type = KindOf(turn.request) == RequestKind::kCommand ? "command" : "setting";
+  const std::string text = NameOf(turn.request) + " (" + Readable(turn.request) + "): " + outcome;
+  m_sink({turn.at, turn.offset, type, text, turn.request, std::move(reply), {}});
+}
+
+void Events::Tell(const Turn& turn, std::string type, std::string text, Condition condition) {
+  m_sink({turn.at, turn.offset, std::move(type), std::move(text), {}, {}, std::move(condition)});
 }
 
 }  // namespace tarnwell::vorel_line

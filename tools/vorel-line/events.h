@@ -9,6 +9,12 @@
 
 namespace tarnwell::vorel_line {
 
+/// Something that lasts: an alarm, a mute, the loss of the link.
+struct Condition {
+  std::string name;  ///< empty: none
+  bool stands = false;
+};
+
 /// One entry of an operator's log.
 struct Event {
   std::int64_t at = 0;
@@ -17,6 +23,7 @@ struct Event {
   std::string text;     ///< for a reader
   std::string request;  ///< the command, where there is one
   std::string reply;    ///< and what the device made of it
+  Condition condition;  ///< that this begins or ends
 };
 
 /// Makes events of what went over the line.
@@ -42,7 +49,8 @@ class Events {
   void FollowLink(const Turn& turn, bool answered);
   void FollowAlarms(const Turn& turn, Device& device, std::string_view letters);
   void FollowStatus(const Turn& turn, Device& device, std::string_view reply);
-  void Tell(const Turn& turn, std::string type, std::string text, std::string reply = {});
+  void Tell(const Turn& turn, std::string type, std::string text, Condition condition = {});
+  void TellCommand(const Turn& turn, const std::string& outcome, std::string reply = {});
 
   Sink m_sink;
   std::map<char, Device> m_devices;

@@ -1,11 +1,17 @@
+#include <QGuiApplication>
 #include <cstdio>
 #include <exception>
+#include <memory>
 
+#include "tools/shared/painting.h"
 #include "tools/vorel-line/commands.h"
 
 int main(int argc, char** argv) {
   try {
-    return tarnwell::vorel_line::Run({argv + 1, argv + argc});
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    std::unique_ptr<QGuiApplication> painting;
+    if (tarnwell::vorel_line::NeedsPainting(arguments)) painting = tarnwell::tools::PreparePainting(argc, argv);
+    return tarnwell::vorel_line::Run(arguments);
   } catch (const std::exception& error) {
     std::fprintf(stderr, "vorel-line: %s\n", error.what());
     return tarnwell::vorel_line::kExitUnusable;

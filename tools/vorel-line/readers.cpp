@@ -1,6 +1,6 @@
 #include "tools/vorel-line/readers.h"
 
-#include <unistd.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
@@ -11,8 +11,8 @@
 #include <memory>
 
 #include "link/frame_codec.h"
+#include "sim/ending.h"
 #include "tools/vorel-line/commands.h"
-#include "tools/vorel-line/ending.h"
 #include "tools/vorel-line/events.h"
 #include "tools/vorel-line/turns.h"
 #include "tools/vorel-line/words.h"
@@ -21,7 +21,7 @@ namespace tarnwell::vorel_line {
 
 namespace {
 
-constexpr useconds_t kLookEvery = 100'000;  // microseconds
+constexpr std::int64_t kLookEvery = 100'000;  // microseconds
 
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
@@ -45,22 +45,33 @@ bool TakeRecords(Decoder& decoder, const std::string& path, const std::function<
   }
 }
 
-bool ReadFile(const std::string& path, bool follow, const std::function<void(const Record&)>& sink) {
+/// Whether another file stands under the name by now: the recorder began a new one.
+bool IsReplaced(std::FILE* file, const std::string& path) {
+  struct stat open {};
+  struct stat named {};
+  return fstat(fileno(file), &open) == 0 && stat(path.c_str(), &named) == 0 && open.st_ino != named.st_ino;
+}
+
+/// With `follow`, which lets the end be asked for, until then.
+bool ReadFile(const std::string& path, const sigset_t* follow, const std::function<void(const Record&)>& sink) {
   const File file(std::fopen(path.c_str(), "rb"), std::fclose);
   if (!file) return Complain(path, std::strerror(errno));
   Decoder decoder;
   std::array<char, 65536> buffer;
-  do {
+  for (bool replaced = false;;) {
     for (std::size_t count = 0; (count = std::fread(buffer.data(), 1, buffer.size(), file.get())) > 0;) {
       decoder.Feed({buffer.data(), count});
       if (!TakeRecords(decoder, path, sink)) return false;
     }
     if (std::ferror(file.get()) != 0) return Complain(path, std::strerror(errno));
     std::fflush(stdout);
-    if (follow) usleep(kLookEvery);
+    if (follow == nullptr || sim::EndAsked()) return true;
+    if (replaced) return ReadFile(path, follow, sink);
+    // What was written ahead of the change of files is read first.
+    replaced = IsReplaced(file.get(), path);
+    if (!replaced) sim::Rest(*follow, kLookEvery);
     std::clearerr(file.get());
-  } while (follow && !EndAsked());
-  return true;
+  }
 }
 
 int Code(bool whole) {
@@ -212,7 +223,10 @@ struct Counts {
 
 bool ReadFiles(const std::vector<std::string>& files, bool follow, const std::function<void(const Record&)>& sink) {
   bool whole = true;
-  for (const std::string& path : files) whole &= ReadFile(path, follow && path == files.back(), sink);
+  const sigset_t whileWaiting = follow ? sim::PrepareEnding() : sigset_t{};
+  for (const std::string& path : files) {
+    whole &= ReadFile(path, follow && path == files.back() ? &whileWaiting : nullptr, sink);
+  }
   return whole;
 }
 

@@ -101,17 +101,10 @@ void RecordFile::Work() {
 }
 
 void RecordFile::Write(const Record& record) {
-  std::string bytes;
-  if (m_lost != 0) {
-    m_encoder.Restart();
-    const std::string note = "records lost: " + std::to_string(m_lost) + " (" + m_reason + ")";
-    bytes = m_encoder.Encode({Kind::kNote, record.at, 0, note});
-  }
-  bytes += m_encoder.Encode(record);
+  std::string bytes = Encode(record);
   if (NewFileDue(record, bytes.size())) {
     Rotate();
-    m_encoder.Restart();
-    bytes = m_encoder.Encode(record);
+    bytes = Encode(record);
   }
   m_day = LocalDay(record.at);
   if (Append(bytes)) {
@@ -122,6 +115,16 @@ void RecordFile::Write(const Record& record) {
     m_reason = std::strerror(errno);
     std::fprintf(stderr, "vorel-line: %s: %s; the line goes on unrecorded\n", m_rules.path.c_str(), m_reason.c_str());
   }
+}
+
+std::string RecordFile::Encode(const Record& record) {
+  std::string bytes;
+  if (m_lost != 0) {
+    m_encoder.Restart();
+    const std::string note = "records lost: " + std::to_string(m_lost) + " (" + m_reason + ")";
+    bytes = m_encoder.Encode({Kind::kNote, record.at, 0, note});
+  }
+  return bytes + m_encoder.Encode(record);
 }
 
 bool RecordFile::Append(const std::string& bytes) {

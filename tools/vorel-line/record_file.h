@@ -38,6 +38,8 @@ class RecordFile {
  private:
   void Work();
   void Write(const Record& record);
+  /// The record, behind a note of those that were lost ahead of it.
+  std::string Encode(const Record& record);
   bool Append(const std::string& bytes);
   bool NewFileDue(const Record& record, std::size_t more) const;
   void Rotate();
@@ -48,7 +50,7 @@ class RecordFile {
   std::uint64_t m_size = 0;
   int m_day = 0;
   std::uint64_t m_lost = 0;
-  std::string m_reason;
+  std::string m_reason = "the disk is too slow";
   Encoder m_encoder;
 
   std::mutex m_mutex;

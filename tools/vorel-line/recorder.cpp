@@ -12,9 +12,9 @@
 #include <cstring>
 
 #include "link/send_command.h"
+#include "sim/ending.h"
 #include "sim/pty.h"
 #include "tools/vorel-line/device.h"
-#include "tools/vorel-line/ending.h"
 #include "tools/vorel-line/journal.h"
 
 namespace tarnwell::vorel_line {
@@ -82,7 +82,7 @@ class Recorder {
   void Run(const sigset_t& whileWaiting) {
     m_journal.Note(m_clock.Now(), kStarted);
     m_journal.Note(m_clock.Now(), "format " + m_device.Settings());
-    while (!EndAsked()) {
+    while (!sim::EndAsked()) {
       Wait(whileWaiting);
       const std::int64_t now = m_clock.Now();
       KeepDevice(now);
@@ -224,7 +224,7 @@ int Fail(const std::string& error) {
 }  // namespace
 
 int RecordLine(const RecordOptions& options) {
-  const sigset_t whileWaiting = PrepareEnding();
+  const sigset_t whileWaiting = sim::PrepareEnding();
   RecordFile file(options.file);
   std::string error = file.Open();
   if (!error.empty()) return Fail(error);

@@ -9,9 +9,9 @@
 #include <cstdio>
 
 #include "link/frame_codec.h"
+#include "sim/ending.h"
 #include "sim/pty.h"
 #include "tools/vorel-line/commands.h"
-#include "tools/vorel-line/ending.h"
 #include "tools/vorel-line/readers.h"
 #include "tools/vorel-line/words.h"
 
@@ -32,7 +32,7 @@ class Player {
   Player(Script& script, sim::Line& line, bool fast) : m_script(script), m_line(line), m_fast(fast) {}
 
   void Run(const sigset_t& whileWaiting) {
-    while (!EndAsked()) {
+    while (!sim::EndAsked()) {
       pollfd polled{m_line.Descriptor(), POLLIN, 0};
       const std::int64_t left = m_due.empty() ? 0 : std::max<std::int64_t>(m_due.front().at - Now(), 0);
       const timespec wait{left / 1'000'000, left % 1'000'000 * 1000};
@@ -114,7 +114,7 @@ int ReplayFiles(const std::vector<std::string>& files, const std::string& link, 
   const bool whole = ReadFiles(files, false, [&](const Record& record) { turns.Take(record); });
   turns.End();
   if (script.Empty()) return std::fputs("vorel-line: no request to answer\n", stderr), kExitUnusable;
-  const sigset_t whileWaiting = PrepareEnding();
+  const sigset_t whileWaiting = sim::PrepareEnding();
   const auto line = sim::MakePty(link);
   const std::string error = line->Open();
   if (!error.empty()) return std::fprintf(stderr, "vorel-line: %s\n", error.c_str()), kExitUnusable;

@@ -5,10 +5,10 @@
 #include <optional>
 #include <vector>
 
+#include "tools/shared/files.h"
 #include "tools/vorel-snapshot/describe.h"
 #include "tools/vorel-snapshot/diff.h"
 #include "tools/vorel-snapshot/export.h"
-#include "tools/vorel-snapshot/files.h"
 #include "tools/vorel-snapshot/inputs.h"
 #include "tools/vorel-snapshot/plot.h"
 #include "tools/vorel-snapshot/show.h"
@@ -20,7 +20,7 @@ namespace {
 /// For a command that goes on with what it could read: the damage is told on standard error.
 std::optional<Snapshot> ReadAndTell(const QString& path, Output& output) {
   auto snapshot = ReadNamed(path, output);
-  if (snapshot) output.err += FaultLines(ShownName(path), *snapshot).toUtf8();
+  if (snapshot) output.err += FaultLines(tools::ShownName(path), *snapshot).toUtf8();
   return snapshot;
 }
 
@@ -32,20 +32,20 @@ void Complain(Output& output, const QString& text) {
 
 int Deliver(Call& call, const QString& path, const QByteArray& bytes, int code) {
   QString error;
-  const auto isTarget = [&](const QString& file) { return IsSameFile(file, path); };
+  const auto isTarget = [&](const QString& file) { return tools::IsSameFile(file, path); };
   if (std::any_of(call.files.begin(), call.files.end(), isTarget)) {
     error = QStringLiteral("is read by this command: not replaced");
-  } else if (WriteWhole(path, bytes, error)) {
+  } else if (tools::WriteWhole(path, bytes, error)) {
     return code;
   }
-  Complain(call.output, Told(path, error));
+  Complain(call.output, tools::Told(path, error));
   return kExitUnreadable;
 }
 
 int ShowFile(Call& call) {
   const auto snapshot = ReadAndTell(call.files[0], call.output);
   if (!snapshot) return kExitUnreadable;
-  call.output.out += Show(ShownName(call.files[0]), *snapshot).toUtf8();
+  call.output.out += Show(tools::ShownName(call.files[0]), *snapshot).toUtf8();
   return ExitOf(*snapshot);
 }
 
@@ -54,7 +54,7 @@ int DiffFiles(Call& call) {
   const auto after = ReadAndTell(call.files[1], call.output);
   if (!before || !after) return kExitUnreadable;
   const Differences found =
-      Diff({ShownName(call.files[0]), *before}, {ShownName(call.files[1]), *after}, call.Has("readings"));
+      Diff({tools::ShownName(call.files[0]), *before}, {tools::ShownName(call.files[1]), *after}, call.Has("readings"));
   call.output.out += found.report.toUtf8();
   const bool whole = before->faults.empty() && after->faults.empty();
   return found.count == 0 && whole ? kExitFine : kExitDamaged;
@@ -67,7 +67,8 @@ int ExportFile(Call& call) {
   }
   const auto snapshot = ReadAndTell(call.files[0], call.output);
   if (!snapshot) return kExitUnreadable;
-  const QByteArray bytes = call.Has("json") ? ExportJson(ShownName(call.files[0]), *snapshot) : ExportCsv(*snapshot);
+  const QByteArray bytes =
+      call.Has("json") ? ExportJson(tools::ShownName(call.files[0]), *snapshot) : ExportCsv(*snapshot);
   if (call.Has("o")) return Deliver(call, call.parser.value(QStringLiteral("o")), bytes, ExitOf(*snapshot));
   call.output.out += bytes;
   return ExitOf(*snapshot);
@@ -87,15 +88,15 @@ int PlotFile(Call& call) {
     if (!snapshot) return kExitUnreadable;
     if (!snapshot->known) return kExitDamaged;
     if (snapshot->kind == Kind::kController) {
-      Complain(call.output, Told(file, QStringLiteral("a redundancy controller has no calibration tables")));
+      Complain(call.output, tools::Told(file, QStringLiteral("a redundancy controller has no calibration tables")));
       return kExitNoTables;
     }
     worst = std::max(worst, ExitOf(*snapshot));
-    snapshots.push_back({ShownName(QFileInfo(file).fileName()), std::move(*snapshot)});
+    snapshots.push_back({tools::ShownName(QFileInfo(file).fileName()), std::move(*snapshot)});
   }
-  const Page page = PlotPage(snapshots);
-  if (!page.charts.empty()) return Deliver(call, path, DrawPage(page, format), worst);
-  Complain(call.output, Told(call.files[0], QStringLiteral("no point of a calibration table is left to draw")));
+  const tools::Page page = PlotPage(snapshots);
+  if (!page.charts.empty()) return Deliver(call, path, tools::DrawPage(page, format), worst);
+  Complain(call.output, tools::Told(call.files[0], QStringLiteral("no point of a calibration table is left to draw")));
   return kExitNoTables;
 }
 

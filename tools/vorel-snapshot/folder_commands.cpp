@@ -183,7 +183,8 @@ int TrendFiles(Call& call) {
     Complain(call.output, QStringLiteral("trend: no number is there to draw"));
     return std::max<int>(worst, kExitNoTables);
   }
-  return Deliver(call, path, format == QLatin1String("csv") ? trend.Csv() : DrawPage(trend.Picture(), format), worst);
+  return Deliver(call, path, format == QLatin1String("csv") ? trend.Csv() : tools::DrawPage(trend.Picture(), format),
+                 worst);
 }
 
 }  // namespace tarnwell::vorel_snapshot

@@ -5,7 +5,7 @@
 #include <system_error>
 #include <vector>
 
-#include "tools/vorel-snapshot/files.h"
+#include "tools/shared/files.h"
 
 namespace tarnwell::vorel_snapshot {
 
@@ -22,7 +22,7 @@ class InputReader {
   int All() {
     for (const QString& name : m_call.files) {
       std::error_code none;
-      if (!fs::is_directory(PathOf(name), none)) {
+      if (!fs::is_directory(tools::PathOf(name), none)) {
         ReadFile(name, true);
         continue;
       }
@@ -35,7 +35,7 @@ class InputReader {
  private:
   void Miss(const QString& name, const QString& why) {
     ++m_missed;
-    Complain(m_call.output, Told(name, why));
+    Complain(m_call.output, tools::Told(name, why));
   }
 
   void ReadFile(const QString& name, bool named) {
@@ -44,7 +44,7 @@ class InputReader {
       ++m_missed;
       return;
     }
-    Input input{ShownName(name), name, named, std::move(*snapshot)};
+    Input input{tools::ShownName(name), name, named, std::move(*snapshot)};
     if (!input.IsForeign()) ++m_snapshots;
     m_take(input);
   }
@@ -53,7 +53,7 @@ class InputReader {
   bool ReadFolder(const QString& name) {
     std::error_code error;
     std::vector<fs::directory_entry> entries;
-    for (fs::directory_iterator at(PathOf(name), error), end; !error && at != end; at.increment(error)) {
+    for (fs::directory_iterator at(tools::PathOf(name), error), end; !error && at != end; at.increment(error)) {
       entries.push_back(*at);
     }
     if (error) {
@@ -67,13 +67,13 @@ class InputReader {
 
   void ReadEntry(const fs::directory_entry& entry) {
     std::error_code none;
-    const QString name = NameFromPath(entry.path());
+    const QString name = tools::NameFromPath(entry.path());
     // A link to a folder may lead back; and whoever opens a pipe waits.
     if (entry.is_directory(none) && !entry.is_symlink(none)) {
       if (m_recursive) ReadFolder(name);
     } else if (entry.is_regular_file(none)) {
-      if (entry.file_size(none) <= kMostBytes) return ReadFile(name, false);
-      Input large{ShownName(name), name, false, {.known = false, .lines = 1}};
+      if (entry.file_size(none) <= tools::kMostBytes) return ReadFile(name, false);
+      Input large{tools::ShownName(name), name, false, {.known = false, .lines = 1}};
       large.snapshot.faults = {{0, 0, "not a snapshot: larger than any"}};
       m_take(large);
     }
@@ -90,9 +90,9 @@ class InputReader {
 
 std::optional<Snapshot> ReadNamed(const QString& path, Output& output) {
   QString error;
-  const auto bytes = LoadFile(path, error);
+  const auto bytes = tools::LoadFile(path, error);
   if (bytes) return ReadSnapshot({bytes->constData(), static_cast<std::size_t>(bytes->size())});
-  Complain(output, Told(path, error));
+  Complain(output, tools::Told(path, error));
   return std::nullopt;
 }
 

@@ -3,10 +3,11 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
-#include <optional>
+#include <memory>
 
+#include "tools/shared/files.h"
+#include "tools/shared/painting.h"
 #include "tools/vorel-snapshot/commands.h"
-#include "tools/vorel-snapshot/files.h"
 
 namespace {
 
@@ -20,15 +21,9 @@ bool Print(const QByteArray& bytes, std::FILE* stream) {
 
 int Main(int argc, char** argv) {
   QStringList arguments;
-  for (int i = 1; i < argc; ++i) arguments += tarnwell::vorel_snapshot::NameFromBytes(argv[i]);
-  std::optional<QGuiApplication> painting;
-  if (tarnwell::vorel_snapshot::NeedsPainting(arguments)) {
-    // No window is opened, so a picture is drawn without a display as well; Qt's remarks on locale and fonts are not
-    // for the operator.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
-    painting.emplace(argc, argv);
-  }
+  for (int i = 1; i < argc; ++i) arguments += tarnwell::tools::NameFromBytes(argv[i]);
+  std::unique_ptr<QGuiApplication> painting;
+  if (tarnwell::vorel_snapshot::NeedsPainting(arguments)) painting = tarnwell::tools::PreparePainting(argc, argv);
   tarnwell::vorel_snapshot::Output output;
   const int code = tarnwell::vorel_snapshot::Run(arguments, output);
   Print(output.err, stderr);

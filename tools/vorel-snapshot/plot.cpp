@@ -45,7 +45,7 @@ class SeriesFiller {
     for (std::size_t i = 0; i < entry.points.size(); ++i) Take(entry.points[i], static_cast<int>(i) + 1);
   }
 
-  const Series& Curve() const { return m_series; }
+  const tools::Series& Curve() const { return m_series; }
 
   /// What was left out; empty where nothing was.
   QString Note() const {
@@ -78,14 +78,14 @@ class SeriesFiller {
 
   bool m_secondAcross;
   bool m_gap = true;
-  Series m_series;
+  tools::Series m_series;
   std::vector<int> m_disabled;
   std::vector<int> m_notRead;
   std::vector<int> m_damaged;
 };
 
 /// One snapshot's curve of the table into the chart; why not, or what of it is missing, is the note.
-QString AddSeries(Chart& chart, const ChartRow& row, const Snapshot& snapshot) {
+QString AddSeries(tools::Chart& chart, const ChartRow& row, const Snapshot& snapshot) {
   const auto isTable = [&](const Entry& entry) { return entry.row->table && entry.row->name == row.table; };
   const auto entry = std::find_if(snapshot.entries.begin(), snapshot.entries.end(), isTable);
   SeriesFiller filler(row.secondAcross);
@@ -95,12 +95,12 @@ QString AddSeries(Chart& chart, const ChartRow& row, const Snapshot& snapshot) {
   return entry->points.empty() ? QStringLiteral("this amplifier has none") : filler.Note();
 }
 
-Chart MakeChart(const ChartRow& row, const Row& table, const std::vector<NamedSnapshot>& snapshots) {
+tools::Chart MakeChart(const ChartRow& row, const Row& table, const std::vector<NamedSnapshot>& snapshots) {
   const QString first = FieldTitle(table.table->first);
   const QString second = FieldTitle(table.table->second);
-  Chart chart{.title = QLatin1String(row.title),
-              .xTitle = row.secondAcross ? second : first,
-              .yTitle = row.secondAcross ? first : second};
+  tools::Chart chart{.title = QLatin1String(row.title),
+                     .xTitle = row.secondAcross ? second : first,
+                     .yTitle = row.secondAcross ? first : second};
   QStringList notes;
   for (const NamedSnapshot& named : snapshots) notes += AddSeries(chart, row, named.snapshot);
   const bool same = std::all_of(notes.begin(), notes.end(), [&](const QString& note) { return note == notes.front(); });
@@ -126,8 +126,8 @@ QString DetailsOf(const NamedSnapshot& named) {
 
 QString Separator() { return QStringLiteral("   %1   ").arg(QChar(0x00B7)); }
 
-std::vector<Chart> Charts(const std::vector<NamedSnapshot>& snapshots) {
-  std::vector<Chart> charts;
+std::vector<tools::Chart> Charts(const std::vector<NamedSnapshot>& snapshots) {
+  std::vector<tools::Chart> charts;
   for (const ChartRow& chart : kCharts) {
     for (const Row& row : Rows(Kind::kAmplifier)) {
       if (row.table && row.name == chart.table) charts.push_back(MakeChart(chart, row, snapshots));
@@ -136,14 +136,14 @@ std::vector<Chart> Charts(const std::vector<NamedSnapshot>& snapshots) {
   return charts;
 }
 
-Page PlotPage(const std::vector<NamedSnapshot>& snapshots) {
-  Page page{.title = TitleOf(snapshots.front()), .details = DetailsOf(snapshots.front())};
+tools::Page PlotPage(const std::vector<NamedSnapshot>& snapshots) {
+  tools::Page page{.title = TitleOf(snapshots.front()), .details = DetailsOf(snapshots.front())};
   if (snapshots.size() > 1) {
     page.title = QStringLiteral("Calibration tables, one over the other");
     page.details.clear();
     for (const NamedSnapshot& named : snapshots) page.legend += TitleOf(named) + Separator() + DetailsOf(named);
   }
-  for (Chart& chart : Charts(snapshots)) {
+  for (tools::Chart& chart : Charts(snapshots)) {
     if (chart.IsEmpty()) {
       page.notes += chart.title + QStringLiteral(": ") + chart.notes.join(QStringLiteral("; "));
     } else {

@@ -142,9 +142,9 @@ bool Trend::IsEmpty() const {
   return true;
 }
 
-Chart Trend::MakeChart(std::size_t quantity) const {
+tools::Chart Trend::MakeChart(std::size_t quantity) const {
   const Field field = FieldOf(m_quantities[quantity]);
-  Chart chart{.title = NameOf(m_quantities[quantity]), .yTitle = FieldTitle(field), .timeAcross = true};
+  tools::Chart chart{.title = NameOf(m_quantities[quantity]), .yTitle = FieldTitle(field), .timeAcross = true};
   chart.series.resize(static_cast<std::size_t>(m_devices.size()));
   std::vector<const Value*> values;
   std::size_t device = 0;
@@ -156,7 +156,7 @@ Chart Trend::MakeChart(std::size_t quantity) const {
       ++device;
       gap = true;
     }
-    Series& series = chart.series[device];
+    tools::Series& series = chart.series[device];
     if (value.kind == Value::Kind::kDisabled) series.marked.push_back(sample.time);
     if (IsNumber(value)) {
       if (gap) series.runs.emplace_back();
@@ -168,14 +168,14 @@ Chart Trend::MakeChart(std::size_t quantity) const {
   return chart;
 }
 
-Page Trend::Picture() const {
+tools::Page Trend::Picture() const {
   const auto [first, last] = std::minmax_element(m_samples.begin(), m_samples.end(),
                                                  [](const Sample& a, const Sample& b) { return a.time < b.time; });
   const auto day = [](double time) {
     return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(time), Qt::UTC).date().toString(Qt::ISODate);
   };
-  Page page{.title = QStringLiteral("%1 to %2").arg(day(first->time), day(last->time)),
-            .details = QStringLiteral("%1 snapshots").arg(m_samples.size())};
+  tools::Page page{.title = QStringLiteral("%1 to %2").arg(day(first->time), day(last->time)),
+                   .details = QStringLiteral("%1 snapshots").arg(m_samples.size())};
   if (m_devices.size() == 1) {
     page.title = m_devices.first() + Separator() + page.title;
   } else {

@@ -5,8 +5,8 @@
 #include <QStringList>
 #include <vector>
 
+#include "tools/shared/page.h"
 #include "tools/vorel-snapshot/inputs.h"
-#include "tools/vorel-snapshot/page.h"
 
 namespace tarnwell::vorel_snapshot {
 
@@ -39,7 +39,7 @@ class Trend {
 
   /// Whether there is no number to draw.
   bool IsEmpty() const;
-  Page Picture() const;
+  tools::Page Picture() const;
 
   /// Rows of value, device, time, number, unit, state, file, with a heading.
   QByteArray Csv() const;
@@ -52,7 +52,7 @@ class Trend {
     std::vector<Value> values;  ///< one a quantity; kLost where it is damaged
   };
 
-  Chart MakeChart(std::size_t quantity) const;
+  tools::Chart MakeChart(std::size_t quantity) const;
   QString DeviceOf(const Input& input) const;
   bool HasNumber(std::size_t quantity) const;
 

@@ -3,18 +3,27 @@
 #include <QPolygonF>
 #include <QString>
 #include <QStringList>
+#include <optional>
+#include <utility>
 #include <vector>
 
 class QFont;
 class QPainter;
 class QRectF;
 
-namespace tarnwell::vorel_snapshot {
+namespace tarnwell::tools {
 
 /// One curve. Its place among the chart's, drawn or not, gives its look.
 struct Series {
   std::vector<QPolygonF> runs = {};  ///< points that follow one another; a gap stands between two runs
   std::vector<double> marked = {};   ///< on the x axis: what is disabled
+};
+
+/// A stretch of the x axis, tinted behind the curves.
+struct Band {
+  double from;
+  double to;
+  int lane;  ///< its place among the chart's lanes
 };
 
 /// Curves with their axes.
@@ -25,6 +34,11 @@ struct Chart {
   QString yTitle = {};
   bool timeAcross = false;  ///< the x axis is in seconds since the start of 1970
   std::vector<Series> series = {};
+  std::vector<Band> bands = {};
+  QStringList lanes = {};  ///< names of kinds of bands; each is a line above the curves
+  int leftMargin = 84;     ///< logical pixels for the y axis and the lanes' names
+  /// What the x axis spans at least; unset: what there is to draw.
+  std::optional<std::pair<double, double>> xSpan = {};
 
   bool IsEmpty() const;
 };
@@ -40,7 +54,7 @@ struct Ticks {
 };
 Ticks MakeTicks(double least, double greatest, int about);
 
-/// Days, months or years along an axis, in order: at most about so many, none outside.
+/// Seconds to years along an axis, in order: at most about so many, none outside.
 struct DateTick {
   double at;
   QString text;
@@ -56,4 +70,4 @@ void DrawSample(QPainter& painter, const QRectF& area, std::size_t index);
 /// A font of the picture.
 QFont PictureFont(int pixels, bool bold = false);
 
-}  // namespace tarnwell::vorel_snapshot
+}  // namespace tarnwell::tools

@@ -1,8 +1,10 @@
-#include "tools/vorel-line/ending.h"
+#include "sim/ending.h"
+
+#include <poll.h>
 
 #include <initializer_list>
 
-namespace tarnwell::vorel_line {
+namespace tarnwell::sim {
 
 namespace {
 
@@ -30,6 +32,11 @@ sigset_t PrepareEnding() {
   return whileWaiting;
 }
 
+void Rest(const sigset_t& whileWaiting, std::int64_t microseconds) {
+  const timespec wait{microseconds / 1'000'000, microseconds % 1'000'000 * 1000};
+  ppoll(nullptr, 0, &wait, &whileWaiting);
+}
+
 bool EndAsked() { return endAsked != 0; }
 
-}  // namespace tarnwell::vorel_line
+}  // namespace tarnwell::sim

@@ -1,4 +1,4 @@
-#include "tools/vorel-snapshot/page.h"
+#include "tools/shared/page.h"
 
 #include <QBuffer>
 #include <QFont>
@@ -8,7 +8,7 @@
 #include <QSvgGenerator>
 #include <algorithm>
 
-namespace tarnwell::vorel_snapshot {
+namespace tarnwell::tools {
 
 namespace {
 
@@ -43,7 +43,8 @@ class Layout {
       left += width;
     }
     m_chartsTop = page.legend.empty() ? kMargin + kHeaderHeight : top + kLineHeight + kMargin / 2;
-    const int rows = (static_cast<int>(page.charts.size()) + 1) / 2;
+    m_columns = page.oneARow ? 1 : 2;
+    const int rows = (static_cast<int>(page.charts.size()) + m_columns - 1) / m_columns;
     m_chartHeight = rows == 1 ? kLoneHeight : kChartHeight;
     m_notesTop = m_chartsTop + rows * (m_chartHeight + kBetween) - kMargin / 2;
     const int notes = static_cast<int>(page.notes.size());
@@ -54,17 +55,17 @@ class Layout {
   const QRect& Legend(std::size_t index) const { return m_legend[index]; }
   QRect Note(int index) const { return {kMargin, m_notesTop + index * kLineHeight, kInner, kLineHeight}; }
 
-  /// Two a row; the last of an odd count has the row to itself.
-  QRect ChartArea(std::size_t index, std::size_t count) const {
+  /// The last of an odd count has the row to itself.
+  QRect ChartArea(int index, int count) const {
     const int half = (kInner - kBetween) / 2;
-    const bool alone = index % 2 == 0 && index + 1 == count;
-    return {kMargin + static_cast<int>(index % 2) * (half + kBetween),
-            m_chartsTop + static_cast<int>(index / 2) * (m_chartHeight + kBetween), alone ? kInner : half,
-            m_chartHeight};
+    const bool alone = m_columns == 1 || (index % 2 == 0 && index + 1 == count);
+    return {kMargin + index % m_columns * (half + kBetween),
+            m_chartsTop + index / m_columns * (m_chartHeight + kBetween), alone ? kInner : half, m_chartHeight};
   }
 
  private:
   std::vector<QRect> m_legend;
+  int m_columns;
   int m_chartsTop;
   int m_chartHeight;
   int m_notesTop;
@@ -97,7 +98,7 @@ void Draw(QPainter& painter, const Page& page, const Layout& layout) {
     DrawLine(painter, area.adjusted(kSampleWidth, 0, 0, 0), page.legend[static_cast<int>(i)]);
   }
   for (std::size_t i = 0; i < page.charts.size(); ++i) {
-    DrawChart(painter, layout.ChartArea(i, page.charts.size()), page.charts[i]);
+    DrawChart(painter, layout.ChartArea(static_cast<int>(i), static_cast<int>(page.charts.size())), page.charts[i]);
   }
   painter.setFont(PictureFont(13));
   painter.setPen(QColor(kQuiet));
@@ -135,4 +136,4 @@ QByteArray DrawPage(const Page& page, const QString& format) {
   return bytes;
 }
 
-}  // namespace tarnwell::vorel_snapshot
+}  // namespace tarnwell::tools

@@ -1,4 +1,4 @@
-#include "tools/vorel-snapshot/files.h"
+#include "tools/shared/files.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -10,7 +10,7 @@
 
 #include "platform/text_encoding.h"
 
-namespace tarnwell::vorel_snapshot {
+namespace tarnwell::tools {
 
 namespace {
 
@@ -152,4 +152,4 @@ bool WriteWhole(const QString& name, const QByteArray& bytes, QString& error) {
   return false;
 }
 
-}  // namespace tarnwell::vorel_snapshot
+}  // namespace tarnwell::tools

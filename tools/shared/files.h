@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <optional>
 
-namespace tarnwell::vorel_snapshot {
+namespace tarnwell::tools {
 
 // A file's name goes through the program as QString, also where it is no UTF-8: such a byte stands in it as a lone
 // surrogate, U+DC00 and the byte, and becomes the byte again where the file is opened.
@@ -34,4 +34,4 @@ bool IsSameFile(const QString& a, const QString& b);
 /// a pipe or a link to one would be gone.
 bool WriteWhole(const QString& name, const QByteArray& bytes, QString& error);
 
-}  // namespace tarnwell::vorel_snapshot
+}  // namespace tarnwell::tools

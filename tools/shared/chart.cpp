@@ -1,4 +1,4 @@
-#include "tools/vorel-snapshot/chart.h"
+#include "tools/shared/chart.h"
 
 #include <QFont>
 #include <QPainter>
@@ -7,7 +7,7 @@
 #include <array>
 #include <cmath>
 
-namespace tarnwell::vorel_snapshot {
+namespace tarnwell::tools {
 
 namespace {
 
@@ -30,6 +30,12 @@ constexpr double kPointRadius = 3.0;
 constexpr double kSmallRadius = 2.0;
 constexpr qsizetype kMany = 60;  ///< points of a curve
 constexpr double kCrossArm = 4.5;
+constexpr qsizetype kDense = 400;  ///< points of a curve that are drawn as a line alone
+constexpr double kLaneHeight = 18.0;
+constexpr double kBarHeight = 8.0;
+constexpr double kLanesGap = 10.0;  // between the lanes and the plane
+constexpr double kLeastBar = 1.5;
+constexpr int kTint = 34;  // of 255
 
 struct Range {
   double least;
@@ -39,6 +45,7 @@ struct Range {
 /// Of all that is drawn; the marks count along the x axis.
 Range RangeOf(const Chart& chart, bool across) {
   std::vector<double> values;
+  if (across && chart.xSpan) values = {chart.xSpan->first, chart.xSpan->second};
   for (const Series& series : chart.series) {
     if (across) values.insert(values.end(), series.marked.begin(), series.marked.end());
     for (const QPolygonF& run : series.runs) {
@@ -72,8 +79,9 @@ Axis NumberAxis(const Range& range, int about) {
 }
 
 Axis TimeAxis(const Range& range, int about) {
-  constexpr double kLeastMargin = 3600.0;  // seconds
-  const double margin = std::max((range.greatest - range.least) / 50.0, kLeastMargin);
+  constexpr double kLoneMargin = 3600.0;  // seconds about a moment
+  const double span = range.greatest - range.least;
+  const double margin = span > 0.0 ? std::max(span / 50.0, 1.0) : kLoneMargin;
   const Range wide{range.least - margin, range.greatest + margin};
   return {wide, MakeDateTicks(wide.least, wide.greatest, about)};
 }
@@ -126,6 +134,45 @@ void DrawAxes(QPainter& painter, const Plane& plane) {
   painter.drawLine(area.topLeft(), area.bottomLeft());
 }
 
+QColor ColourOf(std::size_t index) { return QColor(kColours[index % kColours.size()]); }
+
+/// Its colours go on where those of the curves end.
+QColor LaneColour(const Chart& chart, int lane) {
+  return ColourOf(chart.series.size() + static_cast<std::size_t>(lane));
+}
+
+double LanesHeight(const Chart& chart) {
+  return chart.lanes.isEmpty() ? 0.0 : kLaneHeight * static_cast<double>(chart.lanes.size()) + kLanesGap;
+}
+
+/// Tints over the whole height; above the plane a bar in the band's lane tells bands apart without colours.
+void DrawBands(QPainter& painter, const Plane& plane, const Chart& chart) {
+  const QRectF& area = plane.Area();
+  painter.setFont(PictureFont(kTextPixels));
+  const double top = area.top() - LanesHeight(chart);
+  for (int lane = 0; lane < chart.lanes.size(); ++lane) {
+    const QRectF name(area.left() - chart.leftMargin, top + kLaneHeight * lane, chart.leftMargin - 8.0, kLaneHeight);
+    painter.setPen(QColor(kInk));
+    painter.drawText(
+        name, Qt::AlignRight | Qt::AlignVCenter,
+        painter.fontMetrics().elidedText(chart.lanes[lane], Qt::ElideRight, static_cast<int>(name.width())));
+    painter.setPen(QPen(QColor(kGrid), 1.0));
+    painter.drawLine(QPointF(area.left(), name.center().y()), QPointF(area.right(), name.center().y()));
+  }
+  painter.setPen(Qt::NoPen);
+  for (const Band& band : chart.bands) {
+    const double left = plane.PixelX(band.from);
+    const double width = std::max(plane.PixelX(band.to) - left, kLeastBar);
+    QColor colour = LaneColour(chart, band.lane);
+    if (band.lane < chart.lanes.size()) {
+      const double centre = top + kLaneHeight * (band.lane + 0.5);
+      painter.fillRect(QRectF(left, centre - kBarHeight / 2, width, kBarHeight), colour);
+    }
+    colour.setAlpha(kTint);
+    painter.fillRect(QRectF(left, area.top(), width, area.height()), colour);
+  }
+}
+
 void DrawAxisTitles(QPainter& painter, const QRectF& area, const Chart& chart) {
   painter.setFont(PictureFont(kTextPixels));
   painter.setPen(QColor(kInk));
@@ -136,8 +183,6 @@ void DrawAxisTitles(QPainter& painter, const QRectF& area, const Chart& chart) {
   painter.drawText(QRectF(-area.height() / 2, -10, area.height(), 20), Qt::AlignCenter, chart.yTitle);
   painter.restore();
 }
-
-QColor ColourOf(std::size_t index) { return QColor(kColours[index % kColours.size()]); }
 
 QPen PenOf(std::size_t index) {
   QPen pen(ColourOf(index), 1.8, kDashes[index % kDashes.size()], Qt::FlatCap, Qt::RoundJoin);
@@ -169,6 +214,7 @@ void DrawRun(QPainter& painter, const QPolygonF& pixels, double radius, std::siz
   painter.drawPolyline(pixels);
   painter.setPen(Qt::NoPen);
   painter.setBrush(ColourOf(index));
+  if (pixels.size() > kDense) return;
   for (const QPointF& pixel : pixels) DrawPoint(painter, pixel, radius, index);
 }
 
@@ -226,7 +272,9 @@ void DrawChart(QPainter& painter, const QRectF& area, const Chart& chart) {
   DrawHeading(painter, area, chart);
   if (chart.IsEmpty()) return;
   const auto notes = static_cast<double>(std::max<qsizetype>(chart.notes.size(), 1));
-  const Plane plane(chart, area.adjusted(84, 36 + notes * kNoteHeight, -14, chart.xTitle.isEmpty() ? -34 : -54));
+  const double above = 36 + notes * kNoteHeight + LanesHeight(chart);
+  const Plane plane(chart, area.adjusted(chart.leftMargin, above, -14, chart.xTitle.isEmpty() ? -34 : -54));
+  DrawBands(painter, plane, chart);
   DrawAxes(painter, plane);
   DrawAxisTitles(painter, plane.Area(), chart);
   for (std::size_t i = 0; i < chart.series.size(); ++i) DrawSeries(painter, plane, chart, i);
@@ -247,4 +295,4 @@ QFont PictureFont(int pixels, bool bold) {
   return font;
 }
 
-}  // namespace tarnwell::vorel_snapshot
+}  // namespace tarnwell::tools

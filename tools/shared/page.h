@@ -5,9 +5,9 @@
 #include <QStringList>
 #include <vector>
 
-#include "tools/vorel-snapshot/chart.h"
+#include "tools/shared/chart.h"
 
-namespace tarnwell::vorel_snapshot {
+namespace tarnwell::tools {
 
 /// A picture with charts.
 struct Page {
@@ -16,9 +16,10 @@ struct Page {
   QStringList legend = {};  ///< one a series, in the order of every chart's; none where there is one
   std::vector<Chart> charts = {};
   QStringList notes = {};  ///< below the charts
+  bool oneARow = false;    ///< charts over the whole width, and not two beside one another
 };
 
 /// The page as a file's bytes; `format` is "svg" or "png". Needs a QGuiApplication.
 QByteArray DrawPage(const Page& page, const QString& format);
 
-}  // namespace tarnwell::vorel_snapshot
+}  // namespace tarnwell::tools
