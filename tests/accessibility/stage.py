@@ -20,15 +20,25 @@ class Stage:
         link = os.path.join(self.folder.name, "tarnwell", "ports", "com1")
         os.makedirs(os.path.dirname(link))
         trace = os.path.join(self.folder.name, "trace")
-        self.simulator = self.start(["vorel-sim", "--link", link, "--seed", "0", "--trace", *simulator], environment,
+        device = self.device_end(link)
+        self.simulator = self.start(["vorel-sim", "--link", device, "--seed", "0", "--trace", *simulator], environment,
                                     stdin=subprocess.PIPE, stdout=open(trace, "w"), text=True)
         self.trace = open(trace)
-        self.until("the simulated device", lambda: os.path.exists(link))
+        self.until("the simulated device", lambda: os.path.exists(device))
+        self.join(device, link)
+        self.until("the line", lambda: os.path.exists(link))
         self.listener = Atspi.EventListener.new(self.note)
         for kind in ("object:state-changed", "object:property-change"):
             self.listener.register(kind)
         self.console = self.start(["tarnwell"], environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
         self.until("the console", self.windows)
+
+    def device_end(self, link):
+        """Where the device has its end of the line; it is the console's own where nothing is between them."""
+        return link
+
+    def join(self, device, link):
+        """Starts what is between device and console."""
 
     def __enter__(self):
         return self
@@ -40,7 +50,9 @@ class Stage:
         self.folder.cleanup()
 
     def start(self, command, environment, **streams):
-        process = subprocess.Popen([os.path.join(sys.argv[1], command[0]), *command[1:]], env=environment, **streams)
+        program = os.path.join(sys.argv[1], command[0])
+        program = program if os.path.exists(program) else command[0]
+        process = subprocess.Popen([program, *command[1:]], env=environment, **streams)
         self.children.append(process)
         return process
 
@@ -49,12 +61,15 @@ class Stage:
         self.simulator.stdin.write(command + "\n")
         self.simulator.stdin.flush()
 
-    def commands(self):
-        """What the device was told since the last call: requests that ask nothing."""
+    def requests(self):
+        """What the device was sent since the last call of this or of commands()."""
         self.begun += self.trace.read()
         *lines, self.begun = self.begun.split("\n")
-        sent = [line.split(" > ")[1] for line in lines if " > " in line]
-        return [request for request in sent if "?" not in request]
+        return [line.split(" > ")[1] for line in lines if " > " in line]
+
+    def commands(self):
+        """The requests since the last call that ask nothing."""
+        return [request for request in self.requests() if "?" not in request]
 
     def note(self, event):
         try:
