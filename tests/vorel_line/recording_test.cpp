@@ -214,7 +214,7 @@ TEST(Events, ASessionAsAnOperatorsLog) {
             "command clear alarms (ZA): no alarm\n"
             "alarm POWER_AMP1_FAIL cleared\n"
             "status online, RF on\n"
-            "command status (S=X): online, RF muted\n"
+            "command RF muted (S=X): online, RF muted\n"
             "status online, RF muted\n"
             "link lost: no answer to S?\n"
             "link back\n");

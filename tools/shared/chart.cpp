@@ -28,6 +28,7 @@ constexpr int kTextPixels = 13;
 constexpr double kNoteHeight = 20.0;
 constexpr double kPointRadius = 3.0;
 constexpr double kSmallRadius = 2.0;
+constexpr double kLeastRadius = 1.2;
 constexpr qsizetype kMany = 60;  ///< points of a curve
 constexpr double kCrossArm = 4.5;
 constexpr qsizetype kDense = 400;  ///< points of a curve that are drawn as a line alone
@@ -214,14 +215,17 @@ void DrawRun(QPainter& painter, const QPolygonF& pixels, double radius, std::siz
   painter.drawPolyline(pixels);
   painter.setPen(Qt::NoPen);
   painter.setBrush(ColourOf(index));
-  if (pixels.size() > kDense) return;
-  for (const QPointF& pixel : pixels) DrawPoint(painter, pixel, radius, index);
+  // A point alone has no line that would show it.
+  if (radius == 0.0 && pixels.size() > 1) return;
+  for (const QPointF& pixel : pixels) DrawPoint(painter, pixel, std::max(radius, kLeastRadius), index);
 }
 
-/// Small where there are many; of a few curves that may lie on one another the lower ones show below the upper.
+/// Small where there are many, none where they are dense; of a few curves that may lie on one another the lower ones
+/// show below the upper.
 double PointRadius(const Chart& chart, std::size_t index) {
   qsizetype count = 0;
   for (const QPolygonF& run : chart.series[index].runs) count += run.size();
+  if (count > kDense) return 0.0;
   const double below = static_cast<double>(chart.series.size() - 1 - index);
   return (count > kMany ? kSmallRadius : kPointRadius) + (chart.series.size() <= 3 ? 1.6 * below : 0.0);
 }

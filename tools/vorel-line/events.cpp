@@ -99,7 +99,8 @@ void Events::FollowStatus(const Turn& turn, Device& device, std::string_view rep
 
 void Events::TellCommand(const Turn& turn, const std::string& outcome, std::string reply) {
   const char* const type = KindOf(turn.request) == RequestKind::kCommand ? "command" : "setting";
-  const std::string text = NameOf(turn.request) + " (" + Readable(turn.request) + "): " + outcome;
+  const std::string text =
+      m_devices[turn.address].words.Asks(turn.request) + " (" + Readable(turn.request) + "): " + outcome;
   m_sink({turn.at, turn.offset, type, text, turn.request, std::move(reply), {}});
 }
 

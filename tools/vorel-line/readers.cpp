@@ -106,7 +106,8 @@ class Transcript {
     switch (turn.what) {
       case What::kAsked: {
         const std::string what = KindOf(turn.request) == RequestKind::kQuery ? "? " : "! ";
-        return what + NameOf(turn.request) + (turn.attempt > 1 ? ", try " + std::to_string(turn.attempt) : "");
+        return what + m_words[turn.address].Asks(turn.request) +
+               (turn.attempt > 1 ? ", try " + std::to_string(turn.attempt) : "");
       }
       case What::kAnswer:
         return Answer(turn);

@@ -156,7 +156,12 @@ class Recorder {
     }
     m_frame += bytes;
     m_sent += bytes.size();
-    m_releaseAt = m_raisedAt + static_cast<std::int64_t>(link::TransmitTime(m_device.Settings(), m_sent) * 1e6);
+    // What comes in pieces, as over a network, begins anew with each.
+    m_releaseAt = std::max(m_raisedAt + Window(m_sent), now + Window(bytes.size()));
+  }
+
+  std::int64_t Window(std::size_t bytes) const {
+    return static_cast<std::int64_t>(link::TransmitTime(m_device.Settings(), bytes) * 1e6);
   }
 
   /// The two moments of a half-duplex line: the first bit behind RTS, and the end of the window.

@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <set>
 
 #include "link/frame_codec.h"
 #include "sim/ending.h"
@@ -34,22 +35,17 @@ class Player {
   void Run(const sigset_t& whileWaiting) {
     while (!sim::EndAsked()) {
       pollfd polled{m_line.Descriptor(), POLLIN, 0};
-      const std::int64_t left = m_due.empty() ? 0 : std::max<std::int64_t>(m_due.front().at - Now(), 0);
+      const std::int64_t left = m_due.empty() ? 0 : std::max<std::int64_t>(m_due.begin()->first - Now(), 0);
       const timespec wait{left / 1'000'000, left % 1'000'000 * 1000};
       if (ppoll(&polled, 1, m_due.empty() ? nullptr : &wait, &whileWaiting) > 0) Read();
-      for (; !m_due.empty() && m_due.front().at <= Now(); m_due.pop_front()) {
-        const std::string& bytes = m_due.front().bytes;
+      for (; !m_due.empty() && m_due.begin()->first <= Now(); m_due.erase(m_due.begin())) {
+        const std::string& bytes = m_due.begin()->second;
         if (::write(m_line.Descriptor(), bytes.data(), bytes.size()) < 0) std::fputs("vorel-line: lost\n", stderr);
       }
     }
   }
 
  private:
-  struct Due {
-    std::int64_t at;
-    std::string bytes;
-  };
-
   void Read() {
     std::array<char, 512> buffer;
     const ssize_t count = ::read(m_line.Descriptor(), buffer.data(), buffer.size());
@@ -64,11 +60,13 @@ class Player {
   void Answer() {
     const auto reply = m_script.Next(m_frame);
     if (!reply || reply->last) Complain(!reply ? "not in the recording: " : "asked more often than recorded: ");
-    if (reply && !reply->bytes.empty()) m_due.push_back({Now() + (m_fast ? 0 : reply->took), reply->bytes});
+    if (reply && !reply->bytes.empty()) m_due.emplace(Now() + (m_fast ? 0 : reply->took), reply->bytes);
     m_frame.clear();
   }
 
+  /// Once a request: a console that polls would fill the terminal.
   void Complain(const char* what) {
+    if (!m_told.insert(m_frame).second) return;
     std::printf("%s%s\n", what, Readable(m_frame).c_str());
     std::fflush(stdout);
   }
@@ -77,7 +75,8 @@ class Player {
   sim::Line& m_line;
   bool m_fast;
   std::string m_frame;
-  std::deque<Due> m_due;
+  std::multimap<std::int64_t, std::string> m_due;  // what is to be sent, by its moment
+  std::set<std::string> m_told;
 };
 
 }  // namespace

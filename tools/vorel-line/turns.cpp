@@ -132,7 +132,7 @@ void Turns::End() {
 void Turns::Tell(What what, std::int64_t at, std::string bytes, Fault fault) {
   const bool last = fault != Fault::kNone && m_attempt >= TriesFor(m_request);
   m_sink({what, at, m_offset, std::move(bytes), m_request, m_frame.size() > 1 ? m_frame[1] : '@', m_attempt, last,
-          fault, m_gatheredAt - m_askedAt});
+          fault, at - m_askedAt});
 }
 
 }  // namespace tarnwell::vorel_line

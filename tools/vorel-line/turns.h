@@ -35,7 +35,7 @@ struct Turn {
   int attempt = 1;             ///< of the same request, in a row
   bool last = false;           ///< a failure that the console doesn't try again
   Fault fault = Fault::kNone;  ///< of an answer or a silence
-  std::int64_t took = 0;       ///< of an answer: microseconds from the request's first byte to its own first
+  std::int64_t took = 0;       ///< microseconds from the request's first byte to its own first
 };
 
 /// Finds requests and answers in records, by the console's own rules.

@@ -225,6 +225,12 @@ std::string Words::Meaning(View reply) const {
   return text;
 }
 
+std::string Words::Asks(View request) const {
+  const View command = protocol::kStatusQuery.expected;
+  const std::string words = request.starts_with(command) ? StatusWords(request.substr(command.size())) : std::string();
+  return words.empty() ? NameOf(request) : words;
+}
+
 std::string Words::StatusWords(View letters) const {
   std::string words;
   if (IsController()) {

@@ -31,6 +31,9 @@ class Words {
   /// "online, RF on" for "S=OT"; a reply without a meaning of its own as it is.
   std::string Meaning(std::string_view reply) const;
 
+  /// What a request asks or commands: "status", "standby" for "S=S".
+  std::string Asks(std::string_view request) const;
+
   /// "5V_RAIL_LOW" for slot 0.
   std::string AlarmName(int slot) const;
   const std::string& Model() const { return m_model; }
