@@ -32,7 +32,8 @@ and clears alarms, edits every stored setting and the calibration tables, and
 saves snapshots.
 
 The companion program vorel-snapshot checks, compares, plots and exports these
-snapshots.")
+snapshots; vorel-line records, reads, plots and replays what goes between the
+console and its device.")
 
 set(CPACK_DEBIAN_VOREL-SIM_PACKAGE_NAME vorel-sim)
 set(CPACK_DEBIAN_VOREL-SIM_PACKAGE_SECTION electronics)
