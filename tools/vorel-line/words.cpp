@@ -30,7 +30,7 @@ const Row kRows[] = {
     {&protocol::kStatusQuery, "status", ""},
     {&protocol::kAlarmQuery, "alarms", ""},
     {&protocol::kAddressQuery, "address", ""},
-    {&protocol::kPriorityOrDiodeQuery, "priority path", ""},
+    {&protocol::kPriorityOrDiodeQuery, "priority path or PiN diode", ""},
     {&protocol::kConfigurationQuery, "configuration", ""},
     {&protocol::kOnlineQuery, "amplifiers online", ""},
     {&protocol::kPathAQuery, "path A", ""},
@@ -218,7 +218,7 @@ std::string Words::Meaning(View reply) const {
   if (tag == "A") return AlarmWords(value);
   if (tag == "U" && value.size() == 1) return "address " + std::to_string(value[0] - '@');
   const Row* row = FindRow(tag);
-  const std::string name = NameOf(reply);
+  const std::string name = Name(reply);
   if (value == "D") return name + " disabled";
   std::string text = name + " " + Readable(value);
   if (row != nullptr && !row->unit.empty()) (text += ' ') += row->unit;
@@ -228,7 +228,13 @@ std::string Words::Meaning(View reply) const {
 std::string Words::Asks(View request) const {
   const View command = protocol::kStatusQuery.expected;
   const std::string words = request.starts_with(command) ? StatusWords(request.substr(command.size())) : std::string();
-  return words.empty() ? NameOf(request) : words;
+  return words.empty() ? Name(request) : words;
+}
+
+/// A controller and an amplifier are asked one thing by the same letters.
+std::string Words::Name(View text) const {
+  if (m_model.empty() || Tag(text) != Tag(protocol::kPriorityOrDiodeQuery.text)) return NameOf(text);
+  return IsController() ? "priority path" : "PiN diode";
 }
 
 std::string Words::StatusWords(View letters) const {

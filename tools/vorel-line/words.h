@@ -40,6 +40,7 @@ class Words {
   bool IsController() const { return m_device.SSPAType == link::kRedundancyController; }
 
  private:
+  std::string Name(std::string_view text) const;
   std::string StatusWords(std::string_view letters) const;
   std::string AlarmWords(std::string_view letters) const;
 
