@@ -217,14 +217,18 @@ TEST_F(SnapshotCommands, WriteWholeFilesOrNoneAndSayWhy) {
   ASSERT_EQ(mkfifo(path("pipe.svg").c_str(), 0600), 0);
   ASSERT_EQ(symlink("pipe.svg", path("link.csv").c_str()), 0);
   ASSERT_EQ(symlink("nowhere", path("gone.csv").c_str()), 0);
-  for (const char* target : {"plot a.txt -o pipe.svg", "export --csv a.txt -o link.csv",
-                             "export --csv a.txt -o gone.csv", "export --csv a.txt -o ./a.txt"}) {
+  QDir(m_folder.path()).mkdir(QStringLiteral("f.d"));
+  Write("f.d/w.csv", SampleFile("amplifier.txt"));
+  for (const char* target :
+       {"plot a.txt -o pipe.svg", "export --csv a.txt -o link.csv", "export --csv a.txt -o gone.csv",
+        "export --csv a.txt -o ./a.txt", "trend f.d -o f.d/../f.d/w.csv"}) {
     EXPECT_EQ(Run(QLatin1String(target)), 2) << target;
     EXPECT_NE(m_err.find(": not replaced\n"), std::string::npos) << m_err;
   }
   struct stat pipe {};
   EXPECT_TRUE(stat(path("link.csv").c_str(), &pipe) == 0 && S_ISFIFO(pipe.st_mode));
-  EXPECT_EQ(Run(QStringLiteral("verify a.txt")), 0);
+  EXPECT_EQ(Run(QStringLiteral("verify a.txt f.d/w.csv")), 0);
+  EXPECT_EQ(Run(QStringLiteral("trend f.d -o f.d/t.csv")) + Run(QStringLiteral("trend f.d -o f.d/t.csv")), 0);
   {
     const FileLimit full(4096);
     EXPECT_EQ(Run(QStringLiteral("export --csv a.txt -o old.csv")), 2);
