@@ -14,6 +14,7 @@
 #include <QJsonObject>
 #include <QSvgRenderer>
 #include <QTemporaryDir>
+#include <QXmlStreamReader>
 #include <filesystem>
 #include <functional>
 
@@ -50,6 +51,11 @@ class SnapshotCommands : public testing::Test {
     QFile file(m_folder.filePath(QLatin1String(name)));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(bytes.data(), static_cast<qint64>(bytes.size()));
+  }
+
+  QByteArray Load(const char* name) {
+    QFile file(m_folder.filePath(QLatin1String(name)));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
   }
 
   /// The amplifier's file with other texts in some lines, by their numbers.
@@ -322,7 +328,8 @@ TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {
 }
 
 TEST_F(SnapshotCommands, PlotDrawsTheGoodPointsAndTellsTheOthers) {
-  std::string file = Changed({{36, "[rf temp comp points (\xB0\x43,dB)] NA"},
+  std::string file = Changed({{2, "[file description] R&D \"<2>\""},
+                              {36, "[rf temp comp points (\xB0\x43,dB)] NA"},
                               {38, "[sys temp comp points (\xB0\x43,dB)] (20, 0), (30, D), (60, -1)"},
                               {41, "[rf level table (dBm,V)] (29, 1.64), (#ERR, #ERR), (31, 2.06), (32, 2.27)"}});
   file[At(47, 79)] = 'x';
@@ -344,6 +351,11 @@ TEST_F(SnapshotCommands, PlotDrawsTheGoodPointsAndTellsTheOthers) {
       << "no place for what it lacks";
   EXPECT_EQ(Run(QStringLiteral("plot a.txt -o p.SVG")), 1);
   EXPECT_TRUE(QSvgRenderer(m_folder.filePath(QStringLiteral("p.SVG"))).isValid());
+  QXmlStreamReader svg(Load("p.SVG"));
+  while (!svg.atEnd() && svg.name() != QLatin1String("title")) svg.readNext();
+  EXPECT_EQ(svg.readElementText().toStdString(), "240W C-BAND   \xC2\xB7   R&D \"<2>\"");
+  while (!svg.atEnd()) svg.readNext();
+  EXPECT_FALSE(svg.hasError()) << svg.errorString().toStdString();
   EXPECT_EQ(Run(QStringLiteral("plot a.txt -o nowhere/p.png")), 2);
 }
 
@@ -381,12 +393,10 @@ TEST_F(SnapshotCommands, TrendFollowsValuesOverTimeByDevice) {
   Write("f.d/c", SampleFile("controller.txt"));
   EXPECT_EQ(Run(QStringLiteral("trend f.d --of rf_level --of rf_max --of pin_diode_table:3 -o t.csv")), 1);
   EXPECT_NE(m_err.find("f.d/w: left out"), std::string::npos) << m_err;
-  QFile csv(m_folder.filePath(QStringLiteral("t.csv")));
-  ASSERT_TRUE(csv.open(QIODevice::ReadOnly));
   const QString one = QStringLiteral(",\"240W C-BAND, address 1\",");
   const QString two = QStringLiteral(",\"240W C-BAND, address 2\",");
   QString told =
-      QString::fromUtf8(csv.readAll()).replace(one, QStringLiteral(" 1 ")).replace(two, QStringLiteral(" 2 "));
+      QString::fromUtf8(Load("t.csv")).replace(one, QStringLiteral(" 1 ")).replace(two, QStringLiteral(" 2 "));
   told.replace(QStringLiteral("T10:00:00,"), QStringLiteral(" ")).remove(m_folder.path() + QStringLiteral("/f.d/"));
   EXPECT_EQ(told.toStdString(),
             "value,device,time,number,unit,state,file\n"

@@ -105,35 +105,42 @@ void Draw(QPainter& painter, const Page& page, const Layout& layout) {
   for (int i = 0; i < page.notes.size(); ++i) DrawLine(painter, layout.Note(i), page.notes[i]);
 }
 
-void WriteSvg(QBuffer& buffer, const Page& page, const Layout& layout) {
+QByteArray Svg(const Page& page, const Layout& layout) {
+  const QString place = QStringLiteral("title");
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
   QSvgGenerator generator;
   generator.setOutputDevice(&buffer);
   generator.setSize(layout.Size());
   generator.setViewBox(QRect({}, layout.Size()));
   generator.setResolution(96);
-  generator.setTitle(page.title);
+  generator.setTitle(place);
   QPainter painter(&generator);
   Draw(painter, page, layout);
+  painter.end();
+  // Whether Qt escapes a title depends on its version.
+  const auto element = [](const QString& text) { return QStringLiteral("<title>%1</title>").arg(text).toUtf8(); };
+  return bytes.replace(element(place), element(page.title.toHtmlEscaped()));
 }
 
-void WritePng(QBuffer& buffer, const Page& page, const Layout& layout) {
+QByteArray Png(const Page& page, const Layout& layout) {
   QImage image(layout.Size() * kSharpness, QImage::Format_RGB32);
   QPainter painter(&image);
   painter.scale(kSharpness, kSharpness);
   Draw(painter, page, layout);
   painter.end();
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
   image.save(&buffer, "PNG");
+  return bytes;
 }
 
 }  // namespace
 
 QByteArray DrawPage(const Page& page, const QString& format) {
-  QByteArray bytes;
-  QBuffer buffer(&bytes);
-  buffer.open(QIODevice::WriteOnly);
   const Layout layout(page);
-  format == QLatin1String("svg") ? WriteSvg(buffer, page, layout) : WritePng(buffer, page, layout);
-  return bytes;
+  return format == QLatin1String("svg") ? Svg(page, layout) : Png(page, layout);
 }
 
 }  // namespace tarnwell::tools
