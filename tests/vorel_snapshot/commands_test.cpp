@@ -412,6 +412,20 @@ TEST_F(SnapshotCommands, TrendFollowsValuesOverTimeByDevice) {
   EXPECT_EQ(Run(QStringLiteral("trend f.d --of rf_level_table:27 -o t.svg")), 2);
 }
 
+TEST_F(SnapshotCommands, TrendKeepsTheTwoRailsApart) {
+  vorel_snapshot::Trend trend({*vorel_snapshot::FindQuantity(QStringLiteral("9.3v rail")),
+                               *vorel_snapshot::FindQuantity(QStringLiteral("11v rail"))},
+                              vorel_snapshot::Device::kModelAndAddress);
+  for (const auto& file : {Changed({{5, "[address] 10"}}), Changed({{5, "[address] 2"}, {25, "[9.3v rail] 9.31 V"}})}) {
+    trend.Add({{}, {}, true, vorel_snapshot::ReadSnapshot(file)});
+  }
+  trend.Finish();
+  const QString one = QStringLiteral(",\"240W C-BAND, address ");
+  QString told = QString::fromUtf8(trend.Csv()).section(QLatin1Char('\n'), 1).replace(one, QStringLiteral(" "));
+  EXPECT_EQ(told.replace(QStringLiteral("\",2007-03-14T09:26:41,"), QStringLiteral(" ")).toStdString(),
+            "9.3v rail 10 ,V,NA,\n9.3v rail 2 9.31,V,,\n11v rail 10 11.04,V,,\n11v rail 2 ,V,NA,\n");
+}
+
 TEST_F(SnapshotCommands, TrendDrawsACurveADeviceWithAGapWhereAValueIsMissing) {
   vorel_snapshot::Trend trend({*vorel_snapshot::FindQuantity(QStringLiteral("rf max"))},
                               vorel_snapshot::Device::kFolder);

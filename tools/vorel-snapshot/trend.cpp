@@ -20,23 +20,29 @@ bool HasNumbers(const Row& row) {
   return row.form == Form::kNumber || row.form == Form::kLimit || row.form == Form::kDegrees;
 }
 
-QString NameOf(const Row& row) { return Text(row.name.empty() ? row.label : row.name); }
-
 QString NameOf(const Quantity& quantity) {
-  return quantity.point == 0 ? NameOf(*quantity.row)
-                             : QStringLiteral("%1, point %2").arg(NameOf(*quantity.row)).arg(quantity.point);
+  const QString name = Text(quantity.name);
+  return quantity.point == 0 ? name : QStringLiteral("%1, point %2").arg(name).arg(quantity.point);
 }
 
 Field FieldOf(const Quantity& quantity) {
   if (quantity.point > 0) return quantity.row->table->second;
-  return {quantity.row->label, quantity.row->unit};
+  return {quantity.name, quantity.row->unit};
+}
+
+/// Each row by its name, and by the one that it has in some devices.
+std::vector<Quantity> NamedRows() {
+  std::vector<Quantity> named;
+  for (const Row& row : Rows(Kind::kAmplifier)) {
+    named.push_back({&row, row.name.empty() ? row.label : row.name});
+    if (!row.otherLabel.empty()) named.push_back({&row, row.otherLabel});
+  }
+  return named;
 }
 
 std::vector<Quantity> AllQuantities() {
-  std::vector<Quantity> all;
-  for (const Row& row : Rows(Kind::kAmplifier)) {
-    if (HasNumbers(row)) all.push_back({&row, 0});
-  }
+  std::vector<Quantity> all = NamedRows();
+  std::erase_if(all, [](const Quantity& quantity) { return !HasNumbers(*quantity.row); });
   return all;
 }
 
@@ -51,6 +57,7 @@ const Entry* Find(const Snapshot& snapshot, std::string_view label) {
 Value ValueOf(const Snapshot& snapshot, const Quantity& quantity) {
   const Entry* entry = snapshot.Find(*quantity.row);
   if (!entry) return {};
+  if (entry->name != quantity.name) return {Value::Kind::kLacking, std::string(kLackingMark)};
   if (quantity.point == 0) return entry->damaged ? Value{} : entry->value;
   if (entry->points.empty()) return {entry->value.kind, entry->value.text};
   const Point& point = entry->points[quantity.point - 1];
@@ -75,22 +82,22 @@ QString LeftOut(const std::vector<const Value*>& values) {
 
 std::optional<Quantity> FindQuantity(const QString& name) {
   const QString label = name.section(QLatin1Char(':'), 0, 0);
-  const auto rows = Rows(Kind::kAmplifier);
-  const auto found = std::find_if(rows.begin(), rows.end(), [&](const Row& row) {
-    return NameOf(row) == label || (!row.otherLabel.empty() && Text(row.otherLabel) == label);
-  });
-  if (found == rows.end()) return std::nullopt;
-  if (HasNumbers(*found) && label == name) return Quantity{&*found, 0};
+  const auto named = NamedRows();
+  const auto found =
+      std::find_if(named.begin(), named.end(), [&](const Quantity& row) { return Text(row.name) == label; });
+  if (found == named.end()) return std::nullopt;
+  if (HasNumbers(*found->row) && label == name) return *found;
+  const TableShape* table = found->row->table;
   const std::size_t point = name.section(QLatin1Char(':'), 1).toUInt();
-  if (!found->table || point < 1 || point > found->table->points) return std::nullopt;
-  return Quantity{&*found, point};
+  if (!table || point < 1 || point > table->points) return std::nullopt;
+  return Quantity{found->row, found->name, point};
 }
 
 QStringList QuantityNames() {
   QStringList names;
-  for (const Row& row : Rows(Kind::kAmplifier)) {
-    if (HasNumbers(row)) names += NameOf(row);
-    if (row.table) names += QStringLiteral("%1:1 to :%2").arg(NameOf(row)).arg(row.table->points);
+  for (const Quantity& named : NamedRows()) {
+    if (HasNumbers(*named.row)) names += NameOf(named);
+    if (named.row->table) names += QStringLiteral("%1:1 to :%2").arg(NameOf(named)).arg(named.row->table->points);
   }
   return names;
 }

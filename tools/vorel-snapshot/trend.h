@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <string_view>
 #include <vector>
 
 #include "tools/shared/page.h"
@@ -13,7 +14,8 @@ namespace tarnwell::vorel_snapshot {
 /// One value that is followed over time: a row's, or the second field of one point of its table.
 struct Quantity {
   const Row* row = nullptr;
-  std::size_t point = 0;  ///< from 1; 0: the row is no table
+  std::string_view name = {};  ///< that the entry has; a row may have two
+  std::size_t point = 0;       ///< from 1; 0: the row is no table
 };
 
 /// "rf level", "rf level table:8". Nothing is found for what has no number.
