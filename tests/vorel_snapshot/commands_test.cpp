@@ -327,6 +327,19 @@ TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {
   }
 }
 
+TEST_F(SnapshotCommands, AnEntryOfAWholeLineThatCannotBeReadIsLostAlone) {
+  for (const char* points :
+       {"(33, 2.48), (34 2.69, (35, 2.90)", "(33, 2.48), 34, 2.69), (35, 2.90)", "(33, 2.48), (34, 2.69, (35, 2.90)",
+        "(33, 2.48), (34, (35, 2.90)", "(33, 2.48) (34, 2.69), (35, 2.90)", "(33, 2.48), 34), (2.69), (35, 2.90)"}) {
+    Write("a.txt", Changed({{42, "[rf level table (dBm,V)] " + std::string(points) + ", (36, 3.11)"}}));
+    EXPECT_EQ(Run(QStringLiteral("export a.txt --csv")), 1);
+    EXPECT_EQ(m_err.find("rather than"), std::string::npos) << m_err;
+    const char* told[] = {"9,level,33,dBm,", "10,level,,dBm,lost", "11,level,35,dBm,", "12,level,36,dBm,"};
+    for (const std::string row : told)
+      EXPECT_NE(m_out.find("\nrf level table," + row + "\n"), std::string::npos) << points;
+  }
+}
+
 TEST_F(SnapshotCommands, PlotDrawsTheGoodPointsAndTellsTheOthers) {
   std::string file = Changed({{2, "[file description] R&D \"<2>\""},
                               {36, "[rf temp comp points (\xB0\x43,dB)] NA"},

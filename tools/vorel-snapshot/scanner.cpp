@@ -1,5 +1,7 @@
 #include "tools/vorel-snapshot/scanner.h"
 
+#include <algorithm>
+
 namespace tarnwell::vorel_snapshot {
 
 namespace {
@@ -34,10 +36,7 @@ bool Scanner::Number(bool decimals) {
   return digits > 0;
 }
 
-void Scanner::SkipBehind(std::string_view text, std::size_t count) {
-  const std::size_t next = m_text.find(text, m_at);
-  m_at = next == std::string_view::npos ? m_text.size() : next + count;
-}
+void Scanner::GoTo(std::string_view text, std::size_t from) { m_at = std::min(m_text.find(text, from), m_text.size()); }
 
 bool Scanner::IsAt(std::string_view anyOf) const {
   return !End() && anyOf.find(m_text[m_at]) != std::string_view::npos;

@@ -15,8 +15,8 @@ class Scanner {
   bool Digits(std::size_t count);
   /// Blanks, a sign, digits; a point and decimals where `decimals` is set: "43.2", " .5", "+025".
   bool Number(bool decimals);
-  /// Goes on `count` characters behind the start of the next `text`, or to the end where there is none.
-  void SkipBehind(std::string_view text, std::size_t count);
+  /// Goes to the first `text` at or behind `from`, or to the end where there is none.
+  void GoTo(std::string_view text, std::size_t from);
   bool End() const { return m_at == m_text.size(); }
 
   bool Sees(std::string_view expected) const { return m_text.substr(m_at).starts_with(expected); }

@@ -14,6 +14,17 @@ std::string Count(std::size_t count, std::string_view what) {
   return std::to_string(count) + " " + std::string(what) + (count == 1 ? "" : "s");
 }
 
+/// Gives what can't be read the room between the points ahead of it and those behind: it may look like more points than
+/// it is, or like fewer.
+void FitLost(std::vector<Point>& points, std::size_t due) {
+  const auto isLost = [](const Point& point) { return point.first.kind == Value::Kind::kLost; };
+  const auto from = std::find_if(points.begin(), points.end(), isLost);
+  const auto to = std::find_if(points.rbegin(), points.rend(), isLost).base();
+  if (from == points.end()) return;
+  const std::size_t kept = points.size() - static_cast<std::size_t>(to - from);
+  if (kept <= due) points.insert(points.erase(from, to), due - kept, Point());
+}
+
 class Reader {
  public:
   explicit Reader(std::vector<Line> lines) : m_lines(std::move(lines)), m_damaged(m_lines.size()) {}
@@ -133,9 +144,10 @@ class Reader {
     const TableShape& shape = *entry.row->table;
     const bool cut = LineText(m_lines[placed.line]).size() == snapshot::kTextLength;
     const bool whole = !m_damaged[placed.line];
-    const auto read = ReadPoints(shape, Behind(placed), cut, whole);
+    auto read = ReadPoints(shape, Behind(placed), cut, whole);
     for (const Mismatch& mismatch : read.mismatches) TellOf(placed, MismatchFault(placed, mismatch));
     const std::size_t due = shape.PointsOf(index);
+    if (complete && whole && !cut) FitLost(read.values, due);
     const std::size_t count = read.values.size();
     if (complete && (whole || read.mismatches.empty()) && !cut && count != due) {
       Tell({placed.line + 1, 0, Count(count, "point") + " rather than " + std::to_string(due)});

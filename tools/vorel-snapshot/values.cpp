@@ -156,6 +156,7 @@ class PointReader {
   ReadMany<Point> All(bool goOn) {
     ReadMany<Point> read;
     while (!m_at.End()) {
+      m_start = m_at.At();
       const bool fits = (read.values.empty() || m_at.Literal(", ")) && TakePoint();
       if (fits) {
         read.values.push_back(m_point);
@@ -165,13 +166,14 @@ class PointReader {
       read.mismatches.push_back({m_at.At(), m_fault});
       if (!goOn) break;
       read.values.emplace_back();
-      m_at.SkipBehind("), (", 1);
+      m_at.GoTo(", (", m_start);
     }
     return read;
   }
 
  private:
   bool TakePoint() {
+    m_start = m_at.At();
     m_fault = "no point in brackets";
     if (!m_at.Literal("(")) return false;
     if (m_at.Sees("#")) {
@@ -203,6 +205,7 @@ class PointReader {
 
   const TableShape& m_shape;
   Scanner m_at;
+  std::size_t m_start = 0;  ///< of the point that is taken
   bool m_cut;
   Point m_point;
   std::string m_fault;
