@@ -344,7 +344,7 @@ TEST_F(SnapshotCommands, PlotDrawsTheGoodPointsAndTellsTheOthers) {
   std::string file = Changed({{2, "[file description] R&D \"<2>\""},
                               {36, "[rf temp comp points (\xB0\x43,dB)] NA"},
                               {38, "[sys temp comp points (\xB0\x43,dB)] (20, 0), (30, D), (60, -1)"},
-                              {41, "[rf level table (dBm,V)] (29, 1.64), (#ERR, #ERR), (31, 2.06), (32, 2.27)"}});
+                              {41, "[rf level table (dBm,V)] (29, 1.64), (#ERR, #ERR), (31, 2.06), (32, D)"}});
   file[At(47, 79)] = 'x';
   Write("a.txt", file);
   std::string told;
@@ -355,7 +355,7 @@ TEST_F(SnapshotCommands, PlotDrawsTheGoodPointsAndTellsTheOthers) {
     told += "\n";
   }
   EXPECT_EQ(told,
-            "disabled: points 23 to 26; not read: point 6|5 16 \n"
+            "disabled: points 8, 23 to 26; not read: point 6|5 1 14 \n"
             "\xC3\x97 disabled: points 38 to 41; damaged: points 1 to 4|33 x37x38x39x40\n"
             "this amplifier has none|\n"
             "\xC3\x97 disabled: points 5, 7 to 8|4 1 x30\n");

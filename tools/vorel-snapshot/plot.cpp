@@ -62,7 +62,8 @@ class SeriesFiller {
     if (point.damaged || point.second.kind == Value::Kind::kLost) return LeaveOut(m_damaged, position);
     if (point.second.kind == Value::Kind::kError) return LeaveOut(m_notRead, position);
     if (point.second.kind == Value::Kind::kDisabled) {
-      if (point.first.kind == Value::Kind::kNumber) m_series.marked.push_back(point.first.number);
+      // Where the second field runs across, its place is just what is disabled.
+      if (point.first.kind == Value::Kind::kNumber && !m_secondAcross) m_series.marked.push_back(point.first.number);
       return LeaveOut(m_disabled, position);
     }
     const QPointF at(point.first.number, point.second.number);
