@@ -425,7 +425,7 @@ TEST_F(SnapshotCommands, TrendFollowsValuesOverTimeByDevice) {
   EXPECT_EQ(Run(QStringLiteral("trend f.d --of rf_level_table:27 -o t.svg")), 2);
 }
 
-TEST_F(SnapshotCommands, TrendKeepsTheTwoRailsApart) {
+TEST_F(SnapshotCommands, TrendKeepsTheTwoRailsApartAndAddressesInOrder) {
   vorel_snapshot::Trend trend({*vorel_snapshot::FindQuantity(QStringLiteral("9.3v rail")),
                                *vorel_snapshot::FindQuantity(QStringLiteral("11v rail"))},
                               vorel_snapshot::Device::kModelAndAddress);
@@ -436,24 +436,31 @@ TEST_F(SnapshotCommands, TrendKeepsTheTwoRailsApart) {
   const QString one = QStringLiteral(",\"240W C-BAND, address ");
   QString told = QString::fromUtf8(trend.Csv()).section(QLatin1Char('\n'), 1).replace(one, QStringLiteral(" "));
   EXPECT_EQ(told.replace(QStringLiteral("\",2007-03-14T09:26:41,"), QStringLiteral(" ")).toStdString(),
-            "9.3v rail 10 ,V,NA,\n9.3v rail 2 9.31,V,,\n11v rail 10 11.04,V,,\n11v rail 2 ,V,NA,\n");
+            "9.3v rail 2 9.31,V,,\n9.3v rail 10 ,V,NA,\n11v rail 2 ,V,NA,\n11v rail 10 11.04,V,,\n");
 }
 
 TEST_F(SnapshotCommands, TrendDrawsACurveADeviceWithAGapWhereAValueIsMissing) {
   vorel_snapshot::Trend trend({*vorel_snapshot::FindQuantity(QStringLiteral("rf max"))},
                               vorel_snapshot::Device::kFolder);
-  for (const auto& [name, line] :
-       {std::pair{"b/1", "47 dBm"}, {"a/2", "46 dBm"}, {"a/1", "46 dBm"}, {"a/3", "DISABLED"}, {"a/4", "45 dBm"}}) {
-    const std::string time = "[time dd/mm/yyyy hh:mm:ss] 0" + std::string(name).substr(2) + "/01/2007 10:00:00";
+  for (const auto& [bytes, line] : {std::pair{"b/1", "47 dBm"},
+                                    {"a/2", "46 dBm"},
+                                    {"./a/1", "46 dBm"},
+                                    {"b/../a/3", "DISABLED"},
+                                    {"a/4", "45 dBm"},
+                                    {"\xE9/1", "47 dBm"},
+                                    {"\xE8/1", "47 dBm"}}) {
+    const QString path = tools::NameFromBytes(bytes);
+    const std::string time = "[time dd/mm/yyyy hh:mm:ss] 0" + path.right(1).toStdString() + "/01/2007 10:00:00";
     const std::string file = Changed({{3, time}, {17, "[rf max] " + std::string(line)}});
-    EXPECT_EQ(trend.Add({QLatin1String(name), {}, true, vorel_snapshot::ReadSnapshot(file)}).toStdString(), "");
+    const QString name = tools::ShownName(path);
+    EXPECT_EQ(trend.Add({name, path, true, vorel_snapshot::ReadSnapshot(file)}).toStdString(), "");
   }
   trend.Finish();
   const auto page = trend.Picture();
-  EXPECT_EQ(page.legend.join(QLatin1Char('|')), QStringLiteral("a|b"));
+  EXPECT_EQ(page.legend.join(QLatin1Char('|')).toStdString(), "a|b|\xEF\xBF\xBD|\xEF\xBF\xBD (2)");
   const auto& series = page.charts.at(0).series;
-  ASSERT_TRUE(series.at(0).runs.size() == 2 && series.at(1).runs.size() == 1);
-  EXPECT_TRUE(series[0].runs[0].size() == 2 && series[0].marked.size() == 1 && series[1].runs[0].size() == 1);
+  ASSERT_TRUE(series.at(0).runs.size() == 2 && series.at(3).runs.size() == 1);
+  EXPECT_TRUE(series[0].runs[0].size() == 2 && series[0].marked.size() == 1 && series[3].runs[0].size() == 1);
   EXPECT_EQ(page.charts[0].notes.value(0).toStdString(), "\xC3\x97 disabled: 1");
 }
 

@@ -4,8 +4,11 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
+#include "tools/shared/files.h"
 #include "tools/vorel-snapshot/describe.h"
 #include "tools/vorel-snapshot/export.h"
 #include "tools/vorel-snapshot/plot.h"
@@ -64,6 +67,14 @@ Value ValueOf(const Snapshot& snapshot, const Quantity& quantity) {
   return point.damaged ? Value{} : point.second;
 }
 
+/// The folder of a file, by whatever way it was named.
+QString FolderOf(const QString& file) {
+  namespace fs = std::filesystem;
+  std::error_code none;
+  const fs::path folder = fs::absolute(tools::PathOf(file), none).parent_path();
+  return tools::NameFromPath(fs::weakly_canonical(folder, none));
+}
+
 /// How many values aren't drawn; empty where all are.
 QString LeftOut(const std::vector<const Value*>& values) {
   const std::pair<Value::Kind, QString> kinds[] = {
@@ -106,25 +117,31 @@ QString Trend::Add(const Input& input) {
   if (!input.snapshot.known) return {};
   const Entry* time = Find(input.snapshot, "time dd/mm/yyyy hh:mm:ss");
   const QDateTime at = QDateTime::fromString(time ? IsoTime(Text(time->value.text)) : QString(), Qt::ISODate);
-  const QString device = DeviceOf(input);
-  if (!at.isValid() || device.isEmpty())
+  const Identity device = DeviceOf(input);
+  if (!at.isValid() || device.key.isEmpty())
     return QStringLiteral("left out: its time or what tells the device is damaged");
   const QDateTime moment(at.date(), at.time(), Qt::UTC);
   if (m_quantities.empty()) m_quantities = AllQuantities();
-  Sample sample{static_cast<double>(moment.toSecsSinceEpoch()), device, input.name, {}};
+  m_names.try_emplace(device.key, device.name);
+  Sample sample{static_cast<double>(moment.toSecsSinceEpoch()), device.key, input.name, {}};
   for (const Quantity& quantity : m_quantities) sample.values.push_back(ValueOf(input.snapshot, quantity));
   m_samples.push_back(std::move(sample));
   return {};
 }
 
-QString Trend::DeviceOf(const Input& input) const {
-  if (m_device == Device::kFolder) return QFileInfo(input.name).path();
-  const Entry* description = Find(input.snapshot, "file description");
-  if (m_device == Device::kDescription) return description ? EntryText(*description) : QString();
+Trend::Identity Trend::DeviceOf(const Input& input) const {
+  if (m_device == Device::kFolder) return {FolderOf(input.path), QFileInfo(input.name).path()};
+  if (m_device == Device::kDescription) {
+    const Entry* description = Find(input.snapshot, "file description");
+    const QString text = description ? EntryText(*description) : QString();
+    return {text, text};
+  }
   const Entry* model = Find(input.snapshot, "sspa");
   const Entry* address = Find(input.snapshot, "address");
   if (!model || !address) return {};
-  return QStringLiteral("%1, address %2").arg(EntryText(*model), EntryText(*address));
+  const QString name = QStringLiteral("%1, address %2");
+  const QString number = QString::number(address->value.number).rightJustified(2, QLatin1Char('0'));
+  return {name.arg(EntryText(*model), number), name.arg(EntryText(*model), EntryText(*address))};
 }
 
 void Trend::Finish() {
@@ -135,6 +152,22 @@ void Trend::Finish() {
   for (const Sample& sample : m_samples) {
     if (m_devices.isEmpty() || m_devices.last() != sample.device) m_devices += sample.device;
   }
+  NumberNames();
+}
+
+void Trend::NumberNames() {
+  QStringList taken;
+  for (auto& [key, name] : m_names) {
+    const QString plain = name;
+    for (int n = 2; taken.contains(name); ++n) name = QStringLiteral("%1 (%2)").arg(plain).arg(n);
+    taken += name;
+  }
+}
+
+QStringList Trend::Names() const {
+  QStringList names;
+  for (const QString& device : m_devices) names += m_names.at(device);
+  return names;
 }
 
 bool Trend::HasNumber(std::size_t quantity) const {
@@ -184,10 +217,10 @@ tools::Page Trend::Picture() const {
   tools::Page page{.title = QStringLiteral("%1 to %2").arg(day(first->time), day(last->time)),
                    .details = QStringLiteral("%1 snapshots").arg(m_samples.size())};
   if (m_devices.size() == 1) {
-    page.title = m_devices.first() + Separator() + page.title;
+    page.title = Names().first() + Separator() + page.title;
   } else {
     page.details += QStringLiteral(" of %1 devices").arg(m_devices.size());
-    page.legend = m_devices;
+    page.legend = Names();
   }
   for (std::size_t i = 0; i < m_quantities.size(); ++i) {
     if (HasNumber(i)) page.charts.push_back(MakeChart(i));
@@ -204,9 +237,10 @@ QByteArray Trend::Csv() const {
     for (const Sample& sample : m_samples) {
       const Value& value = sample.values[i];
       const QDateTime time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(sample.time), Qt::UTC);
-      text += CsvRow({NameOf(m_quantities[i]), sample.device, time.toString(QStringLiteral("yyyy-MM-ddThh:mm:ss")),
-                      NumberCell(value), Text(FieldOf(m_quantities[i]).unit),
-                      StateCell(value, value.kind == Value::Kind::kLost), sample.file});
+      text += CsvRow({NameOf(m_quantities[i]), m_names.at(sample.device),
+                      time.toString(QStringLiteral("yyyy-MM-ddThh:mm:ss")), NumberCell(value),
+                      Text(FieldOf(m_quantities[i]).unit), StateCell(value, value.kind == Value::Kind::kLost),
+                      sample.file});
     }
   }
   return text.toUtf8();

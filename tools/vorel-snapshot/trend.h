@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <map>
 #include <string_view>
 #include <vector>
 
@@ -48,20 +49,30 @@ class Trend {
 
  private:
   struct Sample {
-    double time;  ///< seconds since the start of 1970, by the clock of the console's machine
-    QString device;
+    double time;     ///< seconds since the start of 1970, by the clock of the console's machine
+    QString device;  ///< its key in m_names
     QString file;
     std::vector<Value> values;  ///< one a quantity; kLost where it is damaged
   };
 
+  /// What tells the device apart, in the order of the legend, and its name. Empty where that is damaged.
+  struct Identity {
+    QString key;
+    QString name;
+  };
+
   tools::Chart MakeChart(std::size_t quantity) const;
-  QString DeviceOf(const Input& input) const;
+  Identity DeviceOf(const Input& input) const;
+  /// Folders may look alike though their names differ.
+  void NumberNames();
+  QStringList Names() const;
   bool HasNumber(std::size_t quantity) const;
 
   std::vector<Quantity> m_quantities;
   Device m_device;
   std::vector<Sample> m_samples;
-  QStringList m_devices;
+  std::map<QString, QString> m_names;
+  QStringList m_devices;  ///< keys
 };
 
 }  // namespace tarnwell::vorel_snapshot
