@@ -375,8 +375,13 @@ TEST_F(SnapshotCommands, PlotDrawsTheGoodPointsAndTellsTheOthers) {
 TEST_F(SnapshotCommands, PlotLaysTwoFilesOverEachOther) {
   const std::string before = Changed({{36, "[rf temp comp points (\xB0\x43,dB)] NA"}});
   const std::string after = Changed({{45, "[rf level table (dBm,V)] (45, 5.00), (46, 5.21), (47, 5.4), (D, D)"}});
-  const auto page = vorel_snapshot::PlotPage({{QStringLiteral("a"), vorel_snapshot::ReadSnapshot(before)},
-                                              {QStringLiteral("b"), vorel_snapshot::ReadSnapshot(after)}});
+  const auto pageOf = [&](const QString& first, const QString& second) {
+    return vorel_snapshot::PlotPage(
+        {{first, vorel_snapshot::ReadSnapshot(before)}, {second, vorel_snapshot::ReadSnapshot(after)}});
+  };
+  EXPECT_EQ(pageOf(QString(66, QLatin1Char('a')), QStringLiteral("b")).charts[0].notes.join(QLatin1Char('|')),
+            QStringLiteral("first file: disabled: points 23 to 26|second file: disabled: points 24 to 26"));
+  const auto page = pageOf(QStringLiteral("a"), QStringLiteral("b"));
   ASSERT_TRUE(page.charts.size() == 4 && page.legend.size() == 2);
   QStringList told;
   for (const auto& chart : page.charts) told += chart.notes.join(QLatin1Char('+'));

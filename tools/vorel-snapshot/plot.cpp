@@ -96,6 +96,15 @@ QString AddSeries(tools::Chart& chart, const ChartRow& row, const Snapshot& snap
   return entry->points.empty() ? QStringLiteral("this amplifier has none") : filler.Note();
 }
 
+/// What notes call the files: by their names as far as a note has room for them.
+QStringList NotedFiles(const std::vector<NamedSnapshot>& snapshots) {
+  constexpr qsizetype kRoom = 24;
+  QStringList names;
+  for (const NamedSnapshot& named : snapshots) names += named.file;
+  const bool fit = std::all_of(names.begin(), names.end(), [](const QString& name) { return name.size() <= kRoom; });
+  return fit ? names : QStringList({QStringLiteral("first file"), QStringLiteral("second file")});
+}
+
 tools::Chart MakeChart(const ChartRow& row, const Row& table, const std::vector<NamedSnapshot>& snapshots) {
   const QString first = FieldTitle(table.table->first);
   const QString second = FieldTitle(table.table->second);
@@ -105,8 +114,9 @@ tools::Chart MakeChart(const ChartRow& row, const Row& table, const std::vector<
   QStringList notes;
   for (const NamedSnapshot& named : snapshots) notes += AddSeries(chart, row, named.snapshot);
   const bool same = std::all_of(notes.begin(), notes.end(), [&](const QString& note) { return note == notes.front(); });
+  const QStringList files = NotedFiles(snapshots);
   for (int i = 0; i < (same ? 1 : notes.size()); ++i) {
-    const QString which = same ? QString() : QStringLiteral("%1: ").arg(snapshots[static_cast<std::size_t>(i)].file);
+    const QString which = same ? QString() : QStringLiteral("%1: ").arg(files[i]);
     if (!notes[i].isEmpty()) chart.notes += which + notes[i];
   }
   return chart;
