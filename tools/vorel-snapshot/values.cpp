@@ -1,6 +1,7 @@
 #include "tools/vorel-snapshot/values.h"
 
 #include <algorithm>
+#include <chrono>
 
 #include "protocol/encodings.h"
 #include "tools/vorel-snapshot/scanner.h"
@@ -39,12 +40,23 @@ bool ScanTwoDigits(Scanner& scanner, int low, int high) {
   return value >= low && value <= high;
 }
 
+/// Whether "31/02/2007" and what follows it begins with a day that was or will be.
+bool IsInCalendar(std::string_view date) {
+  const auto number = [&](std::size_t at, std::size_t digits) {
+    return static_cast<unsigned>(protocol::LeadingNumber(date.substr(at, digits)));
+  };
+  const std::chrono::year year(static_cast<int>(number(6, 4)));
+  const std::chrono::year_month_day day(year, std::chrono::month(number(3, 2)), std::chrono::day(number(0, 2)));
+  return day.ok() && year > std::chrono::year(0);
+}
+
 Single ReadTime(const Row&, std::string_view text) {
   Scanner at(text);
   const bool date = ScanTwoDigits(at, 1, 31) && at.Literal("/") && ScanTwoDigits(at, 1, 12) && at.Literal("/");
   const bool fits = date && at.Digits(4) && at.Literal(" ") && ScanTwoDigits(at, 0, 23) && at.Literal(":") &&
                     ScanTwoDigits(at, 0, 59) && at.Literal(":") && ScanTwoDigits(at, 0, 59) && at.End();
-  return fits ? Right(text) : Wrong(text, at.At(), "no date and time");
+  if (!fits) return Wrong(text, at.At(), "no date and time");
+  return IsInCalendar(text) ? Right(text) : Wrong(text, 0, "no day of the calendar");
 }
 
 Single ReadText(const Row& row, std::string_view text) {
