@@ -179,7 +179,10 @@ TEST_F(SnapshotCommands, TakeFoldersAndKnowFilesByWhatIsInThem) {
                                           {" --by file", a + b + c}}) {
     EXPECT_EQ(Run(QStringLiteral("list f.d") + QLatin1String(options)), 1);
     EXPECT_EQ(m_out, expected) << options;
+    EXPECT_EQ(m_err, "f.d/c:15: truncated: [path b] and what follows it is missing behind this line\n");
   }
+  EXPECT_EQ(Run(QStringLiteral("trend f.d -o t.csv")), 1);
+  EXPECT_EQ(m_err.find("f.d/c:15: truncated"), 0) << m_err;
   ASSERT_TRUE(QFile::remove(m_folder.filePath(QStringLiteral("f.d/c"))));
   EXPECT_EQ(Run(QStringLiteral("verify f.d")), 0) << "a picture beside them is no fault";
   Write("f.d/empty", "");

@@ -43,6 +43,12 @@ QString VerdictLines(const Input& input) {
                       : QStringLiteral("damaged, %1 told\n").arg(faults));
 }
 
+/// For a command that goes on with what it could read: the damage is told on standard error. Gives the exit code.
+int TellDamage(Call& call, const Input& input) {
+  call.output.err += FaultLines(input.name, input.snapshot).toUtf8();
+  return ExitOf(input.snapshot);
+}
+
 /// What a line of `list` shows, and what it is sorted by.
 enum Column { kTime, kModel, kAddress, kFirmware, kDescription, kState, kFile, kColumns };
 constexpr std::array<const char*, kColumns> kColumnNames = {"time",        "model", "address", "firmware",
@@ -142,7 +148,7 @@ int List(Call& call) {
   const int unreadable = ReadInputs(call, [&](const Input& input) {
     if (input.IsForeign()) return;
     rows.push_back(RowOf(input));
-    worst = std::max(worst, ExitOf(input.snapshot));
+    worst = std::max(worst, TellDamage(call, input));
   });
   Sort(rows, static_cast<std::size_t>(column - kColumnNames.begin()));
   call.output.out += Aligned(rows).toUtf8();
@@ -164,14 +170,13 @@ int TrendFiles(Call& call) {
   int controllers = 0;
   const int unreadable = ReadInputs(call, [&](const Input& input) {
     if (input.IsForeign()) return;
+    worst = std::max(worst, TellDamage(call, input));
     if (input.snapshot.known && input.snapshot.kind == Kind::kController) {
       ++controllers;
       return;
     }
-    call.output.err += FaultLines(input.name, input.snapshot).toUtf8();
     const QString why = trend.Add(input);
     if (!why.isEmpty()) Complain(call.output, input.name + QStringLiteral(": ") + why);
-    worst = std::max(worst, ExitOf(input.snapshot));
   });
   if (unreadable > 0) worst = kExitUnreadable;
   trend.Finish();
