@@ -220,6 +220,8 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
     EXPECT_EQ(Run(QString::fromLatin1(row.command)), row.code) << row.command;
     EXPECT_EQ(m_err, row.err) << row.command;
   }
+  EXPECT_EQ(Run(QStringLiteral("verify a.txt e.d gone.txt")), 2);
+  EXPECT_EQ(m_out.substr(m_out.find('\n') + 1), "2 files: 1 whole, 0 damaged, 1 can't be read\n");
 }
 
 TEST_F(SnapshotCommands, WriteWholeFilesOrNoneAndSayWhy) {

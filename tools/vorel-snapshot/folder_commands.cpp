@@ -125,14 +125,15 @@ std::optional<Device> AskedDevice(Call& call) {
 int Verify(Call& call) {
   Counts counts;
   int worst = kExitFine;
-  counts.unreadable = ReadInputs(call, [&](const Input& input) {
+  const Missed missed = ReadInputs(call, [&](const Input& input) {
     const bool whole = input.snapshot.faults.empty();
     ++(whole ? counts.whole : input.snapshot.known ? counts.damaged : counts.foreign);
     if (!call.Has("quiet") || !(whole || input.IsForeign())) call.output.out += VerdictLines(input).toUtf8();
     if (!whole && !input.IsForeign()) worst = kExitDamaged;
   });
+  counts.unreadable = missed.files;
   call.output.out += CountsLine(counts).toUtf8();
-  return counts.unreadable > 0 ? kExitUnreadable : worst;
+  return missed.Any() ? kExitUnreadable : worst;
 }
 
 int List(Call& call) {
@@ -145,14 +146,14 @@ int List(Call& call) {
   }
   int worst = kExitFine;
   std::vector<ListRow> rows;
-  const int unreadable = ReadInputs(call, [&](const Input& input) {
+  const Missed missed = ReadInputs(call, [&](const Input& input) {
     if (input.IsForeign()) return;
     rows.push_back(RowOf(input));
     worst = std::max(worst, TellDamage(call, input));
   });
   Sort(rows, static_cast<std::size_t>(column - kColumnNames.begin()));
   call.output.out += Aligned(rows).toUtf8();
-  return unreadable > 0 ? kExitUnreadable : worst;
+  return missed.Any() ? kExitUnreadable : worst;
 }
 
 int TrendFiles(Call& call) {
@@ -168,7 +169,7 @@ int TrendFiles(Call& call) {
   Trend trend(std::move(*quantities), *device);
   int worst = kExitFine;
   int controllers = 0;
-  const int unreadable = ReadInputs(call, [&](const Input& input) {
+  const Missed missed = ReadInputs(call, [&](const Input& input) {
     if (input.IsForeign()) return;
     worst = std::max(worst, TellDamage(call, input));
     if (input.snapshot.known && input.snapshot.kind == Kind::kController) {
@@ -178,7 +179,7 @@ int TrendFiles(Call& call) {
     const QString why = trend.Add(input);
     if (!why.isEmpty()) Complain(call.output, input.name + QStringLiteral(": ") + why);
   });
-  if (unreadable > 0) worst = kExitUnreadable;
+  if (missed.Any()) worst = kExitUnreadable;
   trend.Finish();
   if (controllers > 0) {
     Complain(call.output,

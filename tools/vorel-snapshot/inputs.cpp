@@ -19,7 +19,7 @@ class InputReader {
   InputReader(Call& call, const std::function<void(Input&)>& take)
       : m_call(call), m_take(take), m_recursive(call.Has("recursive")) {}
 
-  int All() {
+  Missed All() {
     for (const QString& name : m_call.files) {
       std::error_code none;
       if (!fs::is_directory(tools::PathOf(name), none)) {
@@ -27,21 +27,21 @@ class InputReader {
         continue;
       }
       const int before = m_snapshots;
-      if (ReadFolder(name) && m_snapshots == before) Miss(name, QStringLiteral("no snapshot is in it"));
+      if (ReadFolder(name) && m_snapshots == before) MissFolder(name, QStringLiteral("no snapshot is in it"));
     }
     return m_missed;
   }
 
  private:
-  void Miss(const QString& name, const QString& why) {
-    ++m_missed;
+  void MissFolder(const QString& name, const QString& why) {
+    ++m_missed.folders;
     Complain(m_call.output, tools::Told(name, why));
   }
 
   void ReadFile(const QString& name, bool named) {
     auto snapshot = ReadNamed(name, m_call.output);
     if (!snapshot) {
-      ++m_missed;
+      ++m_missed.files;
       return;
     }
     Input input{tools::ShownName(name), name, named, std::move(*snapshot)};
@@ -58,7 +58,7 @@ class InputReader {
       entries.push_back(*at);
     }
     if (error) {
-      Miss(name, QString::fromLocal8Bit(error.message().c_str()));
+      MissFolder(name, QString::fromLocal8Bit(error.message().c_str()));
       return false;
     }
     std::sort(entries.begin(), entries.end());
@@ -84,7 +84,7 @@ class InputReader {
   const std::function<void(Input&)>& m_take;
   bool m_recursive;
   int m_snapshots = 0;
-  int m_missed = 0;
+  Missed m_missed;
 };
 
 }  // namespace
@@ -97,7 +97,7 @@ std::optional<Snapshot> ReadNamed(const QString& path, Output& output) {
   return std::nullopt;
 }
 
-int ReadInputs(Call& call, const std::function<void(Input&)>& take) { return InputReader(call, take).All(); }
+Missed ReadInputs(Call& call, const std::function<void(Input&)>& take) { return InputReader(call, take).All(); }
 
 int ExitOf(const Snapshot& snapshot) { return snapshot.faults.empty() ? kExitFine : kExitDamaged; }
 

@@ -22,9 +22,17 @@ struct Input {
 /// The file, or nothing: why not is told on standard error.
 std::optional<Snapshot> ReadNamed(const QString& path, Output& output);
 
-/// Reads the command's files in turn, those of a folder by name, and those of its folders with --recursive. Gives how
-/// many couldn't be read, a folder without a snapshot among them; that is told on standard error.
-int ReadInputs(Call& call, const std::function<void(Input&)>& take);
+/// What a command couldn't read.
+struct Missed {
+  int files = 0;
+  int folders = 0;  ///< those without a snapshot among them
+
+  bool Any() const { return files + folders > 0; }
+};
+
+/// Reads the command's files in turn, those of a folder by name, and those of its folders with --recursive. What
+/// couldn't be read is told on standard error.
+Missed ReadInputs(Call& call, const std::function<void(Input&)>& take);
 
 /// 0, or 1 for one that is damaged.
 int ExitOf(const Snapshot& snapshot);
