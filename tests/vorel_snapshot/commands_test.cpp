@@ -74,7 +74,9 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
   const std::string whole = SampleFile("amplifier.txt");
   std::string unixFile;
   std::string utf8;
+  std::string utf16;
   for (const char c : whole) {
+    utf16 += {c, '\0'};
     unixFile += c == '\r' ? "" : std::string(1, c);
     utf8 += c == '\xB0' ? "\xC2\xB0" : std::string(1, c);
   }
@@ -95,6 +97,13 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
        "a.txt: all lines end in LF rather than CR LF: a converted file|a.txt:57: no line end: the file stops in this "
        "line"},
       {utf8, "a.txt: the characters are UTF-8 rather than windows-1252: a converted file"},
+      {std::string(utf8).replace(At(2, 25), 1, "\xFF") + "\xC2",
+       "a.txt: the characters are UTF-8 rather than windows-1252: a converted file|"
+       "a.txt:2: check character \"S\", for this text \"_\"|a.txt:58: column 2: too short: 1 character, a line has "
+       "80|a.txt:58: no line end: the file stops in this line|a.txt:58: column 1: no label that can stand here"},
+      {utf16, "a.txt: the characters are UTF-16 rather than windows-1252: a converted file"},
+      {'\0' + utf16.substr(0, utf16.size() - 1),
+       "a.txt: the characters are UTF-16 rather than windows-1252: a converted file"},
       {"\xEF\xBB\xBF" + SampleFile("controller.txt"),
        "a.txt: the characters are UTF-8 rather than windows-1252: a converted file"},
       {whole.substr(0, At(50, 9)) + SampleFile("controller.txt"),

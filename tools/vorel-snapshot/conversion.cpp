@@ -1,6 +1,7 @@
 #include "tools/vorel-snapshot/conversion.h"
 
 #include <algorithm>
+#include <array>
 
 #include "platform/code_page.h"
 
@@ -14,25 +15,31 @@ constexpr std::string_view kBigUtf16Mark = "\xFE\xFF";
 
 unsigned Byte(std::string_view text, std::size_t at) { return static_cast<unsigned char>(text[at]); }
 
-/// Bytes of the character that begins with `first`; 0: none does.
-std::size_t Utf8Length(unsigned first) {
-  if (first < 0x80) return 1;
-  if (first >= 0xC2 && first < 0xE0) return 2;
-  return first >= 0xE0 && first < 0xF0 ? 3 : first >= 0xF0 && first < 0xF5 ? 4 : 0;
+bool IsFollower(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80; }
+
+/// Bytes of the character that the text begins with; 0: none does.
+std::size_t Utf8Length(std::string_view text) {
+  const unsigned first = Byte(text, 0);
+  std::size_t length = first < 0x80 ? 1 : 0;
+  if (first >= 0xC2 && first < 0xF5) length = first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
+  const std::string_view character = text.substr(0, length);
+  const bool whole = length > 0 && character.size() == length;
+  return whole && std::all_of(character.begin() + 1, character.end(), IsFollower) ? length : 0;
 }
 
-std::optional<std::string> FromUtf8(std::string_view text) {
+char32_t Utf8Character(std::string_view bytes) {
+  char32_t character = bytes.size() == 1 ? Byte(bytes, 0) : Byte(bytes, 0) & (0x7FU >> bytes.size());
+  for (std::size_t i = 1; i < bytes.size(); ++i) character = (character << 6U) | (Byte(bytes, i) & 0x3FU);
+  return character;
+}
+
+/// A byte that is no UTF-8 stays: it was damaged, or the file stops in a character.
+std::string FromUtf8(std::string_view text) {
   std::string bytes;
   while (!text.empty()) {
-    const std::size_t length = Utf8Length(Byte(text, 0));
-    if (length == 0 || length > text.size()) return std::nullopt;
-    char32_t character = length == 1 ? Byte(text, 0) : Byte(text, 0) & (0x7FU >> length);
-    for (std::size_t i = 1; i < length; ++i) {
-      if ((Byte(text, i) & 0xC0U) != 0x80) return std::nullopt;
-      character = (character << 6U) | (Byte(text, i) & 0x3FU);
-    }
-    bytes += platform::EncodeCharacter(character);
-    text.remove_prefix(length);
+    const std::size_t length = Utf8Length(text);
+    bytes += length == 0 ? text.front() : platform::EncodeCharacter(Utf8Character(text.substr(0, length)));
+    text.remove_prefix(std::max<std::size_t>(length, 1));
   }
   return bytes;
 }
@@ -45,16 +52,22 @@ std::string FromUtf16(std::string_view text, std::size_t lowByte) {
   return bytes;
 }
 
+/// Which byte of each pair is the low one, by the zeros beside most characters; nothing where the text is no UTF-16.
+std::optional<std::size_t> LowByteOfPairs(std::string_view text) {
+  std::array<std::size_t, 2> zeros{};
+  for (std::size_t at = 0; at < text.size(); ++at) zeros[at % 2] += text[at] == '\0' ? 1 : 0;
+  const std::size_t low = zeros[0] > zeros[1] ? 1 : 0;
+  return zeros[1 - low] > text.size() / 4 ? std::optional(low) : std::nullopt;
+}
+
 }  // namespace
 
 std::optional<Conversion> FindConversion(std::string_view file) {
   if (file.starts_with(kUtf16Mark)) return Conversion{"UTF-16", FromUtf16(file.substr(2), 0)};
   if (file.starts_with(kBigUtf16Mark)) return Conversion{"UTF-16", FromUtf16(file.substr(2), 1)};
-  const bool marked = file.starts_with(kUtf8Mark);
-  const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-  if (!marked && std::all_of(file.begin(), file.end(), isAscii)) return std::nullopt;
-  auto bytes = FromUtf8(file.substr(marked ? kUtf8Mark.size() : 0));
-  return bytes ? std::optional(Conversion{"UTF-8", std::move(*bytes)}) : std::nullopt;
+  if (const auto low = LowByteOfPairs(file)) return Conversion{"UTF-16", FromUtf16(file, *low)};
+  std::string bytes = FromUtf8(file.substr(file.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0));
+  return bytes == file ? std::nullopt : std::optional(Conversion{"UTF-8", std::move(bytes)});
 }
 
 }  // namespace tarnwell::vorel_snapshot

@@ -12,7 +12,7 @@ struct Conversion {
   std::string bytes;     ///< in that of the console
 };
 
-/// Nothing where the bytes are no text of one of those encodings, or are the same in the console's.
+/// Nothing where the bytes are the same in the console's encoding. A byte that is no UTF-8 is kept as it is.
 std::optional<Conversion> FindConversion(std::string_view file);
 
 }  // namespace tarnwell::vorel_snapshot
