@@ -75,12 +75,20 @@ double RoundStep(double step) {
   return 10.0 * power;
 }
 
+/// Of an axis to such a number: a narrower one would take longer texts than there is room for.
+double LeastSpan(double magnitude) {
+  constexpr double kLeast = 1e-3;
+  // With an exponent there is room for three digits.
+  return magnitude < kExponentFrom / 10.0 ? std::max(kLeast, magnitude * 1e-4) : magnitude * 0.1;
+}
+
 }  // namespace
 
 Ticks MakeTicks(double least, double greatest, int about) {
-  if (greatest - least < 1e-9) {
-    least -= 1.0;
-    greatest += 1.0;
+  const double span = LeastSpan(std::max(std::abs(least), std::abs(greatest)));
+  if (greatest - least < span) {
+    least -= std::max(span, 1.0);
+    greatest += std::max(span, 1.0);
   }
   Ticks ticks;
   ticks.step = RoundStep((greatest - least) / about);

@@ -65,11 +65,19 @@ struct Axis {
   double Share(double value) const { return (value - range.least) / (range.greatest - range.least); }
 };
 
+/// "1.05e20"
+QString ExponentText(double value) {
+  QString text = QString::number(value, 'g', 3);
+  return text.replace(QLatin1String("e+0"), QLatin1String("e")).replace(QLatin1String("e+"), QLatin1String("e"));
+}
+
 QString TickText(const Ticks& ticks, int index) {
   const double value = ticks.At(index);
   // a sum of steps may miss zero by a hair, and "-0" be shown
   const double shown = std::abs(value) < ticks.step / 1000.0 ? 0.0 : value;
-  return QString::number(shown, 'f', ticks.decimals).replace(QLatin1Char('-'), QChar(0x2212));
+  const double greatest = std::max(std::abs(ticks.first), std::abs(ticks.At(ticks.count - 1)));
+  QString text = greatest < kExponentFrom ? QString::number(shown, 'f', ticks.decimals) : ExponentText(shown);
+  return text.replace(QLatin1Char('-'), QChar(0x2212));
 }
 
 Axis NumberAxis(const Range& range, int about) {

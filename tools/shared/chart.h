@@ -52,6 +52,9 @@ struct Ticks {
 
   double At(int index) const { return first + step * index; }
 };
+/// Numbers from here on are written with an exponent.
+inline constexpr double kExponentFrom = 1e6;
+
 Ticks MakeTicks(double least, double greatest, int about);
 
 /// Seconds to years along an axis, in order: at most about so many, none outside.
