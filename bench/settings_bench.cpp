@@ -19,7 +19,6 @@ using namespace tarnwell;
 constexpr int kOpenings = 3;
 constexpr int kSpeed = 9600;
 constexpr double kAnswerTime = 0.005;
-constexpr double kTransmitLead = 0.002;  ///< the transmit window's, ahead of the first bit
 
 double Now() {
   platform::MonotonicCounter counter;
@@ -49,7 +48,7 @@ class PacedPort final : public test::PlainPort {
       if (!exchange.reply) continue;
       const double answer = m_line.LineTime(bytes.size()) + kAnswerTime;
       m_line.Add(Now() + answer, {{0.0, exchange.frame}});
-      whole = std::max(window, kTransmitLead + answer + m_line.LineTime(exchange.frame.size()));
+      whole = std::max(window, link::kTransmitLead + answer + m_line.LineTime(exchange.frame.size()));
     }
     lineTime += whole;
   }

@@ -2,11 +2,14 @@
 
 #include <poll.h>
 
-#include <initializer_list>
+#include <algorithm>
+#include <iterator>
 
 namespace tarnwell::sim {
 
 namespace {
+
+constexpr int kEndings[] = {SIGINT, SIGTERM, SIGHUP};
 
 volatile sig_atomic_t endAsked = 0;
 
@@ -18,7 +21,7 @@ sigset_t PrepareEnding() {
   sigemptyset(&ending);
   struct sigaction action {};
   action.sa_handler = [](int) { endAsked = 1; };
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+  for (const int number : kEndings) {
     struct sigaction present {};
     sigaction(number, nullptr, &present);
     if (present.sa_handler == SIG_IGN) continue;
@@ -26,7 +29,7 @@ sigset_t PrepareEnding() {
     sigaction(number, &action, nullptr);
   }
   sigprocmask(SIG_BLOCK, &ending, &whileWaiting);
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigdelset(&whileWaiting, number);
+  for (const int number : kEndings) sigdelset(&whileWaiting, number);
   signal(SIGPIPE, SIG_IGN);
   signal(SIGXFSZ, SIG_IGN);
   return whileWaiting;
@@ -37,6 +40,12 @@ void Rest(const sigset_t& whileWaiting, std::int64_t microseconds) {
   ppoll(nullptr, 0, &wait, &whileWaiting);
 }
 
-bool EndAsked() { return endAsked != 0; }
+// A wait whose descriptors are always ready returns without letting a signal in.
+bool EndAsked() {
+  sigset_t pending;
+  sigpending(&pending);
+  const auto isPending = [&pending](int number) { return sigismember(&pending, number) == 1; };
+  return endAsked != 0 || std::any_of(std::begin(kEndings), std::end(kEndings), isPending);
+}
 
 }  // namespace tarnwell::sim

@@ -90,6 +90,7 @@ class Program {
       m_station.Asked().plugged = false;
     }
     if (count <= 0) return;
+    m_line.LiftClaim();
     for (const std::string& line : m_station.Receive(Now(), {buffer.data(), static_cast<std::size_t>(count)})) {
       if (m_station.Asked().trace) std::printf("%s\n", line.c_str());
     }

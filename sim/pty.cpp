@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -38,6 +39,8 @@ class FileDescriptor {
   int m_value = -1;
 };
 
+constexpr const char* kPtyFolder = "/dev/pts/";
+
 std::string SystemError(const std::string& what) { return what + ": " + std::strerror(errno); }
 
 bool MakeRaw(int descriptor, speed_t speed) {
@@ -51,7 +54,7 @@ bool MakeRaw(int descriptor, speed_t speed) {
 
 class Pty final : public Line {
  public:
-  explicit Pty(const std::string& link) : m_link(link) {}
+  Pty(const std::string& link, OldLink oldLink) : m_link(link), m_oldLink(oldLink) {}
   ~Pty() override { Close(); }
   Pty(const Pty&) = delete;
   Pty& operator=(const Pty&) = delete;
@@ -76,6 +79,7 @@ class Pty final : public Line {
 
   int Descriptor() const override { return m_master.Value(); }
   const std::string& Path() const override { return m_path; }
+  void LiftClaim() const override { ioctl(m_slave.Value(), TIOCNXCL); }
 
  private:
   std::string Fail(const std::string& error) {
@@ -83,9 +87,14 @@ class Pty final : public Line {
     return error;
   }
 
-  std::string MakeLink() const {
+  std::string MakeLink() {
     if (m_link.empty()) return {};
     std::error_code error;
+    if (m_oldLink == OldLink::kPutBack) m_oldTarget = std::filesystem::read_symlink(m_link, error);
+    if (m_oldTarget.string().starts_with(kPtyFolder)) {
+      if (std::filesystem::exists(m_oldTarget, error)) return m_link + ": leads to a line that is in use";
+      m_oldTarget.clear();  // left by a program that was killed
+    }
     if (std::filesystem::is_symlink(m_link, error)) std::filesystem::remove(m_link, error);
     std::filesystem::create_symlink(m_path, m_link, error);
     return error ? m_link + ": " + error.message() : std::string();
@@ -94,12 +103,14 @@ class Pty final : public Line {
   /// Leaves a link alone that another program has put there meanwhile.
   void RemoveLink() const {
     std::error_code error;
-    if (!m_link.empty() && std::filesystem::read_symlink(m_link, error) == m_path) {
-      std::filesystem::remove(m_link, error);
-    }
+    if (m_link.empty() || std::filesystem::read_symlink(m_link, error) != m_path) return;
+    std::filesystem::remove(m_link, error);
+    if (!m_oldTarget.empty()) std::filesystem::create_symlink(m_oldTarget, m_link, error);
   }
 
   std::string m_link;
+  OldLink m_oldLink;
+  std::filesystem::path m_oldTarget;
   std::string m_path;
   FileDescriptor m_master;
   FileDescriptor m_slave;
@@ -134,7 +145,7 @@ class Port final : public Line {
 
 }  // namespace
 
-std::unique_ptr<Line> MakePty(const std::string& link) { return std::make_unique<Pty>(link); }
+std::unique_ptr<Line> MakePty(const std::string& link, OldLink oldLink) { return std::make_unique<Pty>(link, oldLink); }
 
 std::unique_ptr<Line> MakePort(const std::string& path, int bitsPerSecond) {
   return std::make_unique<Port>(path, bitsPerSecond);

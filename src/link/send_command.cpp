@@ -11,10 +11,6 @@ namespace {
 
 constexpr int kHandshakingRtsCts = 2;
 constexpr double kClearToSendWait = 0.1;
-constexpr double kTransmitLead = 0.002;  // from RTS to the first bit; inside the transmit window
-constexpr double kTransmitMargin = 0.01;
-constexpr double kReplyWindow = 2.0;
-constexpr double kRetryPause = 0.05;
 constexpr char kQueryMark = '?';
 
 double Speed(std::string_view settings) {

@@ -11,6 +11,15 @@
 
 namespace tarnwell::link {
 
+/// Seconds from RTS, where it is driven, to the first bit; a part of the transmit window.
+inline constexpr double kTransmitLead = 0.002;
+/// Seconds that the transmit window is longer than its frame.
+inline constexpr double kTransmitMargin = 0.01;
+/// Seconds from the end of the transmit window in which a reply is taken.
+inline constexpr double kReplyWindow = 2.0;
+/// Seconds behind a failed try.
+inline constexpr double kRetryPause = 0.05;
+
 /// The time in seconds that the line is held for one frame: its bits at the speed and format of `settings`, which is
 /// the port's text such as "9600,n,8,1", and 0.01 s.
 double TransmitTime(std::string_view settings, std::size_t frameBytes);

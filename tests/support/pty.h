@@ -24,6 +24,7 @@ class Pty {
   Pty& operator=(const Pty&) = delete;
 
   const std::string& Path() const { return m_path; }
+  int Descriptor() const { return m_master; }
 
   /// What the near end has set the line to.
   termios Format() const {

@@ -1,11 +1,15 @@
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
+#include <sys/stat.h>
 
 #include <QFile>
 #include <QProcess>
+#include <QSerialPort>
 #include <QTemporaryDir>
 
 #include "support/pty.h"
 #include "support/scripted_port.h"
+#include "tools/vorel-line/device.h"
 #include "tools/vorel-line/readers.h"
 
 namespace tarnwell::test {
@@ -79,15 +83,25 @@ TEST_F(Passing, BytesFormatAndTwoConsolesAndAKill) {
   EXPECT_TRUE(cfgetospeed(&(format = device.Format())) == B1200 && (format.c_cflag & CSTOPB) != 0);
   device.Write(all);
   EXPECT_EQ(Heard(256), all);
-  ASSERT_TRUE(OpenConsole());
-  Say("{A}");
+  // A console that dies leaves its claim on the line; any speed is followed.
+  ioctl(m_console, TIOCEXCL);
+  Say("{B}");
+  EXPECT_EQ(device.Read(3), "{B}");
+  int claimed = -1;
+  for (int i = 0; i < 3000 && (ioctl(m_console, TIOCGEXCL, &claimed), claimed != 0); ++i) usleep(1000);
+  EXPECT_EQ(claimed, 0);
+  QSerialPort console(Path("line"));
+  ASSERT_TRUE(console.open(QIODevice::ReadWrite) && console.setBaudRate(14400));
+  ASSERT_TRUE(console.write("{A}") == 3 && console.flush());
   EXPECT_EQ(device.Read(3), "{A}");
+  EXPECT_EQ(vorel_line::FormatText(*vorel_line::FormatOf(device.Descriptor())), "14400,n,8,1");
   for (int i = 0; i < 5000 && Recorded().find(">{A}\n") == std::string::npos; ++i) usleep(1000);
   m_recorder.kill();
   m_recorder.waitForFinished();
   const std::size_t brace = all.find('}') + 1;
   EXPECT_EQ(Recorded(), "-recording started\n-format 9600,n,8,1\n-format 1200,n,8,2\n>" + all.substr(0, brace) + "\n>" +
-                            all.substr(brace) + "\n<" + all.substr(0, brace) + "\n<" + all.substr(brace) + "\n>{A}\n");
+                            all.substr(brace) + "\n<" + all.substr(0, brace) + "\n<" + all.substr(brace) +
+                            "\n>{B}\n-format 14400,n,8,1\n>{A}\n");
 }
 
 TEST_F(Passing, ADeviceThatIsPulledIsTakenAgain) {
@@ -114,9 +128,31 @@ TEST_F(Passing, ADeviceThatIsPulledIsTakenAgain) {
   m_recorder.terminate();
   EXPECT_TRUE(m_recorder.waitForFinished() && m_recorder.exitCode() == 0);
   EXPECT_EQ(Recorded(), "-recording started\n-format 9600,n,8,1\n>" + ask + "\n<" + answer + "\n-device gone\n>" + ask +
-                            "\n-device back\n>" + ask + "\n<" + answer + "\n-recording ended\n");
+                            "\n-device back\n-format 9600,n,8,1\n>" + ask + "\n<" + answer + "\n-recording ended\n");
   simulator.terminate();
   simulator.waitForFinished();
+}
+
+TEST_F(Passing, ALinkIsPutBackAndOneInUseAndAPipeAreRefused) {
+  Pty device, other;
+  const auto leadsTo = [this] { return QFile::symLinkTarget(Path("line")); };
+  const auto refused = [this, &device](const QString& link, const QString& file) {
+    QProcess recorder;
+    recorder.start(QStringLiteral(VOREL_LINE), {QStringLiteral("record"), QString::fromStdString(device.Path()),
+                                                QStringLiteral("--link"), link, QStringLiteral("-o"), file});
+    return recorder.waitForFinished() && recorder.exitCode() == 2;
+  };
+  ASSERT_TRUE(QFile::link(QString::fromStdString(other.Path()), Path("line")));
+  EXPECT_TRUE(refused(Path("line"), Path("a.rec")));
+  EXPECT_EQ(leadsTo(), QString::fromStdString(other.Path()));
+  ASSERT_TRUE(QFile::remove(Path("line")) && QFile::link(QStringLiteral("/dev/null"), Path("line")));
+  ASSERT_EQ(mkfifo(qPrintable(Path("pipe")), 0600), 0);
+  EXPECT_TRUE(refused(Path("line"), Path("pipe")));
+  ASSERT_TRUE(Start(QString::fromStdString(device.Path())));
+  EXPECT_TRUE(refused(Path("other"), Path("a.rec"))) << "two recorders of one file";
+  m_recorder.terminate();
+  EXPECT_TRUE(m_recorder.waitForFinished());
+  EXPECT_EQ(leadsTo(), QStringLiteral("/dev/null"));
 }
 
 }  // namespace

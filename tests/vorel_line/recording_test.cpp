@@ -26,21 +26,22 @@ struct Step {
   std::string bytes;
 };
 
-void Feed(Turns& turns, const std::vector<Step>& steps) {
+template <class Reader>
+void Feed(Reader& reader, const std::vector<Step>& steps) {
   for (const auto& [at, side, bytes] : steps) {
     const Kind kind = side == '>' ? Kind::kConsole : side == '<' ? Kind::kDevice : Kind::kNote;
-    turns.Take({kind, kStart + std::llround(at * 1e6), 0, bytes, 60});
+    reader.Take({kind, kStart + std::llround(at * 1e6), 0, bytes, 60});
   }
-  turns.End();
+  reader.End();
 }
 
 TEST(Recording, EveryWholeRecordOfACutFileIsReadAndNoDamagedOne) {
   Encoder encoder;
   std::string file = Encoder::Header();
   std::vector<std::size_t> ends;
-  // a long rest, a clock set back, bytes of every kind
+  // a long rest, a clock set back, within a record as well, bytes of every kind
   for (const std::int64_t at : {0ll, 1'000'000ll, 4'000'000'000ll, 3'000'000'000ll}) {
-    file += encoder.Encode({Kind::kDevice, kStart + at, 1500, std::string("\0{}\xFF", 4), 0});
+    file += encoder.Encode({Kind::kDevice, kStart + at, at == 0 ? -1500 : 1500, std::string("\0{}\xFF", 4), 0});
     ends.push_back(file.size());
   }
   for (std::size_t length = Encoder::Header().size(); length <= file.size(); ++length) {
@@ -103,6 +104,31 @@ TEST(RecordFile, AFullDiskLosesWholeRecordsAndTellsAndTheFileGoesOn) {
   ASSERT_EQ(read.size(), 4u);
   EXPECT_EQ(read[2], "records lost: 7 (File too large)");
   EXPECT_EQ(read[3], "end");
+}
+
+TEST(RecordFile, OnlyARecordingIsGoneOnWithAndADamagedOneIsSetAside) {
+  QTemporaryDir folder;
+  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
+  const auto put = [&](const std::string& text) {
+    RecordFile file({path, 0, 0});
+    const std::string error = file.Open();
+    file.Put({Kind::kDevice, kStart, 0, text, 0});
+    return error;
+  };
+  QFile file(QString::fromStdString(path));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("dear diary") > 0);
+  file.close();
+  EXPECT_EQ(put("x"), path + ": is there and is no recording");
+  EXPECT_EQ(file.size(), 10);
+  ASSERT_TRUE(file.remove());
+  EXPECT_EQ(put("one"), "");
+  ASSERT_TRUE(file.open(QIODevice::Append) && file.write(QByteArray(64, '\0')) == 64);
+  file.close();
+  EXPECT_EQ(put("two"), "");
+  std::string read;
+  EXPECT_TRUE(ReadFiles({path}, false, [&](const Record& record) { read += record.bytes; }));
+  EXPECT_FALSE(ReadFiles({path + ".damaged"}, false, [&](const Record& record) { read += record.bytes; }));
+  EXPECT_EQ(read, "twoone");
 }
 
 TEST(RecordFile, ANewFileIsBegunBySizeAndByDayAndOldOnesAreKeptAsTold) {
@@ -220,18 +246,32 @@ TEST(Events, ASessionAsAnOperatorsLog) {
             "link back\n");
 }
 
-TEST(Script, GivesEachReplyInItsTurnAndTellsWhatWasNotRecorded) {
+TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {
   Script script;
-  Turns turns([&](const Turn& turn) { script.Take(turn); });
-  const std::string ask = Framed("VR?", 1), set = Framed("S=X", 1);
-  Feed(turns,
-       {{0, '>', ask}, {.1, '<', Framed("VR=1", 1)}, {1, '>', set}, {4, '>', ask}, {4.2, '<', "{A"}, {4.5, '<', "x}"}});
-  const auto first = script.Next(ask), second = script.Next(ask);
-  EXPECT_TRUE(first->bytes == Framed("VR=1", 1) && first->took == 100'000 && !first->last);
-  EXPECT_TRUE(second->bytes == "{Ax}" && second->took == 200'000 && !second->last);
-  EXPECT_TRUE(script.Next(ask)->last) << "one more than the recording has";
-  EXPECT_EQ(script.Next(set)->bytes, "") << "silence is recorded too";
-  EXPECT_FALSE(script.Next(Framed("VT?", 1)));
+  const std::string ask = Framed("VR?", 1), set = Framed("S=X", 1), level = Framed("VR=1", 1);
+  Feed(script, {{0, '>', ask},
+                {.1, '<', level},
+                {1, '>', set},
+                {4, '>', ask},
+                {4.2, '<', "{A"},
+                {4.5, '<', "x}"},
+                {5, '>', ask},
+                {7.2, '<', level},
+                {8, '>', set}});
+  const auto played = [&](const std::string& frame) {
+    const auto reply = script.Next(frame);
+    std::string text = reply ? reply->taken + "|" : "not recorded";
+    if (!reply) return text;
+    for (const Script::Piece& piece : reply->pieces) text += std::to_string(piece.after / 1000) + piece.bytes + " ";
+    return text + (reply->last ? "again" : "");
+  };
+  EXPECT_EQ(played(ask), level + "|100" + level + " ");
+  EXPECT_EQ(played(ask), "{Ax}|200{A 500x} ") << "in its pieces";
+  EXPECT_EQ(played(ask), "|2200" + level + " ") << "too late then, and too late now";
+  EXPECT_EQ(played(ask), "|2200" + level + " again") << "one more than the recording has";
+  EXPECT_EQ(played(set), "|") << "silence is recorded too";
+  EXPECT_EQ(played(set), "|again") << "the end of the recording is no silence";
+  EXPECT_EQ(played(Framed("VT?", 1)), "not recorded");
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <map>
 #include <span>
 #include <string_view>
@@ -71,6 +72,8 @@ int Record(const Parsed& parsed) {
   options.dataFormat = parsed.Value("--format");
   if (parsed.operands.size() != 1) return Refuse("record: one device");
   if (options.link.empty()) return Refuse("record: --link is needed: what the console opens");
+  const auto whole = [](const std::string& path) { return std::filesystem::absolute(path).lexically_normal(); };
+  if (whole(options.device) == whole(options.link)) return Refuse("record: the link can't be the device itself");
   if (parsed.Has("--format") && !IsDataFormat(options.dataFormat)) return Refuse("--format: such as 7,e,1");
   const int size = Number(parsed.Value("--size", "0"));
   options.file.keep = Number(parsed.Value("--keep", "0"));
@@ -137,7 +140,7 @@ bool NeedsPainting(const std::vector<std::string>& arguments) { return !argument
 int Run(const std::vector<std::string>& arguments) {
   const std::string first = arguments.empty() ? "" : arguments[0];
   for (const std::string& argument : arguments) {
-    if (argument != "--help") continue;
+    if (argument != "--help" && argument != "-h") continue;
     std::fputs(kHelp, stdout);
     return kExitFine;
   }

@@ -1,35 +1,66 @@
 #include "tools/vorel-line/device.h"
 
+#include <asm/termbits.h>
 #include <fcntl.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
-#include <utility>
 
 namespace tarnwell::vorel_line {
 
 namespace {
 
-constexpr tcflag_t kFormatFlags = CSIZE | CSTOPB | PARENB | PARODD | CRTSCTS;
+// The kernel's own settings of a terminal: those of the C library know named speeds alone, and a console may set any.
+using Terminal = termios2;
 
-constexpr std::pair<speed_t, int> kSpeeds[] = {{B300, 300},     {B1200, 1200},   {B2400, 2400},
-                                               {B4800, 4800},   {B9600, 9600},   {B19200, 19200},
-                                               {B38400, 38400}, {B57600, 57600}, {B115200, 115200}};
+constexpr tcflag_t kDataFlags = CSIZE | CSTOPB | PARENB | PARODD;
+constexpr tcflag_t kSpeedFlags = CBAUD | CIBAUD;
+constexpr tcflag_t kFormatFlags = kDataFlags | kSpeedFlags | CRTSCTS;
 
-bool SameFormat(const termios& one, const termios& other) {
-  return (one.c_cflag & kFormatFlags) == (other.c_cflag & kFormatFlags) && cfgetospeed(&one) == cfgetospeed(&other);
+LineFormat FormatIn(const Terminal& terminal) { return {terminal.c_cflag & kFormatFlags, terminal.c_ospeed}; }
+
+/// `flags` with data bits, parity and stop bits of a text such as "7,e,1".
+tcflag_t WithData(tcflag_t flags, std::string_view text) {
+  flags &= ~kDataFlags;
+  flags |= text[0] == '7' ? CS7 : CS8;
+  if (text[2] != 'n') flags |= PARENB;
+  if (text[2] == 'o') flags |= PARODD;
+  if (text[4] == '2') flags |= CSTOPB;
+  return flags;
+}
+
+/// Bytes as they come: nothing is echoed, mapped or taken for a signal.
+void MakeRaw(Terminal& terminal) {
+  terminal.c_iflag = 0;
+  terminal.c_oflag = 0;
+  terminal.c_lflag = 0;
+  terminal.c_cc[VMIN] = 1;
+  terminal.c_cc[VTIME] = 0;
 }
 
 }  // namespace
+
+LineFormat UsualFormat() { return {B9600 | CS8, 9600}; }
+
+std::optional<LineFormat> FormatOf(int terminal) {
+  Terminal settings{};
+  return ioctl(terminal, TCGETS2, &settings) == 0 ? std::optional(FormatIn(settings)) : std::nullopt;
+}
+
+std::string FormatText(const LineFormat& format) {
+  const char parity = (format.flags & PARENB) == 0 ? 'n' : (format.flags & PARODD) != 0 ? 'o' : 'e';
+  const char bits = (format.flags & CSIZE) == CS7 ? '7' : '8';
+  return std::to_string(format.speed) + ',' + parity + ',' + bits + ((format.flags & CSTOPB) != 0 ? ",2" : ",1");
+}
 
 bool IsDataFormat(std::string_view text) {
   return text.size() == 5 && (text[0] == '7' || text[0] == '8') && text[1] == ',' && text[3] == ',' &&
          std::string_view("noe").find(text[2]) != std::string_view::npos && (text[4] == '1' || text[4] == '2');
 }
 
-std::string DevicePort::Open(const termios& console) {
+std::string DevicePort::Open(const LineFormat& console) {
   m_descriptor = ::open(m_path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
   if (m_descriptor >= 0 && Apply(console)) {
     ioctl(m_descriptor, TIOCEXCL);
@@ -43,34 +74,26 @@ std::string DevicePort::Open(const termios& console) {
 void DevicePort::Close() {
   if (m_descriptor < 0) return;
   // What can't be sent would hold up the close.
-  tcflush(m_descriptor, TCIOFLUSH);
+  ioctl(m_descriptor, TCFLSH, TCIOFLUSH);
   ioctl(m_descriptor, TIOCNXCL);
   ::close(std::exchange(m_descriptor, -1));
 }
 
-bool DevicePort::Follow(const termios& console) {
-  if (m_descriptor < 0 || SameFormat(console, m_followed)) return false;
-  Apply(console);
-  return true;
+std::optional<std::string> DevicePort::Follow(const LineFormat& console) {
+  if (m_descriptor < 0 || console == m_followed) return std::nullopt;
+  if (Apply(console)) return Settings();
+  return FormatText(console) + " refused: " + std::strerror(errno);
 }
 
-bool DevicePort::Apply(const termios& console) {
+bool DevicePort::Apply(const LineFormat& console) {
   m_followed = console;
-  termios wanted{};
-  if (tcgetattr(m_descriptor, &wanted) != 0) return false;
-  cfmakeraw(&wanted);
-  wanted.c_cflag = (wanted.c_cflag & ~kFormatFlags) | (console.c_cflag & kFormatFlags) | CLOCAL | CREAD;
-  FixFormat(wanted);
-  return cfsetspeed(&wanted, cfgetospeed(&console)) == 0 && tcsetattr(m_descriptor, TCSANOW, &wanted) == 0;
-}
-
-void DevicePort::FixFormat(termios& wanted) const {
-  if (m_dataFormat.empty()) return;
-  wanted.c_cflag &= ~static_cast<tcflag_t>(CSIZE | CSTOPB | PARENB | PARODD);
-  wanted.c_cflag |= m_dataFormat[0] == '7' ? CS7 : CS8;
-  if (m_dataFormat[2] != 'n') wanted.c_cflag |= PARENB;
-  if (m_dataFormat[2] == 'o') wanted.c_cflag |= PARODD;
-  if (m_dataFormat[4] == '2') wanted.c_cflag |= CSTOPB;
+  Terminal settings{};
+  if (ioctl(m_descriptor, TCGETS2, &settings) != 0) return false;
+  MakeRaw(settings);
+  const tcflag_t flags = m_dataFormat.empty() ? console.flags : WithData(console.flags, m_dataFormat);
+  settings.c_cflag = (settings.c_cflag & ~kFormatFlags) | flags | CLOCAL | CREAD;
+  settings.c_ispeed = settings.c_ospeed = console.speed;
+  return ioctl(m_descriptor, TCSETS2, &settings) == 0;
 }
 
 void DevicePort::SetRts(bool on) const {
@@ -79,15 +102,8 @@ void DevicePort::SetRts(bool on) const {
 }
 
 std::string DevicePort::Settings() const {
-  termios set = m_followed;
-  if (m_descriptor >= 0) tcgetattr(m_descriptor, &set);
-  std::string text;
-  for (const auto& [speed, number] : kSpeeds) {
-    if (speed == cfgetospeed(&set)) text = std::to_string(number);
-  }
-  const char parity = (set.c_cflag & PARENB) == 0 ? 'n' : (set.c_cflag & PARODD) != 0 ? 'o' : 'e';
-  const char bits = (set.c_cflag & CSIZE) == CS7 ? '7' : '8';
-  return text + ',' + parity + ',' + bits + ((set.c_cflag & CSTOPB) != 0 ? ",2" : ",1");
+  const std::optional<LineFormat> format = FormatOf(m_descriptor);
+  return format ? FormatText(*format) : std::string();
 }
 
 }  // namespace tarnwell::vorel_line

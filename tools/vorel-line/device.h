@@ -1,11 +1,30 @@
 #pragma once
 
-#include <termios.h>
-
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace tarnwell::vorel_line {
+
+/// Speed, data bits, parity, stop bits and handshake of a terminal, as the kernel has them.
+struct LineFormat {
+  unsigned flags = 0;
+  unsigned speed = 0;
+  bool operator==(const LineFormat&) const = default;
+};
+
+/// 9600,n,8,1 without handshake: what a console's side has until a console sets it.
+LineFormat UsualFormat();
+
+/// Of an open terminal; nothing where it is none.
+std::optional<LineFormat> FormatOf(int terminal);
+
+/// Such as "9600,n,8,1".
+std::string FormatText(const LineFormat& format);
+
+/// Whether `text` is data bits, parity and stop bits, such as "7,e,1".
+bool IsDataFormat(std::string_view text);
 
 /// The real port of a recording.
 class DevicePort {
@@ -16,31 +35,28 @@ class DevicePort {
   DevicePort(const DevicePort&) = delete;
   DevicePort& operator=(const DevicePort&) = delete;
 
-  /// Opens it at the format of `console`. What went wrong, or nothing.
-  std::string Open(const termios& console);
+  /// Opens it at `console`, the format of the console's side. What went wrong, or nothing.
+  std::string Open(const LineFormat& console);
   void Close();
   int Descriptor() const { return m_descriptor; }
 
-  /// Sets the format of `console` where it isn't set; true where it was another.
-  bool Follow(const termios& console);
+  /// What is told of the format when it is to be another one: "9600,n,8,1", or that the port has refused it and stays
+  /// as it was. Nothing while it is the same.
+  std::optional<std::string> Follow(const LineFormat& console);
 
   /// Nothing happens on a line that has no RTS.
   void SetRts(bool on) const;
 
-  /// The format that is set, such as "9600,n,8,1".
+  /// The format that is set, such as "9600,n,8,1"; empty while closed.
   std::string Settings() const;
 
  private:
-  bool Apply(const termios& console);
-  void FixFormat(termios& wanted) const;
+  bool Apply(const LineFormat& console);
 
   std::string m_path;
   std::string m_dataFormat;
   int m_descriptor = -1;
-  termios m_followed{};
+  LineFormat m_followed;
 };
-
-/// Whether `text` is data bits, parity and stop bits, such as "7,e,1".
-bool IsDataFormat(std::string_view text);
 
 }  // namespace tarnwell::vorel_line

@@ -1,9 +1,11 @@
 #include "tools/vorel-line/record_file.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -16,6 +18,7 @@ namespace tarnwell::vorel_line {
 namespace {
 
 constexpr std::size_t kLongestQueue = 100'000;  // records: hours of polling
+constexpr const char* kTooSlow = "the disk is too slow";
 
 int LocalDay(std::int64_t at) {
   const auto seconds = static_cast<std::time_t>(at / 1'000'000);
@@ -24,7 +27,17 @@ int LocalDay(std::int64_t at) {
   return local.tm_year * 366 + local.tm_yday;
 }
 
-std::string Failure(const std::string& path) { return path + ": " + std::strerror(errno); }
+void Complain(const std::string& what) { std::fprintf(stderr, "vorel-line: %s\n", what.c_str()); }
+
+bool Exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
+
+/// Whether the descriptor is of a regular file, and this program the only one that writes to it.
+std::string RefuseOthers(int descriptor) {
+  struct stat file {};
+  if (fstat(descriptor, &file) != 0) return std::strerror(errno);
+  if (!S_ISREG(file.st_mode)) return "is no regular file";
+  return flock(descriptor, LOCK_EX | LOCK_NB) == 0 ? std::string() : "another recorder writes to it";
+}
 
 }  // namespace
 
@@ -33,34 +46,56 @@ RecordFile::RecordFile(FileRules rules) : m_rules(std::move(rules)) {}
 RecordFile::~RecordFile() { Close(); }
 
 std::string RecordFile::Open() {
-  std::string error = OpenPath();
-  if (error.empty()) m_thread = std::thread([this] { Work(); });
+  const std::string error = OpenPath();
+  if (!error.empty()) return m_rules.path + ": " + error;
+  m_thread = std::thread([this] { Work(); });
+  return {};
+}
+
+std::string RecordFile::OpenPath() {
+  // Without waiting: the other end of a pipe may never come.
+  m_descriptor = ::open(m_rules.path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK, 0644);
+  if (m_descriptor < 0) return std::strerror(errno);
+  std::string error = RefuseOthers(m_descriptor);
+  if (error.empty()) error = FindEnd();
+  if (!error.empty()) ::close(std::exchange(m_descriptor, -1));
   return error;
 }
 
-// What is cut off is a record that a crash left unfinished; a file that isn't a recording is left alone.
-std::string RecordFile::OpenPath() {
-  m_descriptor = ::open(m_rules.path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
-  if (m_descriptor < 0) return Failure(m_rules.path);
+// What is cut off is a record that a crash left unfinished. A recording that is damaged ahead of its end, as a loss of
+// power leaves it, is set aside whole, and a file that isn't a recording is left alone.
+std::string RecordFile::FindEnd() {
   Decoder decoder;
   Record record;
   std::array<char, 65536> buffer;
-  for (ssize_t count = 0; (count = ::read(m_descriptor, buffer.data(), buffer.size())) > 0;) {
+  ssize_t count = 0;
+  while ((count = ::read(m_descriptor, buffer.data(), buffer.size())) > 0) {
     decoder.Feed({buffer.data(), static_cast<std::size_t>(count)});
     Decoder::Result result = Decoder::Result::kRecord;
-    while (result == Decoder::Result::kRecord) {
-      result = decoder.Next(record);
-      if (result == Decoder::Result::kRecord) m_day = LocalDay(record.at);
-    }
-    if (result == Decoder::Result::kDamaged) {
-      ::close(std::exchange(m_descriptor, -1));
-      return m_rules.path + ": is there and is no whole recording";
-    }
+    while ((result = decoder.Next(record)) == Decoder::Result::kRecord) m_day = LocalDay(record.at);
+    if (result == Decoder::Result::kDamaged)
+      return decoder.WholeBytes() == 0 ? "is there and is no recording" : SetAside();
   }
-  m_size = decoder.WholeBytes();
+  if (count < 0) return std::strerror(errno);
+  return Begin(decoder.WholeBytes());
+}
+
+std::string RecordFile::Begin(std::uint64_t size) {
+  m_size = size;
   m_encoder.Restart();
-  if (ftruncate(m_descriptor, static_cast<off_t>(m_size)) != 0) return Failure(m_rules.path);
-  return m_size != 0 || Append(Encoder::Header()) ? std::string() : Failure(m_rules.path);
+  return ftruncate(m_descriptor, static_cast<off_t>(size)) == 0 ? std::string() : std::strerror(errno);
+}
+
+std::string RecordFile::SetAside() {
+  const std::string aside = m_rules.path + ".damaged";
+  for (int number = 1;; ++number) {
+    const std::string name = number == 1 ? aside : aside + std::to_string(number);
+    if (Exists(name)) continue;
+    if (std::rename(m_rules.path.c_str(), name.c_str()) != 0) return "is damaged, and can't be set aside";
+    Complain(m_rules.path + ": is damaged, and goes on anew; the old one is " + name);
+    ::close(std::exchange(m_descriptor, -1));
+    return OpenPath();
+  }
 }
 
 void RecordFile::Put(Record record) {
@@ -89,41 +124,46 @@ void RecordFile::Close() {
 void RecordFile::Work() {
   for (;;) {
     std::deque<Record> records;
+    std::uint64_t overflown = 0;
     {
       std::unique_lock lock(m_mutex);
       m_wake.wait(lock, [this] { return m_ending || !m_queue.empty(); });
       if (m_queue.empty()) return;
       records.swap(m_queue);
-      m_lost += std::exchange(m_overflown, 0);
+      overflown = std::exchange(m_overflown, 0);
     }
     for (const Record& record : records) Write(record);
+    // They came behind these.
+    if (overflown != 0) Lose(overflown, kTooSlow);
   }
 }
 
 void RecordFile::Write(const Record& record) {
+  if (m_descriptor < 0) m_reason = OpenPath();
   std::string bytes = Encode(record);
   if (NewFileDue(record, bytes.size())) {
     Rotate();
     bytes = Encode(record);
   }
-  m_day = LocalDay(record.at);
-  if (Append(bytes)) {
-    m_lost = 0;
-    return;
-  }
-  if (m_lost++ == 0) {
-    m_reason = std::strerror(errno);
-    std::fprintf(stderr, "vorel-line: %s: %s; the line goes on unrecorded\n", m_rules.path.c_str(), m_reason.c_str());
-  }
+  m_day = std::max(m_day, LocalDay(record.at));
+  if (record.kind == Kind::kNote && record.bytes.starts_with(kFormat)) m_format = record.bytes;
+  if (!Append(bytes)) return Lose(1, m_descriptor < 0 ? m_reason : std::strerror(errno));
+  m_lost = 0;
+}
+
+void RecordFile::Lose(std::uint64_t count, const std::string& reason) {
+  m_reason = reason;
+  if (m_lost == 0) Complain(m_rules.path + ": " + m_reason + "; the line goes on unrecorded");
+  m_lost += count;
 }
 
 std::string RecordFile::Encode(const Record& record) {
-  std::string bytes;
-  if (m_lost != 0) {
-    m_encoder.Restart();
-    const std::string note = "records lost: " + std::to_string(m_lost) + " (" + m_reason + ")";
-    bytes = m_encoder.Encode({Kind::kNote, record.at, 0, note});
-  }
+  if (m_lost != 0 || m_size == 0) m_encoder.Restart();
+  std::string bytes = m_size == 0 ? Encoder::Header() : std::string();
+  const auto note = [&](const std::string& text) { bytes += m_encoder.Encode({Kind::kNote, record.at, 0, text, 0}); };
+  if (m_lost != 0) note("records lost: " + std::to_string(m_lost) + " (" + m_reason + ")");
+  // Each file tells by itself what its times stand on.
+  if (m_size == 0 && !m_format.empty()) note(m_format);
   return bytes + m_encoder.Encode(record);
 }
 
@@ -149,19 +189,25 @@ bool RecordFile::Append(const std::string& bytes) {
 }
 
 bool RecordFile::NewFileDue(const Record& record, std::size_t more) const {
-  if (m_descriptor < 0 || m_size <= Encoder::Header().size()) return false;
+  if (m_descriptor < 0 || m_size == 0 || m_cannotRotate) return false;
   const bool full = m_rules.largest != 0 && m_size + more > m_rules.largest;
-  return full || (m_rules.keep > 0 && m_day != LocalDay(record.at));
+  // A clock that is set back begins no new day.
+  return full || (m_rules.keep > 0 && LocalDay(record.at) > m_day);
 }
 
 void RecordFile::Rotate() {
-  ::close(std::exchange(m_descriptor, -1));
   const auto old = [this](int number) { return m_rules.path + "." + std::to_string(number); };
   int last = 1;
-  while (::access(old(last).c_str(), F_OK) == 0 && (m_rules.keep == 0 || last < m_rules.keep)) ++last;
+  while (Exists(old(last)) && (m_rules.keep == 0 || last < m_rules.keep)) ++last;
   for (; last > 1; --last) std::rename(old(last - 1).c_str(), old(last).c_str());
-  std::rename(m_rules.path.c_str(), old(1).c_str());
-  OpenPath();
+  if (std::rename(m_rules.path.c_str(), old(1).c_str()) != 0) {
+    Complain(old(1) + ": " + std::strerror(errno) + "; no new file is begun");
+    m_cannotRotate = true;
+    return;
+  }
+  ::close(std::exchange(m_descriptor, -1));
+  m_size = 0;
+  m_reason = OpenPath();
 }
 
 }  // namespace tarnwell::vorel_line

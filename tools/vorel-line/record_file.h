@@ -26,7 +26,8 @@ class RecordFile {
   RecordFile(const RecordFile&) = delete;
   RecordFile& operator=(const RecordFile&) = delete;
 
-  /// Opens the file behind its last whole record. What went wrong, or nothing.
+  /// Opens the file behind its last whole record; one that is damaged ahead of its end is set aside as FILE.damaged.
+  /// What went wrong, or nothing. No other program may be writing to it.
   std::string Open();
 
   /// Queues a record and returns at once.
@@ -38,19 +39,26 @@ class RecordFile {
  private:
   void Work();
   void Write(const Record& record);
-  /// The record, behind a note of those that were lost ahead of it.
+  void Lose(std::uint64_t count, const std::string& reason);
+  /// The record, behind what stands ahead of it: the header of a new file, a note of those that were lost.
   std::string Encode(const Record& record);
   bool Append(const std::string& bytes);
   bool NewFileDue(const Record& record, std::size_t more) const;
   void Rotate();
+  // What went wrong, or nothing.
   std::string OpenPath();
+  std::string FindEnd();
+  std::string Begin(std::uint64_t size);
+  std::string SetAside();
 
   FileRules m_rules;
   int m_descriptor = -1;
   std::uint64_t m_size = 0;
   int m_day = 0;
+  bool m_cannotRotate = false;
   std::uint64_t m_lost = 0;
-  std::string m_reason = "the disk is too slow";
+  std::string m_reason;
+  std::string m_format;  // the note that is in force
   Encoder m_encoder;
 
   std::mutex m_mutex;

@@ -1,6 +1,7 @@
 #include "tools/vorel-line/recorder.h"
 
 #include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,11 +10,11 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 #include "link/send_command.h"
 #include "sim/ending.h"
 #include "sim/pty.h"
+#include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/device.h"
 #include "tools/vorel-line/journal.h"
 
@@ -22,9 +23,11 @@ namespace tarnwell::vorel_line {
 namespace {
 
 constexpr std::int64_t kReopenEvery = 250'000;  // microseconds
-constexpr std::int64_t kLead = 2'000;           // from RTS to the first bit, as the console has it
+constexpr auto kLead = static_cast<std::int64_t>(link::kTransmitLead * 1e6);
+constexpr auto kMargin = static_cast<std::int64_t>(link::kTransmitMargin * 1e6);
 constexpr std::int64_t kClockMayDiffer = 1'000'000;
 constexpr std::size_t kMostWaiting = 4096;  // bytes for a side that takes none
+constexpr std::int64_t kStale = 1'000'000;  // microseconds
 constexpr short kGone = POLLHUP | POLLERR | POLLNVAL;
 
 template <class Clock>
@@ -32,14 +35,16 @@ std::int64_t Microseconds() {
   return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now().time_since_epoch()).count();
 }
 
-/// The time of day that doesn't jump within a transaction: it follows the system's by steps of a second and more.
-class Clock {
+std::int64_t Now() { return Microseconds<std::chrono::steady_clock>(); }
+
+/// The time of day of a moment of the steady clock. It doesn't jump within a record, and follows the system's by steps
+/// of a second and more.
+class TimeOfDay {
  public:
-  std::int64_t Now() {
-    const std::int64_t steady = Microseconds<std::chrono::steady_clock>();
-    const std::int64_t day = Microseconds<std::chrono::system_clock>();
-    if (std::abs(steady + m_ahead - day) > kClockMayDiffer) m_ahead = day - steady;
-    return steady + m_ahead;
+  std::int64_t Of(std::int64_t moment) {
+    const std::int64_t ahead = Microseconds<std::chrono::system_clock>() - Now();
+    if (std::abs(ahead - m_ahead) > kClockMayDiffer) m_ahead = ahead;
+    return moment + m_ahead;
   }
 
  private:
@@ -49,42 +54,92 @@ class Clock {
 /// Bytes for a side that may not take them at once.
 class Outlet {
  public:
-  /// False: the side is gone.
-  bool Send(int descriptor, std::string_view bytes) {
+  /// False: the side is gone. What it doesn't take waits; what is beyond kMostWaiting is dropped.
+  bool Send(int descriptor, std::int64_t now, std::string_view bytes) {
+    if (m_waiting.empty()) m_since = now;
     m_waiting += bytes.substr(0, kMostWaiting - std::min(m_waiting.size(), kMostWaiting));
     if (m_waiting.empty()) return true;
     const ssize_t written = ::write(descriptor, m_waiting.data(), m_waiting.size());
-    if (written > 0) m_waiting.erase(0, static_cast<std::size_t>(written));
+    if (written > 0) {
+      m_waiting.erase(0, static_cast<std::size_t>(written));
+      m_since = now;
+    }
     return written >= 0 || errno == EAGAIN || errno == EINTR;
   }
   void Clear() { m_waiting.clear(); }
-  short Wish() const { return m_waiting.empty() ? POLLIN : static_cast<short>(POLLIN | POLLOUT); }
+  /// What a console that wasn't there didn't take is nothing for the next one.
+  void ClearStale(std::int64_t now) {
+    if (now - m_since > kStale) Clear();
+  }
+  bool IsEmpty() const { return m_waiting.empty(); }
+  short Wish() const { return m_waiting.empty() ? short{0} : short{POLLOUT}; }
 
  private:
   std::string m_waiting;
+  std::int64_t m_since = 0;  // when it took something last
+};
+
+/// The half-duplex line's direction: RTS a lead ahead of the first bit, until the bits' time and the margin are over.
+class Direction {
+ public:
+  bool IsRaised() const { return m_sendAt != 0 || m_releaseAt != 0; }
+  bool MaySend(std::int64_t now) const { return now >= m_sendAt; }
+  void Raise(std::int64_t now) { m_sendAt = now + kLead; }
+  /// Bytes go out now, behind those that are on the line still.
+  void Sent(std::int64_t now, const std::string& settings, std::size_t bytes) {
+    constexpr std::int64_t kTail = kMargin - kLead;
+    const auto bits = static_cast<std::int64_t>(link::TransmitTime(settings, bytes) * 1e6) - kMargin;
+    m_releaseAt = std::max(m_releaseAt, now + kTail) + bits;
+    m_sendAt = 0;
+  }
+  bool ReleaseDue(std::int64_t now) const { return m_releaseAt != 0 && now >= m_releaseAt; }
+  void Release() { m_sendAt = m_releaseAt = 0; }
+  /// 0: nothing is due.
+  std::int64_t Due() const { return m_sendAt != 0 ? m_sendAt : m_releaseAt; }
+
+ private:
+  std::int64_t m_sendAt = 0;
+  std::int64_t m_releaseAt = 0;
 };
 
 class Recorder {
  public:
-  Recorder(const RecordOptions& options, RecordFile& file, sim::Line& console)
+  Recorder(const RecordOptions& options, RecordFile& file)
       : m_rs485(options.rs485),
-        m_console(console),
+        m_console(sim::MakePty(options.link, sim::OldLink::kPutBack)),
         m_device(options.device, options.dataFormat),
-        m_journal([&file](Record record) { file.Put(std::move(record)); }) {}
+        m_journal([this, &file](Record record) {
+          record.at = m_timeOfDay.Of(record.at);
+          file.Put(std::move(record));
+        }) {}
+  ~Recorder() { m_console->Close(); }
+  Recorder(const Recorder&) = delete;
+  Recorder& operator=(const Recorder&) = delete;
 
   /// What is wrong with the device, or nothing.
-  std::string Open() {
+  std::string OpenDevice() {
     std::string error = m_device.Open(ConsoleFormat());
+    if (error.empty()) error = RefuseOwnSide();
     if (error.empty()) Drive(false);
     return error;
   }
 
+  /// Behind the device: a link that leads nowhere would be taken for it.
+  std::string OpenConsole() {
+    std::string error = m_console->Open();
+    if (!error.empty()) return error;
+    m_device.Follow(ConsoleFormat());
+    std::printf("%s\n", m_console->Path().c_str());
+    std::fflush(stdout);
+    return {};
+  }
+
   void Run(const sigset_t& whileWaiting) {
-    m_journal.Note(m_clock.Now(), kStarted);
-    m_journal.Note(m_clock.Now(), "format " + m_device.Settings());
+    m_journal.Note(Now(), kStarted);
+    NoteFormat(m_device.Settings());
     while (!sim::EndAsked()) {
       Wait(whileWaiting);
-      const std::int64_t now = m_clock.Now();
+      const std::int64_t now = Now();
       KeepDevice(now);
       // The device's bytes first: its answer was there before the next question.
       if (m_polled[1].revents != 0) FromDevice(now);
@@ -93,24 +148,33 @@ class Recorder {
       m_journal.Flush(now);
     }
     Drive(false);
-    m_journal.Note(m_clock.Now(), kEnded);
+    m_journal.Note(Now(), kEnded);
   }
 
  private:
-  termios ConsoleFormat() const {
-    termios format{};
-    tcgetattr(m_console.Descriptor(), &format);
-    return format;
+  /// Before there is a console's side, as the console sets it by itself.
+  LineFormat ConsoleFormat() const { return FormatOf(m_console->Descriptor()).value_or(UsualFormat()); }
+
+  std::string RefuseOwnSide() {
+    struct stat device {};
+    struct stat own {};
+    const bool same = fstat(m_device.Descriptor(), &device) == 0 && stat(m_console->Path().c_str(), &own) == 0 &&
+                      device.st_rdev == own.st_rdev;
+    if (!same) return {};
+    m_device.Close();
+    return "the device is the console's side";
   }
 
   void Wait(const sigset_t& whileWaiting) {
-    m_polled[0] = {m_console.Descriptor(), m_toConsole.Wish(), 0};
-    m_polled[1] = {m_device.Descriptor(), m_sendAt == 0 ? m_toDevice.Wish() : short{POLLIN}, 0};
+    // A side that sends more than the other takes is left to wait, as on a port whose buffer is full.
+    const short fromConsole = m_toDevice.IsEmpty() && m_frame.empty() ? POLLIN : 0;
+    m_polled[0] = {m_console->Descriptor(), static_cast<short>(fromConsole | m_toConsole.Wish()), 0};
+    m_polled[1] = {m_device.Descriptor(), static_cast<short>(POLLIN | m_toDevice.Wish()), 0};
     std::int64_t due = m_journal.Due().value_or(0);
-    for (const std::int64_t other : {m_reopenAt, m_sendAt, m_releaseAt}) {
+    for (const std::int64_t other : {m_reopenAt, m_direction.Due()}) {
       if (other != 0 && (due == 0 || other < due)) due = other;
     }
-    const std::int64_t left = std::max<std::int64_t>(due - m_clock.Now(), 0);
+    const std::int64_t left = std::max<std::int64_t>(due - Now(), 0);
     const timespec wait{left / 1'000'000, left % 1'000'000 * 1000};
     if (ppoll(m_polled.data(), m_polled.size(), due != 0 ? &wait : nullptr, &whileWaiting) < 0) {
       for (pollfd& polled : m_polled) polled.revents = 0;
@@ -122,60 +186,43 @@ class Recorder {
     const ssize_t count = ::read(m_device.Descriptor(), buffer.data(), buffer.size());
     if (count > 0) {
       const std::string_view bytes(buffer.data(), static_cast<std::size_t>(count));
-      m_toConsole.Send(m_console.Descriptor(), bytes);
+      m_toConsole.Send(m_console->Descriptor(), now, bytes);
       m_journal.Take(Kind::kDevice, now, bytes);
       return;
     }
     const bool ended = count == 0 || (errno != EAGAIN && errno != EINTR) || (m_polled[1].revents & kGone) != 0;
-    if (ended || (m_sendAt == 0 && !m_toDevice.Send(m_device.Descriptor(), {}))) LoseDevice(now);
+    if (ended || !m_toDevice.Send(m_device.Descriptor(), now, {})) LoseDevice(now);
   }
 
   void FromConsole(std::int64_t now) {
+    if ((m_polled[0].revents & POLLIN) != 0) m_toConsole.ClearStale(now);
+    m_toConsole.Send(m_console->Descriptor(), now, {});
+    if ((m_polled[0].revents & POLLIN) == 0) return;
     std::array<char, 1024> buffer;
-    const ssize_t count = ::read(m_console.Descriptor(), buffer.data(), buffer.size());
-    if (count <= 0) {
-      m_toConsole.Send(m_console.Descriptor(), {});
-      return;
-    }
+    const ssize_t count = ::read(m_console->Descriptor(), buffer.data(), buffer.size());
+    if (count <= 0) return;
+    m_console->LiftClaim();
     // The console sets the format ahead of its first byte.
-    if (m_device.Follow(ConsoleFormat())) m_journal.Note(now, "format " + m_device.Settings());
+    if (const auto format = m_device.Follow(ConsoleFormat())) NoteFormat(*format);
     const std::string_view bytes(buffer.data(), static_cast<std::size_t>(count));
-    if (m_device.Descriptor() >= 0) Forward(now, bytes);
     m_journal.Take(Kind::kConsole, now, bytes);
-  }
-
-  void Forward(std::int64_t now, std::string_view bytes) {
-    if (!m_rs485) {
-      if (!m_toDevice.Send(m_device.Descriptor(), bytes)) LoseDevice(now);
-      return;
-    }
-    if (m_releaseAt == 0) {
-      Drive(true);
-      m_raisedAt = now;
-      m_sendAt = now + kLead;
-    }
+    if (m_device.Descriptor() < 0) return;
     m_frame += bytes;
-    m_sent += bytes.size();
-    // What comes in pieces, as over a network, begins anew with each.
-    m_releaseAt = std::max(m_raisedAt + Window(m_sent), now + Window(bytes.size()));
+    if (!m_rs485 || m_direction.IsRaised()) return;
+    Drive(true);
+    m_direction.Raise(now);
   }
 
-  std::int64_t Window(std::size_t bytes) const {
-    return static_cast<std::int64_t>(link::TransmitTime(m_device.Settings(), bytes) * 1e6);
-  }
-
-  /// The two moments of a half-duplex line: the first bit behind RTS, and the end of the window.
+  /// What the console sent goes out at once, or behind RTS.
   void Transmit(std::int64_t now) {
-    if (now >= m_sendAt) m_sendAt = 0;
-    if (m_sendAt == 0 && !m_frame.empty()) {
-      if (!m_toDevice.Send(m_device.Descriptor(), m_frame)) LoseDevice(now);
+    if (!m_frame.empty() && m_direction.MaySend(now)) {
+      if (m_rs485) m_direction.Sent(now, m_device.Settings(), m_frame.size());
+      if (!m_toDevice.Send(m_device.Descriptor(), now, m_frame)) LoseDevice(now);
       m_frame.clear();
     }
-    if (m_releaseAt != 0 && now >= m_releaseAt) {
-      Drive(false);
-      m_releaseAt = 0;
-      m_sent = 0;
-    }
+    if (!m_direction.ReleaseDue(now)) return;
+    Drive(false);
+    m_direction.Release();
   }
 
   /// Without RS-485 RTS stays as the driver raised it.
@@ -183,13 +230,17 @@ class Recorder {
     if (m_rs485) m_device.SetRts(on);
   }
 
+  void NoteFormat(const std::string& text) {
+    m_journal.Note(Now(), std::string(kFormat) + text);
+    if (text.find(' ') != std::string::npos) std::fprintf(stderr, "vorel-line: %s\n", text.c_str());
+  }
+
   void LoseDevice(std::int64_t now) {
     m_device.Close();
     m_polled[1].revents = 0;
     m_toDevice.Clear();
     m_frame.clear();
-    m_sendAt = m_releaseAt = 0;
-    m_sent = 0;
+    m_direction.Release();
     m_reopenAt = now + kReopenEvery;
     m_journal.Note(now, kDeviceGone);
     std::fputs("vorel-line: the device is gone; waiting for it\n", stderr);
@@ -198,32 +249,29 @@ class Recorder {
   void KeepDevice(std::int64_t now) {
     if (m_reopenAt == 0 || now < m_reopenAt) return;
     m_reopenAt = now + kReopenEvery;
-    if (!Open().empty()) return;
+    if (!OpenDevice().empty()) return;
     m_reopenAt = 0;
     m_journal.Note(now, kDeviceBack);
+    NoteFormat(m_device.Settings());
     std::fputs("vorel-line: the device is back\n", stderr);
   }
 
   bool m_rs485;
-  sim::Line& m_console;
+  std::unique_ptr<sim::Line> m_console;
   DevicePort m_device;
+  TimeOfDay m_timeOfDay;
   Journal m_journal;
-  Clock m_clock;
   Outlet m_toConsole;
   Outlet m_toDevice;
+  std::string m_frame;  // from the console, not sent yet
+  Direction m_direction;
+  std::int64_t m_reopenAt = 0;  // 0: the device is there
   std::array<pollfd, 2> m_polled{};
-  // Moments; 0: none is due.
-  std::int64_t m_reopenAt = 0;
-  std::int64_t m_sendAt = 0;
-  std::int64_t m_releaseAt = 0;
-  std::int64_t m_raisedAt = 0;
-  std::size_t m_sent = 0;
-  std::string m_frame;
 };
 
 int Fail(const std::string& error) {
   std::fprintf(stderr, "vorel-line: %s\n", error.c_str());
-  return 2;
+  return kExitUnusable;
 }
 
 }  // namespace
@@ -231,20 +279,14 @@ int Fail(const std::string& error) {
 int RecordLine(const RecordOptions& options) {
   const sigset_t whileWaiting = sim::PrepareEnding();
   RecordFile file(options.file);
-  std::string error = file.Open();
+  Recorder recorder(options, file);
+  std::string error = recorder.OpenDevice();
+  if (error.empty()) error = file.Open();
+  if (error.empty()) error = recorder.OpenConsole();
   if (!error.empty()) return Fail(error);
-  const auto console = sim::MakePty(options.link);
-  error = console->Open();
-  if (!error.empty()) return Fail(error);
-  Recorder recorder(options, file, *console);
-  error = recorder.Open();
-  if (!error.empty()) return Fail(error);
-  std::printf("%s\n", console->Path().c_str());
-  std::fflush(stdout);
   recorder.Run(whileWaiting);
-  console->Close();
   file.Close();
-  return EXIT_SUCCESS;
+  return kExitFine;
 }
 
 }  // namespace tarnwell::vorel_line

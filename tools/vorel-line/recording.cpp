@@ -100,7 +100,8 @@ std::string Encoder::Encode(const Record& record) {
   }
   const auto since = static_cast<std::uint64_t>((at - m_last) / kStep);
   m_last = at;
-  return bytes + Whole(record.kind, since, static_cast<std::uint64_t>(record.lasted / kStep), record.bytes);
+  return bytes + Whole(record.kind, since, static_cast<std::uint64_t>(std::max<std::int64_t>(record.lasted, 0) / kStep),
+                       record.bytes);
 }
 
 void Decoder::Feed(std::string_view bytes) {

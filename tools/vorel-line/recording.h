@@ -24,6 +24,7 @@ struct Record {
 };
 
 // Notes.
+inline constexpr std::string_view kFormat = "format ";  ///< and the format, or that it was refused
 inline constexpr std::string_view kStarted = "recording started";
 inline constexpr std::string_view kEnded = "recording ended";
 inline constexpr std::string_view kDeviceGone = "device gone";

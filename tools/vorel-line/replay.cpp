@@ -49,6 +49,7 @@ class Player {
   void Read() {
     std::array<char, 512> buffer;
     const ssize_t count = ::read(m_line.Descriptor(), buffer.data(), buffer.size());
+    m_line.LiftClaim();
     for (ssize_t i = 0; i < count; ++i) {
       const char byte = buffer[static_cast<std::size_t>(i)];
       if (byte == link::kOpeningBrace || m_frame.size() > kLongestFrame) m_frame.clear();
@@ -60,8 +61,19 @@ class Player {
   void Answer() {
     const auto reply = m_script.Next(m_frame);
     if (!reply || reply->last) Complain(!reply ? "not in the recording: " : "asked more often than recorded: ");
-    if (reply && !reply->bytes.empty()) m_due.emplace(Now() + (m_fast ? 0 : reply->took), reply->bytes);
     m_frame.clear();
+    if (!reply) return;
+    const std::int64_t now = Now();
+    if (m_fast && !reply->taken.empty()) m_due.emplace(now, reply->taken);
+    if (m_fast) return;
+    for (const Script::Piece& piece : reply->pieces) Play(now + piece.after, piece);
+  }
+
+  /// Its last byte, a closing brace, comes when it came.
+  void Play(std::int64_t at, const Script::Piece& piece) {
+    const std::size_t first = piece.lasted > 0 ? piece.bytes.size() - 1 : piece.bytes.size();
+    m_due.emplace(at, piece.bytes.substr(0, first));
+    if (first < piece.bytes.size()) m_due.emplace(at + piece.lasted, piece.bytes.substr(first));
   }
 
   /// Once a request: a console that polls would fill the terminal.
@@ -81,16 +93,41 @@ class Player {
 
 }  // namespace
 
+void Script::Take(const Record& record) {
+  m_turns.Take(record);
+  if (record.kind != Kind::kDevice || m_frame.empty()) return;
+  m_replies[m_frame].back().pieces.push_back(
+      {std::max<std::int64_t>(record.at - m_askedAt, 0), record.lasted, record.bytes});
+  m_settled = true;
+}
+
 void Script::Take(const Turn& turn) {
-  if (turn.what == What::kAsked) {
-    m_frame = turn.bytes;
-    m_replies[m_frame].push_back({});
+  switch (turn.what) {
+    case What::kAsked:
+      m_frame = turn.bytes;
+      m_askedAt = turn.at;
+      m_settled = false;
+      m_replies[m_frame].push_back({});
+      return;
+    case What::kAnswer:
+    case What::kEcho:
+      m_replies[m_frame].back().taken += turn.bytes;
+      return;
+    case What::kSilence:
+      m_settled = true;
+      return;
+    case What::kLate:
+    case What::kNoise:
+    case What::kNote:
+      return;
   }
-  const bool answers = turn.what == What::kAnswer || turn.what == What::kEcho || turn.what == What::kLate;
-  if (!answers || m_frame.empty()) return;
-  Reply& reply = m_replies[m_frame].back();
-  if (reply.bytes.empty()) reply.took = turn.took;
-  reply.bytes += turn.bytes;
+}
+
+void Script::End() {
+  m_turns.End();
+  if (m_frame.empty() || m_settled) return;
+  m_replies[m_frame].pop_back();
+  if (m_replies[m_frame].empty()) m_replies.erase(m_frame);
 }
 
 std::optional<Script::Reply> Script::Next(const std::string& frame) {
@@ -109,12 +146,11 @@ std::optional<Script::Reply> Script::Next(const std::string& frame) {
 
 int ReplayFiles(const std::vector<std::string>& files, const std::string& link, bool fast) {
   Script script;
-  Turns turns([&](const Turn& turn) { script.Take(turn); });
-  const bool whole = ReadFiles(files, false, [&](const Record& record) { turns.Take(record); });
-  turns.End();
+  const bool whole = ReadFiles(files, false, [&](const Record& record) { script.Take(record); });
+  script.End();
   if (script.Empty()) return std::fputs("vorel-line: no request to answer\n", stderr), kExitUnusable;
   const sigset_t whileWaiting = sim::PrepareEnding();
-  const auto line = sim::MakePty(link);
+  const auto line = sim::MakePty(link, sim::OldLink::kPutBack);
   const std::string error = line->Open();
   if (!error.empty()) return std::fprintf(stderr, "vorel-line: %s\n", error.c_str()), kExitUnusable;
   std::printf("%s\n", line->Path().c_str());

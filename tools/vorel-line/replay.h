@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <map>
 #include <optional>
@@ -13,15 +14,26 @@ namespace tarnwell::vorel_line {
 /// What the recorded device did with each request, in its order.
 class Script {
  public:
-  /// What came for one request. Nothing at all is silence.
-  struct Reply {
+  /// Bytes that came in one go.
+  struct Piece {
+    std::int64_t after = 0;  ///< microseconds from the request's first byte to its own first
+    std::int64_t lasted = 0;
     std::string bytes;
-    std::int64_t took = 0;  ///< microseconds from the request
-    bool last = false;      ///< the recording has no further one for this request: it is given again
+  };
+  /// What came for one request. No piece is silence.
+  struct Reply {
+    std::vector<Piece> pieces;
+    std::string taken;  ///< what of them the console gathered: without what came too late
+    bool last = false;  ///< the recording has no further one for this request: it is given again
   };
 
-  /// Turns in the order of the recording.
-  void Take(const Turn& turn);
+  Script() : m_turns([this](const Turn& turn) { Take(turn); }) {}
+  Script(const Script&) = delete;
+  Script& operator=(const Script&) = delete;
+
+  void Take(const Record& record);
+  /// The recording is over. A request that it ends with, unanswered, tells nothing of the device.
+  void End();
 
   /// The reply to the next request with these bytes; nothing: the recording hasn't got such a request.
   std::optional<Reply> Next(const std::string& frame);
@@ -29,8 +41,13 @@ class Script {
   bool Empty() const { return m_replies.empty(); }
 
  private:
+  void Take(const Turn& turn);
+
+  Turns m_turns;
   std::map<std::string, std::deque<Reply>> m_replies;
   std::string m_frame;
+  std::int64_t m_askedAt = 0;
+  bool m_settled = false;  // what became of the last request is known
 };
 
 /// Plays the recorded device under `link` until a signal ends it. Gives the exit code.

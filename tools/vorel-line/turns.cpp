@@ -1,5 +1,6 @@
 #include "tools/vorel-line/turns.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -11,11 +12,9 @@ namespace tarnwell::vorel_line {
 
 namespace {
 
-constexpr std::int64_t kReplyWindow = 2'000'000;  // microseconds
+constexpr auto kReplyWindow = static_cast<std::int64_t>(link::kReplyWindow * 1e6);  // microseconds
 constexpr std::int64_t kRetryWithin = 2'500'000;
 constexpr std::size_t kLongestGathered = 255;
-
-constexpr std::string_view kFormatNote = "format ";
 
 bool IsQuery(std::string_view request) { return request.ends_with('?'); }
 
@@ -37,7 +36,10 @@ void Turns::Take(const Record& record) {
       return TakeDevice(record);
     case Kind::kNote:
     case Kind::kClock:
-      if (record.bytes.starts_with(kFormatNote)) m_settings = record.bytes.substr(kFormatNote.size());
+      // Where the port refused one its old one stays.
+      if (record.bytes.starts_with(kFormat) && record.bytes.find(' ', kFormat.size()) == std::string::npos) {
+        m_settings = record.bytes.substr(kFormat.size());
+      }
       m_sink({What::kNote, record.at, record.offset, record.bytes, {}});
   }
 }
@@ -132,7 +134,7 @@ void Turns::End() {
 void Turns::Tell(What what, std::int64_t at, std::string bytes, Fault fault) {
   const bool last = fault != Fault::kNone && m_attempt >= TriesFor(m_request);
   m_sink({what, at, m_offset, std::move(bytes), m_request, m_frame.size() > 1 ? m_frame[1] : '@', m_attempt, last,
-          fault, at - m_askedAt});
+          fault, std::max<std::int64_t>(at - m_askedAt, 0)});
 }
 
 }  // namespace tarnwell::vorel_line
