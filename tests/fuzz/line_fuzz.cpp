@@ -5,6 +5,7 @@
 #include "fuzz.h"
 #include "tools/vorel-line/events.h"
 #include "tools/vorel-line/recording.h"
+#include "tools/vorel-line/requests.h"
 
 namespace {
 
@@ -55,13 +56,14 @@ void RequireReadable(std::string_view bytes) {
   Turns turns([&](const Turn& turn) {
     events.Take(turn);
     words.Learn(turn.bytes);
-    fuzz::Require(IsPlain(words.Meaning(turn.bytes)) && IsPlain(NameOf(turn.request)));
+    fuzz::Require(IsPlain(words.Meaning(turn.bytes)) && IsPlain(words.Asks(turn.request)));
     fuzz::Require(IsPlain(GroupOf(turn.request)));
   });
   Decoder::Result end = Decoder::Result::kEnd;
   for (const Record& read : Read(file, 7, end)) turns.Take(read);
   fuzz::Require(end == Decoder::Result::kEnd);
   turns.End();
+  events.End();
 }
 
 }  // namespace

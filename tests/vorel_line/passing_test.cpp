@@ -10,7 +10,7 @@
 #include "support/pty.h"
 #include "support/scripted_port.h"
 #include "tools/vorel-line/device.h"
-#include "tools/vorel-line/readers.h"
+#include "tools/vorel-line/record_reader.h"
 
 namespace tarnwell::test {
 namespace {

@@ -8,8 +8,8 @@
 #include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/events.h"
 #include "tools/vorel-line/plot.h"
-#include "tools/vorel-line/readers.h"
 #include "tools/vorel-line/record_file.h"
+#include "tools/vorel-line/record_reader.h"
 #include "tools/vorel-line/replay.h"
 
 namespace tarnwell::vorel_line {
@@ -161,6 +161,22 @@ TEST(RecordFile, ANewFileIsBegunBySizeAndByDayAndOldOnesAreKeptAsTold) {
   }
 }
 
+TEST(RecordFile, AFurtherFileTellsTheFormatAndTheDeviceByItself) {
+  QTemporaryDir folder;
+  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
+  const std::string model = Framed("CT=7316 CONTROLLER", 1), format = std::string(kFormat) + "300,n,8,1";
+  RecordFile file({path, 150, 1});
+  EXPECT_EQ(file.Open(), "");
+  file.Put({Kind::kNote, kStart, 0, format, 0});
+  file.Put({Kind::kConsole, kStart, 0, Framed("CT?", 0), 0});
+  file.Put({Kind::kDevice, kStart + 1'000'000, 0, model, 0});
+  file.Put({Kind::kDevice, kStart + 2'000'000, 0, std::string(70, 'x'), 0});
+  file.Close();
+  std::vector<std::string> read;
+  EXPECT_TRUE(ReadFiles({path}, false, [&](const Record& record) { read.push_back(record.bytes); }));
+  EXPECT_EQ(read, (std::vector<std::string>{format, std::string(kKnown) + "@" + model, std::string(70, 'x')}));
+}
+
 TEST(Plot, HasCurvesAndABandForWhatStood) {
   QTemporaryDir folder;
   const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString(), out = path + ".svg";
@@ -174,6 +190,7 @@ TEST(Plot, HasCurvesAndABandForWhatStood) {
     put(0, Kind::kNote, std::string(kStarted));
     EXPECT_EQ(DrawPlot({path}, out), kExitNothing);
     for (int i = 0; i < 60; ++i) {
+      if (i >= 30 && i < 40 && i % 3 != 0) continue;  // it waits for an answer
       put(i, Kind::kConsole, level);
       if (i < 30 || i >= 40) put(i + 0.1, Kind::kDevice, Framed("VR=4" + std::to_string(i % 10) + ".5", 1));
       if (i >= 30 && i < 40) continue;
@@ -223,8 +240,21 @@ TEST(Events, ASessionAsAnOperatorsLog) {
                              {9.6, '<', Framed("S=OT", 1)},
                              {10, '>', status},
                              {10.02, '<', Framed("S=OX", 1)}});
+  // an answer that nobody awaited, another address, its device in a file of its own
+  const std::string known = std::string(kKnown) + "E" + Framed("CT=7316 CONTROLLER", 5);
+  steps.insert(steps.end(), {{11, '>', Framed("S=T", 1)},
+                             {12, '-', known},
+                             {12.1, '>', Framed("S=M", 5)},
+                             {12.2, '<', Framed("S=M", 5)},
+                             {13, '>', Framed("U=F", 5)},
+                             {13.1, '<', Framed("U=F", 5)},
+                             {13.2, '>', Framed("S?", 6)},
+                             {13.3, '<', Framed("S=A", 6)}});
   std::string log;
-  Events events([&](const Event& event) { log += event.type + " " + event.text + "\n"; });
+  Events events([&](const Event& event) {
+    const std::string address = event.address == 1 ? "" : std::to_string(event.address.value_or(-1)) + " ";
+    log += address + event.type + " " + event.text + "\n";
+  });
   std::string faults;
   Turns turns([&](const Turn& turn) {
     events.Take(turn);
@@ -243,7 +273,33 @@ TEST(Events, ASessionAsAnOperatorsLog) {
             "command RF muted (S=X): online, RF muted\n"
             "status online, RF muted\n"
             "link lost: no answer to S?\n"
-            "link back\n");
+            "link back\n"
+            "command RF on (S=T): what became of it was not awaited\n"
+            "5 command manual (S=M): manual\n"
+            "5 status manual\n"
+            "5 setting address 6 (U=F): address 6\n"
+            "6 status automatic\n");
+}
+
+TEST(Turns, AnEchoIsNoConfirmationAndAConfirmationNoEcho) {
+  const std::string query = Framed("G?", 1), set = Framed("G=-3.5", 1);
+  std::vector<Step> steps;
+  for (const double from : {0.0, 100.0}) {
+    const bool echoes = from == 0;
+    if (!echoes) steps.push_back({from, '-', std::string(kStarted)});
+    for (const auto& [at, asked, answer] : {std::tuple(1.0, query, Framed("G=-3.5", 1)), std::tuple(2.0, set, set)}) {
+      steps.push_back({from + at, '>', asked});
+      if (echoes) steps.push_back({from + at + .005, '<', asked});
+      steps.push_back({from + at + .1, '<', answer});
+    }
+  }
+  std::string told;
+  Turns turns([&](const Turn& turn) {
+    if (turn.what == What::kEcho) told += "echo ";
+    if (turn.what == What::kAnswer) told += turn.fault == Fault::kNone ? "answer " : "fault ";
+  });
+  Feed(turns, steps);
+  EXPECT_EQ(told, "echo answer echo answer answer answer ");
 }
 
 TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {

@@ -85,6 +85,7 @@ int Record(const Parsed& parsed) {
 int Show(const Parsed& parsed) { return PrintShow(parsed.operands, parsed.Has("--raw"), parsed.Has("--follow")); }
 
 int ShowEvents(const Parsed& parsed) {
+  if (parsed.Has("--csv") && parsed.Has("--json")) return Refuse("events: --csv or --json");
   const View format = parsed.Has("--csv") ? "csv" : parsed.Has("--json") ? "json" : "text";
   return PrintEvents(parsed.operands, format, parsed.Has("--follow"));
 }

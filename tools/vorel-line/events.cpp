@@ -1,9 +1,13 @@
 #include "tools/vorel-line/events.h"
 
+#include <utility>
+
 #include "alarms/alarm_table.h"
 #include "link/frame_codec.h"
 #include "protocol/readings.h"
 #include "protocol/vocabulary.h"
+#include "tools/vorel-line/plain_text.h"
+#include "tools/vorel-line/requests.h"
 
 namespace tarnwell::vorel_line {
 
@@ -20,20 +24,21 @@ std::string_view Became(std::string_view before, std::string_view now, bool clea
   return cleared && before == "latched" ? "cleared" : "gone";
 }
 
+int AddressOf(const Turn& turn) { return turn.address - link::AddressByte(0); }
+
 }  // namespace
 
 void Events::Take(const Turn& turn) {
   switch (turn.what) {
     case What::kNote:
-      return Tell(turn, "recorder", Readable(turn.bytes));
+      return TakeNote(turn);
     case What::kAsked:
-      m_afterPause = turn.at - m_heardAt > kPause;
-      m_heardAt = turn.at;
-      return;
+      return Asked(turn);
     case What::kAnswer:
     case What::kSilence:
+    case What::kDropped:
       m_heardAt = turn.at;
-      return turn.fault == Fault::kNone ? Answered(turn) : Failed(turn);
+      return turn.what == What::kAnswer && turn.fault == Fault::kNone ? Answered(turn) : Failed(turn);
     case What::kLate:
     case What::kEcho:
     case What::kNoise:
@@ -41,35 +46,71 @@ void Events::Take(const Turn& turn) {
   }
 }
 
+void Events::TakeNote(const Turn& turn) {
+  if (const std::string frame = KnownFrame(turn); !frame.empty()) {
+    m_devices[turn.address].words.Learn(link::ReplyPayload(frame));
+    return;
+  }
+  TellPending();
+  // Nobody knows what befell the device between two recordings.
+  if (turn.bytes == kStarted) {
+    for (auto& [address, device] : m_devices) device = Device(device.words);
+  }
+  m_sink({turn.at, turn.offset, {}, "recorder", Readable(turn.bytes), {}, {}, {}});
+}
+
+void Events::Asked(const Turn& turn) {
+  if (turn.attempt > 1) {
+    m_pending.reset();
+  } else {
+    TellPending();
+    m_afterPause = turn.at - m_heardAt > kPause;
+  }
+  m_heardAt = turn.at;
+}
+
 void Events::Answered(const Turn& turn) {
   Device& device = m_devices[turn.address];
   const std::string reply(link::ReplyPayload(turn.bytes));
+  const std::string modelBefore = device.words.Model();
   device.words.Learn(reply);
-  FollowLink(turn, true);
-  if (turn.request == protocol::kModelQuery.text && m_afterPause) {
-    Tell(turn, "connected", device.words.Model() + ", address " + std::to_string(turn.bytes[1] - link::AddressByte(0)));
-  }
+  FollowLink(turn, device, true);
+  if (turn.request == protocol::kModelQuery.text && m_afterPause) Connected(turn, device, modelBefore);
   if (KindOf(turn.request) != RequestKind::kQuery) TellCommand(turn, device.words.Meaning(reply), reply);
   if (turn.request == protocol::kClearAlarms.text) device.cleared = true;
   if (turn.request == protocol::kAlarmQuery.text) FollowAlarms(turn, device, protocol::AfterEcho(reply, 2));
   if (reply.starts_with(protocol::kStatusQuery.expected)) FollowStatus(turn, device, reply);
+  if (const auto moved = MovedTo(turn)) m_devices[*moved] = Device(device);
+}
+
+void Events::Connected(const Turn& turn, Device& device, std::string_view modelBefore) {
+  // The alarms of the device that was there before say nothing of this one.
+  if (device.words.Model() != modelBefore) device = Device(device.words);
+  Tell(turn, "connected", device.words.Model() + ", address " + std::to_string(turn.bytes[1] - link::AddressByte(0)));
 }
 
 void Events::Failed(const Turn& turn) {
+  const bool isCommand = KindOf(turn.request) != RequestKind::kQuery;
+  if (isCommand) m_pending = turn;
   if (!turn.last) return;
-  if (KindOf(turn.request) != RequestKind::kQuery) {
-    const std::string tries = TriesFor(turn.request) == 1 ? "one try" : std::to_string(turn.attempt) + " tries";
-    TellCommand(turn, "no valid answer in " + tries + ", the last: " + std::string(FaultText(turn.fault)));
-  }
-  if (TriesFor(turn.request) > 1) FollowLink(turn, false);
+  TellPending();
+  if (TriesFor(turn.request) > 1) FollowLink(turn, m_devices[turn.address], false);
 }
 
-void Events::FollowLink(const Turn& turn, bool answered) {
-  if (m_lost == !answered) return;
-  m_lost = !answered;
+void Events::TellPending() {
+  if (!m_pending) return;
+  const Turn turn = *std::exchange(m_pending, std::nullopt);
+  if (turn.what == What::kDropped) return TellCommand(turn, "what became of it was not awaited");
+  const std::string tries = turn.attempt == 1 ? "one try" : std::to_string(turn.attempt) + " tries";
+  TellCommand(turn, "no valid answer in " + tries + ", the last: " + std::string(FaultText(turn.fault)));
+}
+
+void Events::FollowLink(const Turn& turn, Device& device, bool answered) {
+  if (device.lost == !answered) return;
+  device.lost = !answered;
   Tell(turn, "link",
        answered ? "back" : "lost: " + std::string(FaultText(turn.fault)) + " to " + Readable(turn.request),
-       {"link lost", m_lost});
+       {"link lost", device.lost});
 }
 
 void Events::FollowAlarms(const Turn& turn, Device& device, std::string_view letters) {
@@ -99,13 +140,13 @@ void Events::FollowStatus(const Turn& turn, Device& device, std::string_view rep
 
 void Events::TellCommand(const Turn& turn, const std::string& outcome, std::string reply) {
   const char* const type = KindOf(turn.request) == RequestKind::kCommand ? "command" : "setting";
-  const std::string text =
-      m_devices[turn.address].words.Asks(turn.request) + " (" + Readable(turn.request) + "): " + outcome;
-  m_sink({turn.at, turn.offset, type, text, turn.request, std::move(reply), {}});
+  const Words& words = m_devices[turn.address].words;
+  const std::string text = words.Asks(turn.request) + " (" + Readable(turn.request) + "): " + outcome;
+  m_sink({turn.at, turn.offset, AddressOf(turn), type, text, turn.request, std::move(reply), {}});
 }
 
 void Events::Tell(const Turn& turn, std::string type, std::string text, Condition condition) {
-  m_sink({turn.at, turn.offset, std::move(type), std::move(text), {}, {}, std::move(condition)});
+  m_sink({turn.at, turn.offset, AddressOf(turn), std::move(type), std::move(text), {}, {}, std::move(condition)});
 }
 
 }  // namespace tarnwell::vorel_line

@@ -2,8 +2,10 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 
+#include "link/sspa_public.h"
 #include "tools/vorel-line/turns.h"
 #include "tools/vorel-line/words.h"
 
@@ -19,11 +21,12 @@ struct Condition {
 struct Event {
   std::int64_t at = 0;
   int offset = 0;
-  std::string type;     ///< "command", "alarm", "link", ...
-  std::string text;     ///< for a reader
-  std::string request;  ///< the command, where there is one
-  std::string reply;    ///< and what the device made of it
-  Condition condition;  ///< that this begins or ends
+  std::optional<int> address;  ///< as the console asked; nothing: the recorder's own
+  std::string type;            ///< "command", "alarm", "link", ...
+  std::string text;            ///< for a reader
+  std::string request;         ///< the command, where there is one
+  std::string reply;           ///< and what the device made of it
+  Condition condition;         ///< that this begins or ends
 };
 
 /// Makes events of what went over the line.
@@ -33,30 +36,39 @@ class Events {
   explicit Events(Sink sink) : m_sink(std::move(sink)) {}
 
   void Take(const Turn& turn);
+  /// What is still open at the end of the recording.
+  void End() { TellPending(); }
 
  private:
   /// What is known of the device at one address.
   struct Device {
+    explicit Device(Words known = {}) : words(std::move(known)) {}
+
     Words words;
     link::AlarmTable alarms{};
     bool alarmsKnown = false;
     bool cleared = false;  ///< since the alarms were read
+    bool lost = false;
     std::string status;
   };
 
+  void TakeNote(const Turn& turn);
+  void Asked(const Turn& turn);
   void Answered(const Turn& turn);
   void Failed(const Turn& turn);
-  void FollowLink(const Turn& turn, bool answered);
+  void Connected(const Turn& turn, Device& device, std::string_view modelBefore);
+  void FollowLink(const Turn& turn, Device& device, bool answered);
   void FollowAlarms(const Turn& turn, Device& device, std::string_view letters);
   void FollowStatus(const Turn& turn, Device& device, std::string_view reply);
   void Tell(const Turn& turn, std::string type, std::string text, Condition condition = {});
   void TellCommand(const Turn& turn, const std::string& outcome, std::string reply = {});
+  void TellPending();
 
   Sink m_sink;
   std::map<char, Device> m_devices;
-  bool m_lost = false;
   std::int64_t m_heardAt = 0;
   bool m_afterPause = true;
+  std::optional<Turn> m_pending;  // a command that failed and may be tried again
 };
 
 }  // namespace tarnwell::vorel_line

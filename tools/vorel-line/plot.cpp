@@ -16,7 +16,7 @@
 #include "tools/shared/page.h"
 #include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/events.h"
-#include "tools/vorel-line/readers.h"
+#include "tools/vorel-line/record_reader.h"
 #include "tools/vorel-line/turns.h"
 
 namespace tarnwell::vorel_line {
@@ -25,7 +25,8 @@ namespace {
 
 constexpr double kGap = 15.0;      // seconds without a value, behind which the curve begins anew
 constexpr double kColumns = 1100;  // of the picture; no more of a curve can be seen
-constexpr int kMostLanes = 12;
+constexpr double kSetBack = 1.0;   // seconds
+constexpr std::size_t kMostLanes = 12;
 constexpr int kNamesWidth = 190;
 
 struct Quantity {
@@ -40,15 +41,17 @@ constexpr std::size_t kCount = std::size(kQuantities);
 
 /// A number at the head of the text; none where the device said something else, such as "D".
 std::optional<double> NumberOf(std::string_view text) {
-  if (text.find_first_of("0123456789") > 1) return std::nullopt;
-  return protocol::LeadingNumber(text);
+  const std::size_t digit = text.find_first_of("0123456789");
+  const std::size_t other = text.find_first_not_of(" +-.");
+  return digit != std::string_view::npos && digit == other ? std::optional(protocol::LeadingNumber(text))
+                                                           : std::nullopt;
 }
 
 /// At most four points a column, which look the same: the first, the least, the greatest and the last.
 QPolygonF Thinned(const QPolygonF& run, double column) {
   QPolygonF thin;
   for (qsizetype from = 0; from < run.size();) {
-    qsizetype to = from;
+    qsizetype to = from + 1;
     const double end = (std::floor(run[from].x() / column) + 1) * column;
     while (to < run.size() && run[to].x() < end) ++to;
     const auto less = [](const QPointF& a, const QPointF& b) { return a.y() < b.y(); };
@@ -73,43 +76,51 @@ class LinePlot {
   void Take(const Record& record) { m_turns.Take(record); }
   void End() {
     m_turns.End();
+    m_events.End();
     CloseAll();
   }
 
-  bool IsEmpty() const { return m_devices.empty(); }
+  bool IsEmpty() const { return m_values == 0; }
   tools::Page Picture() const;
 
  private:
-  struct Open {
-    double from;
-    std::string name;
-  };
+  /// What lasts, of which device.
+  using Lane = std::pair<std::optional<int>, std::string>;
 
   void Take(const Turn& turn);
   void TakeValue(char address, std::size_t quantity, std::optional<double> value);
   void Follow(const Event& event);
   void BreakCurves();
-  void Close(const std::string& name, double from);
+  void Close(const Lane& lane, double from);
   void CloseAll();
+  QString NameOf(const Lane& lane) const;
   tools::Chart MakeChart(std::size_t quantity) const;
 
   Events m_events;
   Turns m_turns;
   std::map<char, Curves> m_devices;
-  std::map<std::string, double> m_open;  // since when it stands
-  QStringList m_lanes;
+  int m_values = 0;
+  std::map<Lane, double> m_open;  // since when it stands
+  std::vector<Lane> m_lanes;
   std::vector<tools::Band> m_bands;
-  std::optional<double> m_first;
+  std::optional<double> m_first;  // the earliest, and the latest: the clock may have been set
+  double m_last = 0;
   double m_now = 0;
   int m_offset = 0;
 };
 
 void LinePlot::Take(const Turn& turn) {
   const bool begins = turn.what == What::kNote && turn.bytes == kStarted;
-  if (begins) CloseAll();  // nobody knows what stood between two recordings
   if (!m_first) m_offset = turn.offset;
-  m_now = static_cast<double>(turn.at) / 1e6 + m_offset * 60.0;
-  if (!m_first) m_first = m_now;
+  const double now = static_cast<double>(turn.at) / 1e6 + m_offset * 60.0;
+  // Nobody knows what stood between two recordings; nor how long it stood when the clock was set back.
+  if (begins || now < m_now - kSetBack) {
+    CloseAll();
+    BreakCurves();
+  }
+  m_now = now;
+  m_first = std::min(m_first.value_or(now), now);
+  m_last = std::max(m_last, now);
   m_events.Take(turn);
   if (turn.what != What::kAnswer || turn.fault != Fault::kNone) return;
   for (std::size_t i = 0; i < kCount; ++i) {
@@ -121,7 +132,9 @@ void LinePlot::Take(const Turn& turn) {
 
 void LinePlot::TakeValue(char address, std::size_t quantity, std::optional<double> value) {
   auto& runs = m_devices[address][quantity].runs;
-  const bool follows = !runs.empty() && !runs.back().isEmpty() && m_now - runs.back().last().x() < kGap;
+  if (value) ++m_values;
+  const double since = runs.empty() || runs.back().isEmpty() ? kGap : m_now - runs.back().last().x();
+  const bool follows = since >= 0 && since < kGap;
   if (!value || !follows) runs.emplace_back();
   if (value) runs.back() += QPointF(m_now, *value);
 }
@@ -130,10 +143,11 @@ void LinePlot::Follow(const Event& event) {
   const auto& [name, stands] = event.condition;
   if (event.type == "link" && stands) BreakCurves();
   if (name.empty()) return;
-  const auto found = m_open.find(name);
-  if (stands && found == m_open.end()) m_open[name] = m_now;
+  const Lane lane{event.address, name};
+  const auto found = m_open.find(lane);
+  if (stands && found == m_open.end()) m_open[lane] = m_now;
   if (stands || found == m_open.end()) return;
-  Close(name, found->second);
+  Close(lane, found->second);
   m_open.erase(found);
 }
 
@@ -143,28 +157,34 @@ void LinePlot::BreakCurves() {
   }
 }
 
-void LinePlot::Close(const std::string& name, double from) {
-  const QString lane = QString::fromStdString(name);
-  if (!m_lanes.contains(lane)) m_lanes += lane;
-  m_bands.push_back({from, m_now, static_cast<int>(m_lanes.indexOf(lane))});
+void LinePlot::Close(const Lane& lane, double from) {
+  const auto found = std::find(m_lanes.begin(), m_lanes.end(), lane);
+  const auto index = static_cast<int>(found - m_lanes.begin());
+  if (found == m_lanes.end()) m_lanes.push_back(lane);
+  m_bands.push_back({from, m_now, index});
 }
 
 void LinePlot::CloseAll() {
-  for (const auto& [name, from] : m_open) Close(name, from);
+  for (const auto& [lane, from] : m_open) Close(lane, from);
   m_open.clear();
+}
+
+QString LinePlot::NameOf(const Lane& lane) const {
+  const QString name = QString::fromStdString(lane.second);
+  return m_devices.size() > 1 && lane.first ? QStringLiteral("%1: %2").arg(*lane.first).arg(name) : name;
 }
 
 tools::Chart LinePlot::MakeChart(std::size_t quantity) const {
   const Quantity& row = kQuantities[quantity];
   tools::Chart chart{.title = QString::fromUtf8(row.title), .yTitle = QString::fromUtf8(row.unit), .timeAcross = true};
-  chart.xSpan = {*m_first, std::max(m_now, *m_first + 1)};
-  chart.leftMargin = m_lanes.isEmpty() ? chart.leftMargin : kNamesWidth;
-  chart.lanes = m_lanes.mid(0, kMostLanes);
+  chart.xSpan = {*m_first, std::max(m_last, *m_first + 1)};
+  chart.leftMargin = m_lanes.empty() ? chart.leftMargin : kNamesWidth;
+  for (std::size_t i = 0; i < std::min(m_lanes.size(), kMostLanes); ++i) chart.lanes += NameOf(m_lanes[i]);
   chart.bands = m_bands;
   for (const auto& [address, curves] : m_devices) {
     tools::Series series;
     for (const QPolygonF& run : curves[quantity].runs) {
-      if (!run.isEmpty()) series.runs.push_back(Thinned(run, (m_now - *m_first) / kColumns));
+      if (!run.isEmpty()) series.runs.push_back(Thinned(run, (chart.xSpan->second - chart.xSpan->first) / kColumns));
     }
     chart.series.push_back(std::move(series));
   }
@@ -181,7 +201,7 @@ tools::Page LinePlot::Picture() const {
                            .arg(QLatin1Char(m_offset < 0 ? '-' : '+'))
                            .arg(std::abs(m_offset) / 60, 2, 10, QLatin1Char('0'))
                            .arg(std::abs(m_offset) % 60, 2, 10, QLatin1Char('0'));
-  tools::Page page{.title = MomentText(*m_first) + QStringLiteral(" to ") + MomentText(m_now),
+  tools::Page page{.title = MomentText(*m_first) + QStringLiteral(" to ") + MomentText(m_last),
                    .details = QStringLiteral("Local times of the recording, ") + zone};
   page.oneARow = true;
   if (m_devices.size() > 1) {
@@ -193,9 +213,10 @@ tools::Page LinePlot::Picture() const {
     tools::Chart chart = MakeChart(i);
     if (!chart.IsEmpty()) page.charts.push_back(std::move(chart));
   }
-  if (m_lanes.size() > kMostLanes) {
-    page.notes += QStringLiteral("Tinted, and without a line: ") + m_lanes.mid(kMostLanes).join(QStringLiteral(", "));
-  }
+  QStringList unnamed;
+  for (std::size_t i = kMostLanes; i < m_lanes.size(); ++i) unnamed += NameOf(m_lanes[i]);
+  if (!unnamed.isEmpty())
+    page.notes += QStringLiteral("Tinted, and without a line: ") + unnamed.join(QStringLiteral(", "));
   return page;
 }
 
@@ -211,6 +232,10 @@ int DrawPlot(const std::vector<std::string>& files, const std::string& out) {
   const QString format = name.section(QLatin1Char('.'), -1).toLower();
   if (format != QLatin1String("svg") && format != QLatin1String("png")) {
     return Complain(tools::Told(name, QStringLiteral("neither .svg nor .png")), kExitUnusable);
+  }
+  for (const std::string& file : files) {
+    if (!tools::IsSameFile(tools::NameFromBytes(QByteArray::fromStdString(file)), name)) continue;
+    return Complain(tools::Told(name, QStringLiteral("is a recording that is read")), kExitUnusable);
   }
   LinePlot plot;
   const bool whole = ReadFiles(files, false, [&](const Record& record) { plot.Take(record); });

@@ -1,78 +1,23 @@
 #include "tools/vorel-line/readers.h"
 
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
+#include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <map>
-#include <memory>
 
 #include "link/frame_codec.h"
-#include "sim/ending.h"
 #include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/events.h"
+#include "tools/vorel-line/plain_text.h"
+#include "tools/vorel-line/record_reader.h"
+#include "tools/vorel-line/requests.h"
 #include "tools/vorel-line/turns.h"
 #include "tools/vorel-line/words.h"
 
 namespace tarnwell::vorel_line {
 
 namespace {
-
-constexpr std::int64_t kLookEvery = 100'000;  // microseconds
-
-using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
-
-bool Complain(const std::string& path, const std::string& what) {
-  std::fprintf(stderr, "vorel-line: %s: %s\n", path.c_str(), what.c_str());
-  return false;
-}
-
-/// False where the file is damaged.
-bool TakeRecords(Decoder& decoder, const std::string& path, const std::function<void(const Record&)>& sink) {
-  Record record;
-  for (;;) {
-    const Decoder::Result result = decoder.Next(record);
-    if (result == Decoder::Result::kEnd) return true;
-    if (result == Decoder::Result::kRecord) {
-      sink(record);
-      continue;
-    }
-    const std::uint64_t at = decoder.WholeBytes();
-    return Complain(path, at == 0 ? "is no recording" : "damaged behind byte " + std::to_string(at));
-  }
-}
-
-/// Whether another file stands under the name by now: the recorder began a new one.
-bool IsReplaced(std::FILE* file, const std::string& path) {
-  struct stat open {};
-  struct stat named {};
-  return fstat(fileno(file), &open) == 0 && stat(path.c_str(), &named) == 0 && open.st_ino != named.st_ino;
-}
-
-/// With `follow`, which lets the end be asked for, until then.
-bool ReadFile(const std::string& path, const sigset_t* follow, const std::function<void(const Record&)>& sink) {
-  const File file(std::fopen(path.c_str(), "rb"), std::fclose);
-  if (!file) return Complain(path, std::strerror(errno));
-  Decoder decoder;
-  std::array<char, 65536> buffer;
-  for (bool replaced = false;;) {
-    for (std::size_t count = 0; (count = std::fread(buffer.data(), 1, buffer.size(), file.get())) > 0;) {
-      decoder.Feed({buffer.data(), count});
-      if (!TakeRecords(decoder, path, sink)) return false;
-    }
-    if (std::ferror(file.get()) != 0) return Complain(path, std::strerror(errno));
-    std::fflush(stdout);
-    if (follow == nullptr || sim::EndAsked()) return true;
-    if (replaced) return ReadFile(path, follow, sink);
-    // What was written ahead of the change of files is read first.
-    replaced = IsReplaced(file.get(), path);
-    if (!replaced) sim::Rest(*follow, kLookEvery);
-    std::clearerr(file.get());
-  }
-}
 
 int Code(bool whole) {
   const bool printed = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
@@ -99,7 +44,7 @@ class Transcript {
  private:
   static const char* Sign(What what) {
     if (what == What::kAsked || what == What::kNoise) return " > ";
-    return what == What::kNote || what == What::kSilence ? " - " : " < ";
+    return what == What::kAnswer || what == What::kLate || what == What::kEcho ? " < " : " - ";
   }
 
   std::string Meaning(const Turn& turn) {
@@ -113,6 +58,8 @@ class Transcript {
         return Answer(turn);
       case What::kSilence:
         return "no answer to " + Readable(turn.request) + (turn.last ? ", given up" : "");
+      case What::kDropped:
+        return "the answer to " + Readable(turn.request) + " was not awaited";
       case What::kLate:
         return "late: nobody waits for it";
       case What::kEcho:
@@ -120,9 +67,15 @@ class Transcript {
       case What::kNoise:
         return "no whole request";
       case What::kNote:
+        Learn(turn);
         return {};
     }
     return {};
+  }
+
+  void Learn(const Turn& turn) {
+    const std::string frame = KnownFrame(turn);
+    if (!frame.empty()) m_words[turn.address].Learn(link::ReplyPayload(frame));
   }
 
   std::string Answer(const Turn& turn) {
@@ -133,7 +86,9 @@ class Transcript {
     Words& words = m_words[turn.address];
     const std::string_view reply = link::ReplyPayload(turn.bytes);
     words.Learn(reply);
-    return words.Meaning(reply) + time;
+    const std::string meaning = words.Meaning(reply) + time;
+    if (const auto moved = MovedTo(turn)) m_words[*moved] = Words(words);
+    return meaning;
   }
 
   std::map<char, Words> m_words;
@@ -143,7 +98,7 @@ void PrintRaw(const Record& record) {
   const char* sign = record.kind == Kind::kConsole ? " > " : record.kind == Kind::kDevice ? " < " : " - ";
   std::string line = TimeText(record.at, record.offset) + sign;
   if (record.kind == Kind::kNote) {
-    line += record.bytes;
+    line += Readable(record.bytes);
   } else {
     for (const char byte : record.bytes) {
       std::array<char, 8> code{};
@@ -155,32 +110,21 @@ void PrintRaw(const Record& record) {
   std::printf("%s\n", line.c_str());
 }
 
-std::string CsvText(std::string_view text) {
-  std::string quoted = "\"";
-  for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return quoted + '"';
-}
-
-std::string JsonText(std::string_view text) {
-  std::string quoted = "\"";
-  for (const char c : text) quoted += c == '"' || c == '\\' ? std::string{'\\', c} : std::string(1, c);
-  return quoted + '"';
-}
-
 void PrintEvent(const Event& event, std::string_view format) {
   const std::string time = TimeText(event.at, event.offset);
-  const std::string& text = event.text;
+  const std::string address = event.address ? std::to_string(*event.address) : "";
   const std::string request = Readable(event.request), reply = Readable(event.reply);
   if (format == "text") {
-    std::printf("%s  %-9s  %s\n", time.c_str(), event.type.c_str(), event.text.c_str());
+    std::printf("%s  %2s  %-9s  %s\n", time.c_str(), event.address ? address.c_str() : "-", event.type.c_str(),
+                event.text.c_str());
   } else if (format == "csv") {
-    std::printf("%s,%s,%s,%s,%s\r\n", time.c_str(), event.type.c_str(), CsvText(text).c_str(), CsvText(request).c_str(),
-                CsvText(reply).c_str());
+    std::printf("%s,%s,%s,%s,%s,%s\r\n", time.c_str(), address.c_str(), event.type.c_str(), CsvText(event.text).c_str(),
+                CsvText(request).c_str(), CsvText(reply).c_str());
   } else {
-    std::printf(R"({"time":"%s","type":"%s","text":%s,"request":%s,"reply":%s})"
+    std::printf(R"({"time":"%s","address":%s,"type":"%s","text":%s,"request":%s,"reply":%s})"
                 "\n",
-                time.c_str(), event.type.c_str(), JsonText(text).c_str(), JsonText(request).c_str(),
-                JsonText(reply).c_str());
+                time.c_str(), event.address ? address.c_str() : "null", event.type.c_str(),
+                JsonText(event.text).c_str(), JsonText(request).c_str(), JsonText(reply).c_str());
   }
 }
 
@@ -205,8 +149,9 @@ struct Counts {
     std::string line = name;
     line.resize(std::max<std::size_t>(line.size(), 9), ' ');
     const auto share = [this](double part) {
-      const auto at = static_cast<std::size_t>(part * static_cast<double>(std::max<std::size_t>(times.size(), 1) - 1));
-      return times.empty() ? 0.0 : static_cast<double>(times[at]) / 1e3;
+      // The least value that this part of all reaches at most.
+      const double rank = std::ceil(part * static_cast<double>(times.size()));
+      return times.empty() ? 0.0 : static_cast<double>(times[static_cast<std::size_t>(rank) - 1]) / 1e3;
     };
     std::printf("%s %12llu %9llu %9llu %9.1f %9.1f %9.1f", line.c_str(), static_cast<unsigned long long>(transactions),
                 static_cast<unsigned long long>(tries), static_cast<unsigned long long>(faults[0]), share(0.5),
@@ -222,15 +167,6 @@ struct Counts {
 
 }  // namespace
 
-bool ReadFiles(const std::vector<std::string>& files, bool follow, const std::function<void(const Record&)>& sink) {
-  bool whole = true;
-  const sigset_t whileWaiting = follow ? sim::PrepareEnding() : sigset_t{};
-  for (const std::string& path : files) {
-    whole &= ReadFile(path, follow && path == files.back() ? &whileWaiting : nullptr, sink);
-  }
-  return whole;
-}
-
 int PrintShow(const std::vector<std::string>& files, bool raw, bool follow) {
   if (raw) return Code(ReadFiles(files, follow, PrintRaw));
   Transcript transcript;
@@ -241,11 +177,12 @@ int PrintShow(const std::vector<std::string>& files, bool raw, bool follow) {
 }
 
 int PrintEvents(const std::vector<std::string>& files, std::string_view format, bool follow) {
-  if (format == "csv") std::printf("time,type,text,request,reply\r\n");
+  if (format == "csv") std::printf("time,address,type,text,request,reply\r\n");
   Events events([format](const Event& event) { PrintEvent(event, format); });
   Turns turns([&](const Turn& turn) { events.Take(turn); });
   const bool whole = ReadFiles(files, follow, [&](const Record& record) { turns.Take(record); });
   turns.End();
+  events.End();
   return Code(whole);
 }
 

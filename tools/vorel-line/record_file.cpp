@@ -13,6 +13,8 @@
 #include <ctime>
 #include <utility>
 
+#include "protocol/vocabulary.h"
+
 namespace tarnwell::vorel_line {
 
 namespace {
@@ -41,7 +43,8 @@ std::string RefuseOthers(int descriptor) {
 
 }  // namespace
 
-RecordFile::RecordFile(FileRules rules) : m_rules(std::move(rules)) {}
+RecordFile::RecordFile(FileRules rules)
+    : m_rules(std::move(rules)), m_turns([this](const Turn& turn) { Learn(turn); }) {}
 
 RecordFile::~RecordFile() { Close(); }
 
@@ -72,7 +75,7 @@ std::string RecordFile::FindEnd() {
   while ((count = ::read(m_descriptor, buffer.data(), buffer.size())) > 0) {
     decoder.Feed({buffer.data(), static_cast<std::size_t>(count)});
     Decoder::Result result = Decoder::Result::kRecord;
-    while ((result = decoder.Next(record)) == Decoder::Result::kRecord) m_day = LocalDay(record.at);
+    while ((result = decoder.Next(record)) == Decoder::Result::kRecord) Learn(record);
     if (result == Decoder::Result::kDamaged)
       return decoder.WholeBytes() == 0 ? "is there and is no recording" : SetAside();
   }
@@ -145,10 +148,23 @@ void RecordFile::Write(const Record& record) {
     Rotate();
     bytes = Encode(record);
   }
-  m_day = std::max(m_day, LocalDay(record.at));
-  if (record.kind == Kind::kNote && record.bytes.starts_with(kFormat)) m_format = record.bytes;
+  Learn(record);
   if (!Append(bytes)) return Lose(1, m_descriptor < 0 ? m_reason : std::strerror(errno));
   m_lost = 0;
+}
+
+void RecordFile::Learn(const Record& record) {
+  m_day = std::max(m_day, LocalDay(record.at));
+  if (record.kind == Kind::kNote && record.bytes.starts_with(kFormat)) m_format = record.bytes;
+  m_turns.Take(record);
+}
+
+void RecordFile::Learn(const Turn& turn) {
+  if (turn.what != What::kAnswer || turn.fault != Fault::kNone) return;
+  for (const protocol::Request* identity : {&protocol::kModelQuery, &protocol::kPlatformQuery}) {
+    if (turn.request != identity->text) continue;
+    m_known[turn.address + identity->text] = std::string(kKnown) + turn.address + turn.bytes;
+  }
 }
 
 void RecordFile::Lose(std::uint64_t count, const std::string& reason) {
@@ -162,8 +178,9 @@ std::string RecordFile::Encode(const Record& record) {
   std::string bytes = m_size == 0 ? Encoder::Header() : std::string();
   const auto note = [&](const std::string& text) { bytes += m_encoder.Encode({Kind::kNote, record.at, 0, text, 0}); };
   if (m_lost != 0) note("records lost: " + std::to_string(m_lost) + " (" + m_reason + ")");
-  // Each file tells by itself what its times stand on.
-  if (m_size == 0 && !m_format.empty()) note(m_format);
+  if (m_size != 0) return bytes + m_encoder.Encode(record);
+  if (!m_format.empty()) note(m_format);
+  for (const auto& [of, text] : m_known) note(text);
   return bytes + m_encoder.Encode(record);
 }
 

@@ -3,11 +3,13 @@
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
+#include <map>
 #include <mutex>
 #include <string>
 #include <thread>
 
 #include "tools/vorel-line/recording.h"
+#include "tools/vorel-line/turns.h"
 
 namespace tarnwell::vorel_line {
 
@@ -39,6 +41,9 @@ class RecordFile {
  private:
   void Work();
   void Write(const Record& record);
+  /// What a later file is to tell of it.
+  void Learn(const Record& record);
+  void Learn(const Turn& turn);
   void Lose(std::uint64_t count, const std::string& reason);
   /// The record, behind what stands ahead of it: the header of a new file, a note of those that were lost.
   std::string Encode(const Record& record);
@@ -58,7 +63,10 @@ class RecordFile {
   bool m_cannotRotate = false;
   std::uint64_t m_lost = 0;
   std::string m_reason;
-  std::string m_format;  // the note that is in force
+  // What each file tells by itself, so that it can be read alone.
+  std::string m_format;
+  std::map<std::string, std::string> m_known;  // by address byte and request
+  Turns m_turns;
   Encoder m_encoder;
 
   std::mutex m_mutex;

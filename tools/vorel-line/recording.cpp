@@ -90,13 +90,15 @@ std::string Encoder::Header() { return std::string(kHeader); }
 std::string Encoder::Encode(const Record& record) {
   const std::int64_t at = record.at / kStep * kStep;
   std::string bytes;
-  const bool clockDue = !m_clockAt || at < m_last || at - *m_clockAt > kClockEvery;
+  const int offset = LocalOffset(at);
+  const bool clockDue = !m_clockAt || at < m_last || at - *m_clockAt > kClockEvery || offset != m_offset;
   if (clockDue) {
     std::string clock;
     PutFixed(clock, static_cast<std::uint64_t>(at), 8);
-    PutFixed(clock, static_cast<std::uint64_t>(LocalOffset(at)), 2);
+    PutFixed(clock, static_cast<std::uint64_t>(offset), 2);
     bytes = Whole(Kind::kClock, 0, 0, clock);
     m_clockAt = m_last = at;
+    m_offset = offset;
   }
   const auto since = static_cast<std::uint64_t>((at - m_last) / kStep);
   m_last = at;

@@ -25,6 +25,7 @@ struct Record {
 
 // Notes.
 inline constexpr std::string_view kFormat = "format ";  ///< and the format, or that it was refused
+inline constexpr std::string_view kKnown = "known ";  ///< and an address byte and a frame: what a device told of itself
 inline constexpr std::string_view kStarted = "recording started";
 inline constexpr std::string_view kEnded = "recording ended";
 inline constexpr std::string_view kDeviceGone = "device gone";
@@ -45,6 +46,7 @@ class Encoder {
 
  private:
   std::optional<std::int64_t> m_clockAt;
+  int m_offset = 0;
   std::int64_t m_last = 0;
 };
 
@@ -56,6 +58,8 @@ class Decoder {
   void Feed(std::string_view bytes);
   /// The next record into `record`; kEnd where only a part of one is left.
   Result Next(Record& record);
+  /// Forgets what was fed behind the last whole record; what is fed next follows that one.
+  void DropPart() { m_data.resize(m_at); }
   /// Bytes up to the end of the last whole record.
   std::uint64_t WholeBytes() const { return m_taken; }
 

@@ -13,8 +13,8 @@
 #include "sim/ending.h"
 #include "sim/pty.h"
 #include "tools/vorel-line/commands.h"
-#include "tools/vorel-line/readers.h"
-#include "tools/vorel-line/words.h"
+#include "tools/vorel-line/plain_text.h"
+#include "tools/vorel-line/record_reader.h"
 
 namespace tarnwell::vorel_line {
 
@@ -104,6 +104,7 @@ void Script::Take(const Record& record) {
 void Script::Take(const Turn& turn) {
   switch (turn.what) {
     case What::kAsked:
+      DropUnsettled();
       m_frame = turn.bytes;
       m_askedAt = turn.at;
       m_settled = false;
@@ -116,6 +117,7 @@ void Script::Take(const Turn& turn) {
     case What::kSilence:
       m_settled = true;
       return;
+    case What::kDropped:
     case What::kLate:
     case What::kNoise:
     case What::kNote:
@@ -125,6 +127,10 @@ void Script::Take(const Turn& turn) {
 
 void Script::End() {
   m_turns.End();
+  DropUnsettled();
+}
+
+void Script::DropUnsettled() {
   if (m_frame.empty() || m_settled) return;
   m_replies[m_frame].pop_back();
   if (m_replies[m_frame].empty()) m_replies.erase(m_frame);

@@ -32,7 +32,7 @@ class Script {
   Script& operator=(const Script&) = delete;
 
   void Take(const Record& record);
-  /// The recording is over. A request that it ends with, unanswered, tells nothing of the device.
+  /// The recording is over.
   void End();
 
   /// The reply to the next request with these bytes; nothing: the recording hasn't got such a request.
@@ -42,12 +42,15 @@ class Script {
 
  private:
   void Take(const Turn& turn);
+  void DropUnsettled();
 
   Turns m_turns;
   std::map<std::string, std::deque<Reply>> m_replies;
   std::string m_frame;
   std::int64_t m_askedAt = 0;
-  bool m_settled = false;  // what became of the last request is known
+  // Whether it is known what became of the last request. One whose answer nobody waited for tells nothing of the
+  // device.
+  bool m_settled = false;
 };
 
 /// Plays the recorded device under `link` until a signal ends it. Gives the exit code.

@@ -6,7 +6,7 @@
 
 #include "link/frame_codec.h"
 #include "link/send_command.h"
-#include "tools/vorel-line/words.h"
+#include "tools/vorel-line/requests.h"
 
 namespace tarnwell::vorel_line {
 
@@ -14,6 +14,7 @@ namespace {
 
 constexpr auto kReplyWindow = static_cast<std::int64_t>(link::kReplyWindow * 1e6);  // microseconds
 constexpr std::int64_t kRetryWithin = 2'500'000;
+constexpr std::int64_t kStray = 1'000'000;  // bytes of a request that isn't whole by then never will be
 constexpr std::size_t kLongestGathered = 255;
 
 bool IsQuery(std::string_view request) { return request.ends_with('?'); }
@@ -21,14 +22,22 @@ bool IsQuery(std::string_view request) { return request.ends_with('?'); }
 }  // namespace
 
 std::string_view FaultText(Fault fault) {
-  constexpr std::array<std::string_view, kFaults> kTexts = {
-      "", "no answer", "cut short", "bad check character", "from another address", "not what was asked", "too long"};
+  constexpr std::array<std::string_view, kFaults> kTexts = {"",
+                                                            "no answer",
+                                                            "cut short",
+                                                            "no whole frame",
+                                                            "bad check character",
+                                                            "from another address",
+                                                            "not what was asked",
+                                                            "too long"};
   return kTexts[static_cast<std::size_t>(fault)];
 }
 
 void Turns::Take(const Record& record) {
   m_offset = record.offset;
-  if (m_open && record.at > m_askedUntil + kReplyWindow) CloseOpen();
+  m_now = record.at;
+  if (m_open && record.at > m_askedUntil + kReplyWindow) CloseOpen(record.at);
+  if (record.at - m_fromConsoleAt > kStray) TellNoise();
   switch (record.kind) {
     case Kind::kConsole:
       return TakeConsole(record);
@@ -40,31 +49,41 @@ void Turns::Take(const Record& record) {
       if (record.bytes.starts_with(kFormat) && record.bytes.find(' ', kFormat.size()) == std::string::npos) {
         m_settings = record.bytes.substr(kFormat.size());
       }
-      m_sink({What::kNote, record.at, record.offset, record.bytes, {}});
+      TakeNote(record);
   }
+}
+
+void Turns::TakeNote(const Record& record) {
+  const bool begins = record.bytes == kStarted;
+  // Nothing more comes for what was asked, but silence.
+  if (m_open && (begins || (record.bytes == kDeviceGone && !m_gathered.empty()))) CloseOpen(record.at);
+  if (begins) m_hearsItself.reset();
+  const bool isKnown = record.bytes.starts_with(kKnown) && record.bytes.size() > kKnown.size();
+  m_sink({What::kNote, record.at, record.offset, record.bytes, {}, isKnown ? record.bytes[kKnown.size()] : '@'});
+}
+
+void Turns::TellNoise() {
+  if (!m_fromConsole.empty()) m_sink({What::kNoise, m_fromConsoleAt, m_offset, std::exchange(m_fromConsole, {}), {}});
 }
 
 void Turns::TakeConsole(const Record& record) {
   for (const char byte : record.bytes) {
-    if (byte == link::kOpeningBrace && !m_fromConsole.empty()) {
-      m_sink({What::kNoise, record.at, record.offset, std::exchange(m_fromConsole, {}), {}});
-    }
+    if (byte == link::kOpeningBrace) TellNoise();
+    if (m_fromConsole.empty()) m_fromConsoleAt = record.at;
     m_fromConsole += byte;
     if (byte != link::kClosingBrace) continue;
-    const std::string frame = std::exchange(m_fromConsole, {});
-    if (link::CheckReplyFrame(frame, 0, {})) {
-      Ask(record, frame);
-    } else {
-      m_sink({What::kNoise, record.at, record.offset, frame, {}});
+    if (!link::CheckReplyFrame(m_fromConsole, 0, {})) {
+      TellNoise();
+      continue;
     }
+    Ask(record, m_fromConsole);
+    m_fromConsole.clear();
   }
-  if (m_fromConsole.size() > kLongestGathered) {
-    m_sink({What::kNoise, record.at, record.offset, std::exchange(m_fromConsole, {}), {}});
-  }
+  if (m_fromConsole.size() > kLongestGathered) TellNoise();
 }
 
 void Turns::Ask(const Record& record, std::string_view frame) {
-  if (m_open) CloseOpen();
+  if (m_open) CloseOpen(record.at);
   const bool again = m_failed && frame == m_frame && m_attempt < TriesFor(m_request) &&
                      record.at - m_askedAt < kRetryWithin + kReplyWindow;
   m_attempt = again ? m_attempt + 1 : 1;
@@ -100,10 +119,17 @@ void Turns::Answer(const Record& record, std::string_view bytes) {
     return Tell(What::kEcho, m_gatheredAt, std::exchange(m_gathered, {}));
   }
   const std::size_t most = MostReply(m_request) + link::kFrameOverhead;
-  if (m_gathered.back() == link::kClosingBrace || m_gathered.size() >= most) CloseOpen();
+  if (m_gathered.back() == link::kClosingBrace || m_gathered.size() >= most) CloseOpen(m_gatheredUntil);
 }
 
-bool Turns::IsEcho() const { return !m_echoed && m_gathered == m_frame && (IsQuery(m_request) || m_hearsItself); }
+// As the console decides it: early copies of a query are, and late ones where the last one came back; of a setting,
+// which a device confirms in the same bytes, the last query decides.
+bool Turns::IsEcho() const {
+  if (m_echoed || m_gathered != m_frame) return false;
+  const bool isEarly = m_gatheredUntil <= m_askedUntil;
+  const bool hearsItself = m_hearsItself.value_or(isEarly);
+  return hearsItself || (IsQuery(m_request) && isEarly);
+}
 
 Fault Turns::Judge() const {
   if (m_gathered.empty()) return Fault::kSilent;
@@ -111,24 +137,29 @@ Fault Turns::Judge() const {
   if (m_gathered.back() != link::kClosingBrace) {
     return m_gathered.size() == MostReply(m_request) + link::kFrameOverhead ? Fault::kLong : Fault::kCut;
   }
+  const bool isFrame = m_gathered.find(link::kOpeningBrace) == 0 && m_gathered.rfind(link::kOpeningBrace) == 0;
+  if (!isFrame) return Fault::kFrame;
   if (!link::CheckReplyFrame(m_gathered, 0, {})) return Fault::kCheck;
   const auto address = static_cast<std::uint8_t>(m_frame[1] - link::AddressByte(0));
   if (!link::CheckReplyFrame(m_gathered, address, {})) return Fault::kAddress;
   return link::CheckReplyFrame(m_gathered, address, ExpectedFor(m_request)) ? Fault::kNone : Fault::kOther;
 }
 
-void Turns::CloseOpen(bool asEnd) {
+void Turns::CloseOpen(std::int64_t now) {
   m_open = false;
   const Fault fault = Judge();
-  if (asEnd && fault == Fault::kSilent) return;
   m_failed = fault != Fault::kNone;
-  const bool silent = fault == Fault::kSilent;
-  Tell(silent ? What::kSilence : What::kAnswer, silent ? m_askedUntil + kReplyWindow : m_gatheredAt,
-       std::exchange(m_gathered, {}), fault);
+  const std::int64_t windowEnd = m_askedUntil + kReplyWindow;
+  if (fault == Fault::kSilent) {
+    return now < windowEnd ? Tell(What::kDropped, now, {}) : Tell(What::kSilence, windowEnd, {}, fault);
+  }
+  if (fault == Fault::kNone && IsQuery(m_request) && !m_echoed) m_hearsItself = false;
+  Tell(What::kAnswer, m_gatheredAt, std::exchange(m_gathered, {}), fault);
 }
 
 void Turns::End() {
-  if (m_open) CloseOpen(true);
+  TellNoise();
+  if (m_open) CloseOpen(m_now);
 }
 
 void Turns::Tell(What what, std::int64_t at, std::string bytes, Fault fault) {

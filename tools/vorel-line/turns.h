@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -13,6 +14,7 @@ enum class What {
   kAsked,    ///< a whole request
   kAnswer,   ///< what was gathered for it, good or not
   kSilence,  ///< nothing came for it
+  kDropped,  ///< nothing came, and the console didn't wait: it asked the next thing, or the recording ends
   kLate,     ///< bytes of the device that nobody waits for
   kEcho,     ///< the request, given back by the line
   kNoise,    ///< bytes of the console that are no request
@@ -20,8 +22,8 @@ enum class What {
 };
 
 /// How an answer fails.
-enum class Fault { kNone, kSilent, kCut, kCheck, kAddress, kOther, kLong };
-inline constexpr std::size_t kFaults = 7;
+enum class Fault { kNone, kSilent, kCut, kFrame, kCheck, kAddress, kOther, kLong };
+inline constexpr std::size_t kFaults = 8;
 std::string_view FaultText(Fault fault);
 
 /// One step of what went over the line.
@@ -51,15 +53,20 @@ class Turns {
  private:
   void TakeConsole(const Record& record);
   void TakeDevice(const Record& record);
+  void TakeNote(const Record& record);
   void Ask(const Record& record, std::string_view frame);
   void Answer(const Record& record, std::string_view bytes);
   bool IsEcho() const;
   Fault Judge() const;
-  void CloseOpen(bool asEnd = false);
+  /// What has come by `now` is all that came.
+  void CloseOpen(std::int64_t now);
+  void TellNoise();
   void Tell(What what, std::int64_t at, std::string bytes, Fault fault = Fault::kNone);
 
   Sink m_sink;
   std::string m_fromConsole;
+  std::int64_t m_fromConsoleAt = 0;
+  std::int64_t m_now = 0;
   std::string m_settings = "9600,n,8,1";
   // The request in force.
   std::string m_frame;
@@ -70,7 +77,7 @@ class Turns {
   bool m_failed = false;
   bool m_open = false;
   bool m_echoed = false;
-  bool m_hearsItself = false;
+  std::optional<bool> m_hearsItself;  // by the last query that was answered, or came back
   // What has come for it.
   std::string m_gathered;
   std::int64_t m_gatheredAt = 0;

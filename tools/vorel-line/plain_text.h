@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tarnwell::vorel_line {
+
+/// Text for a terminal: what isn't plain ASCII, and a backslash, as its code.
+std::string Readable(std::string_view bytes);
+
+/// "2026-11-23T18:45:12.345+01:00" of microseconds since 1970 and of minutes that local time is ahead of UTC.
+std::string TimeText(std::int64_t at, int offset);
+
+/// A cell of a CSV table, in quotes.
+std::string CsvText(std::string_view text);
+
+/// A JSON string of plain ASCII.
+std::string JsonText(std::string_view text);
+
+}  // namespace tarnwell::vorel_line

@@ -1,0 +1,133 @@
+#include "tools/vorel-line/record_reader.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <utility>
+
+#include "sim/ending.h"
+
+namespace tarnwell::vorel_line {
+
+namespace {
+
+constexpr std::int64_t kLookEvery = 100'000;  // microseconds
+
+using Sink = std::function<void(const Record&)>;
+
+class Reader {
+ public:
+  Reader(std::string path, const Sink& sink) : m_path(std::move(path)), m_sink(sink) {}
+  ~Reader() { Close(); }
+  Reader(const Reader&) = delete;
+  Reader& operator=(const Reader&) = delete;
+
+  bool ReadAll() {
+    if (!Open()) return false;
+    const Found found = ReadOn();
+    if (found == Found::kNothing) std::fprintf(stderr, "vorel-line: %s: holds no record\n", m_path.c_str());
+    return found != Found::kDamage || ComplainOfDamage();
+  }
+
+  bool Follow(const sigset_t& whileWaiting) {
+    if (!Open()) return false;
+    if (!S_ISREG(Status().st_mode)) return Complain("is no file that could be followed");
+    bool replaced = false;
+    while (std::fflush(stdout) == 0 && !sim::EndAsked()) {
+      const Found found = ReadOn();
+      if (found == Found::kDamage && !GoBack()) return ComplainOfDamage();
+      if (found != Found::kNothing || (Status().st_size < m_offset && GoBack())) continue;
+      if (replaced && !Open()) return false;
+      // What was written ahead of the change of files is read first.
+      replaced = !replaced && IsReplaced();
+      if (!replaced) sim::Rest(whileWaiting, kLookEvery);
+    }
+    return true;
+  }
+
+ private:
+  enum class Found { kNothing, kBytes, kDamage };
+
+  bool Open() {
+    Close();
+    m_descriptor = ::open(m_path.c_str(), O_RDONLY | O_CLOEXEC);
+    m_decoder = {};
+    m_offset = 0;
+    return m_descriptor >= 0 || Complain(std::strerror(errno));
+  }
+  void Close() {
+    if (m_descriptor >= 0) ::close(std::exchange(m_descriptor, -1));
+  }
+
+  /// All that is there by now.
+  Found ReadOn() {
+    std::array<char, 65536> buffer;
+    Found found = Found::kNothing;
+    ssize_t count = 0;
+    while ((count = ::read(m_descriptor, buffer.data(), buffer.size())) > 0) {
+      found = Found::kBytes;
+      m_offset += count;
+      m_decoder.Feed({buffer.data(), static_cast<std::size_t>(count)});
+      Record record;
+      Decoder::Result result = Decoder::Result::kRecord;
+      while ((result = m_decoder.Next(record)) == Decoder::Result::kRecord) m_sink(record);
+      if (result == Decoder::Result::kDamaged) return Found::kDamage;
+    }
+    if (count < 0) Complain(std::strerror(errno));
+    return count < 0 ? Found::kDamage : found;
+  }
+
+  /// A recorder cuts off what another one left unfinished. False where this has been tried for this place.
+  bool GoBack() {
+    const auto whole = static_cast<off_t>(m_decoder.WholeBytes());
+    if (std::exchange(m_wentBackTo, whole) == whole) return false;
+    m_decoder.DropPart();
+    m_offset = ::lseek(m_descriptor, whole, SEEK_SET);
+    return m_offset == whole;
+  }
+
+  struct stat Status() const {
+    struct stat status {};
+    fstat(m_descriptor, &status);
+    return status;
+  }
+
+  /// Whether another file stands under the name by now: the recorder began a new one.
+  bool IsReplaced() const {
+    struct stat named {};
+    return ::stat(m_path.c_str(), &named) == 0 && Status().st_ino != named.st_ino;
+  }
+
+  bool Complain(const std::string& what) const {
+    std::fprintf(stderr, "vorel-line: %s: %s\n", m_path.c_str(), what.c_str());
+    return false;
+  }
+  bool ComplainOfDamage() const {
+    const std::uint64_t at = m_decoder.WholeBytes();
+    return Complain(at == 0 ? "is no recording" : "damaged behind byte " + std::to_string(at));
+  }
+
+  std::string m_path;
+  const Sink& m_sink;
+  int m_descriptor = -1;
+  off_t m_offset = 0;
+  off_t m_wentBackTo = -1;
+  Decoder m_decoder;
+};
+
+}  // namespace
+
+bool ReadFiles(const std::vector<std::string>& files, bool follow, const Sink& sink) {
+  bool whole = true;
+  for (std::size_t i = 0; i + (follow ? 1 : 0) < files.size(); ++i) whole &= Reader(files[i], sink).ReadAll();
+  if (!follow || files.empty()) return whole;
+  const sigset_t whileWaiting = sim::PrepareEnding();
+  return Reader(files.back(), sink).Follow(whileWaiting) && whole;
+}
+
+}  // namespace tarnwell::vorel_line
