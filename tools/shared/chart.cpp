@@ -1,6 +1,7 @@
 #include "tools/shared/chart.h"
 
 #include <QFont>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QRectF>
 #include <algorithm>
@@ -220,7 +221,13 @@ void DrawPoint(QPainter& painter, const QPointF& at, double radius, std::size_t 
 void DrawRun(QPainter& painter, const QPolygonF& pixels, double radius, std::size_t index) {
   painter.setBrush(Qt::NoBrush);
   painter.setPen(PenOf(index));
-  painter.drawPolyline(pixels);
+  // One outline of a long curve that crosses itself takes the painter minutes; its lines one by one take none.
+  const bool isPicture = painter.paintEngine()->type() == QPaintEngine::Raster;
+  if (isPicture && radius == 0.0 && PenOf(index).style() == Qt::SolidLine) {
+    for (qsizetype i = 1; i < pixels.size(); ++i) painter.drawLine(pixels[i - 1], pixels[i]);
+  } else {
+    painter.drawPolyline(pixels);
+  }
   painter.setPen(Qt::NoPen);
   painter.setBrush(ColourOf(index));
   // A point alone has no line that would show it.
