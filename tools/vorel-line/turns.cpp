@@ -55,8 +55,9 @@ void Turns::Take(const Record& record) {
 
 void Turns::TakeNote(const Record& record) {
   const bool begins = record.bytes == kStarted;
+  const bool ends = begins || record.bytes == kEnded;
   // Nothing more comes for what was asked, but silence.
-  if (m_open && (begins || (record.bytes == kDeviceGone && !m_gathered.empty()))) CloseOpen(record.at);
+  if (m_open && (ends || (record.bytes == kDeviceGone && !m_gathered.empty()))) CloseOpen(record.at);
   if (begins) m_hearsItself.reset();
   const bool isKnown = record.bytes.starts_with(kKnown) && record.bytes.size() > kKnown.size();
   m_sink({What::kNote, record.at, record.offset, record.bytes, {}, isKnown ? record.bytes[kKnown.size()] : '@'});
