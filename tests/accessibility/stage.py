@@ -73,7 +73,8 @@ class Stage:
 
     def note(self, event):
         try:
-            self.events.append((event.type, event.source.get_role_name(), event.source.get_name() or "", event.detail1))
+            source = event.source
+            self.events.append((event.type, source.get_role_name(), source.get_name() or "", event.detail1, source))
         except GLib.Error:
             pass  # gone since
 
@@ -98,7 +99,7 @@ class Stage:
 
     def said(self):
         """How often each text was announced since the events were cleared."""
-        return dict(collections.Counter(name for kind, role, name, on in self.events
+        return dict(collections.Counter(name for kind, role, name, on, _ in self.events
                                         if role == "notification" and "showing" in kind and on))
 
     def windows(self):

@@ -34,6 +34,13 @@ def expect_said(stage, *texts):
     stage.events.clear()
 
 
+def expect_known_sources(stage):
+    """Each event came from an object of a tree."""
+    known = [item for window in range(len(stage.windows())) for item in stage.tree(window)]
+    strange = [event[:4] for event in stage.events if event[4] not in known]
+    assert stage.events and not strange, strange
+
+
 def order_in_lockout(stage, name):
     """An order that the device refuses, since remote lockout began and the console hasn't heard of it yet."""
     for _ in range(10):
@@ -105,8 +112,11 @@ def amplifier():
         assert times == 1 and text == "Alarm active: " + told[0][2] and len(told) == 1, (text, times, told)
         stage.leave("Close")
 
+        stage.events.clear()
         stage.press("SSPA Settings", "menu item")
         stage.until("the settings", lambda: "Settings" in stage.title())
+        stage.pump(1)
+        expect_known_sources(stage)
         for page in ("Standard", "Advanced", "Factory"):
             stage.press(page, "page tab")
             stage.until(page, lambda: stage.find(page, "panel"))

@@ -226,6 +226,23 @@ class AccessibleAnnouncement : public QAccessibleWidget {
   }
 };
 
+/// The toolkit tells of a control while its constructors run, and keeps what it then took it for: an object of its own
+/// class, that stands in no tree.
+class AccessibleBeginning : public QAccessibleWidget {
+ public:
+  using QAccessibleWidget::QAccessibleWidget;
+
+  bool isValid() const override { return false; }
+};
+
+/// Only controls of the kit stand in a form; one of the toolkit's class has constructors to come.
+bool IsBeginning(const QWidget& control) {
+  QWidget* container = control.parentWidget();
+  auto* form = container != nullptr ? qobject_cast<Form*>(container->window()) : nullptr;
+  const bool stands = form != nullptr && (container == &form->Inner() || qobject_cast<Frame*>(container) != nullptr);
+  return stands && control.metaObject()->className()[0] == 'Q';
+}
+
 QAccessibleInterface* InterfaceOf(const QString& /*key*/, QObject* object) {
   if (auto* option = qobject_cast<OptionButton*>(object)) return new AccessibleOption(*option);
   if (auto* button = qobject_cast<CommandButton*>(object)) return new AccessibleCommand(*button);
@@ -236,6 +253,8 @@ QAccessibleInterface* InterfaceOf(const QString& /*key*/, QObject* object) {
   if (auto* box = qobject_cast<TextBox*>(object)) return NewAccessibleTextBox(*box);
   if (auto* form = qobject_cast<Form*>(object)) return new AccessibleForm(*form);
   if (auto* announcement = qobject_cast<Announcement*>(object)) return new AccessibleAnnouncement(*announcement);
+  auto* widget = qobject_cast<QWidget*>(object);
+  if (widget != nullptr && IsBeginning(*widget)) return new AccessibleBeginning(widget);
   return nullptr;
 }
 
