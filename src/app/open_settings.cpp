@@ -9,10 +9,10 @@ namespace tarnwell::app {
 void Program::OpenSettings() {
   using forms::CommandButton, forms::Form, forms::TabStrip, forms::Timer;
   forms::frmSettings form(m_main.lblRFLevel);
-  settings::Opening opening{form, m_shared, m_timing};
-  settings::CalibrationTables tables(form, m_shared, m_line, m_timing);
+  settings::Opening opening{form, m_main, m_shared, m_timing};
+  settings::CalibrationTables tables(opening, m_line);
   settings::ReadBack readBack(opening, m_line, tables);
-  settings::SettingsForm logic(opening, m_main, m_line, m_machine.desktop, readBack);
+  settings::SettingsForm logic(opening, m_line, m_machine.desktop, readBack);
   settings::SettingWriters writers(opening, m_main, m_line, m_machine.desktop, readBack, tables);
   settings::FieldEntry entry(
       form, tables,

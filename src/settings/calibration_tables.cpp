@@ -9,7 +9,6 @@ namespace tarnwell::settings {
 
 namespace {
 
-constexpr double kPauseAroundCommand = 0.05;
 constexpr std::size_t kRFCompensationName = 4;  // "RT02"
 constexpr std::size_t kCompensationName = 3;    // "H03"
 
@@ -42,7 +41,7 @@ std::optional<CompensationPoint> PointFromEntry(const forms::TextBox& temperatur
 
 }  // namespace
 
-bool CalibrationTables::TemperaturesAreFixed() const { return m_shared.FirmwareClass == 1; }
+bool CalibrationTables::TemperaturesAreFixed() const { return m_opening.shared.FirmwareClass == 1; }
 
 template <typename Store>
 void CalibrationTables::Read(const protocol::Request& query, Store store) {
@@ -94,10 +93,10 @@ void CalibrationTables::DrawPiNPoint() {
 }
 
 void CalibrationTables::SelectPiNPoint() {
-  m_timing.DelayBlocking(kPauseAroundCommand);
+  m_opening.timing.DelayBlocking(kPauseAroundCommand);
   std::string reply;
   protocol::Send(m_line, protocol::SelectPiNPoint(m_form.updwnPiNLevel.Value()), reply);
-  m_timing.DelayBlocking(kPauseAroundCommand);  // the read-back may go on at once
+  m_opening.timing.DelayBlocking(kPauseAroundCommand);  // the read-back may go on at once
 }
 
 void CalibrationTables::DrawRFTempCompPoint() {
@@ -116,15 +115,15 @@ void CalibrationTables::DrawTempCompPoint() {
 
 template <typename Store>
 void CalibrationTables::Write(const protocol::Request& setting, Store store, Draw draw) {
-  m_timing.DelayBlocking(kPauseAroundCommand);
+  m_opening.timing.DelayBlocking(kPauseAroundCommand);
   std::string reply;
   if (!protocol::Send(m_line, setting, reply)) {
-    m_form.UnloadForm();
+    m_opening.CloseUnanswered();
     return;
   }
   store(std::string_view(reply));
   (this->*draw)();
-  m_timing.DelayBlocking(kPauseAroundCommand);
+  m_opening.timing.DelayBlocking(kPauseAroundCommand);
 }
 
 void CalibrationTables::WriteRFLevelPoint(float volts) {

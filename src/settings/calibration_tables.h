@@ -2,12 +2,10 @@
 
 #include <array>
 
-#include "forms/frm_settings.h"
-#include "link/interval_timing.h"
 #include "link/send_command.h"
-#include "link/sspa_public.h"
 #include "protocol/vocabulary.h"
 #include "settings/calibration_points.h"
+#include "settings/opening.h"
 
 namespace tarnwell::settings {
 
@@ -15,9 +13,8 @@ namespace tarnwell::settings {
 /// never as it was typed. One point is one transaction, and nothing here lets other code run.
 class CalibrationTables {
  public:
-  CalibrationTables(forms::frmSettings& form, const link::SSPA_Public& shared, link::SerialLink& line,
-                    const link::IntervalTiming& timing)
-      : m_form(form), m_shared(shared), m_line(line), m_timing(timing) {}
+  CalibrationTables(Opening& opening, link::SerialLink& line)
+      : m_opening(opening), m_form(opening.form), m_line(line) {}
 
   // Each asks for one point, counted from 0; without an answer the copy stays as it was. Nothing is drawn.
   void ReadRFLevelPoint(int index);
@@ -53,10 +50,9 @@ class CalibrationTables {
   void SelectPiNPoint();
   void WriteFixedTempCompPoint();
 
+  Opening& m_opening;
   forms::frmSettings& m_form;
-  const link::SSPA_Public& m_shared;
   link::SerialLink& m_line;
-  const link::IntervalTiming& m_timing;
   std::array<RFLevelPoint, kRFLevelPoints> RFLevelTable{};
   std::array<PiNPoint, kPiNPoints> PiNTable{};
   std::array<CompensationPoint, kRFTempCompPoints> RFTempCompPoints{};

@@ -2,6 +2,16 @@
 
 namespace tarnwell::settings {
 
+QString Opening::Caption() const {
+  return IsController() ? QStringLiteral("Redundancy Controller Settings") : QStringLiteral("SSPA Settings");
+}
+
+void Opening::CloseUnanswered() {
+  if (form.Unloaded()) return;
+  form.UnloadForm();
+  main.AnnounceOnReturn(Caption() + QStringLiteral(" closed: no answer"));
+}
+
 bool Opening::ReadPause() {
   ReadActivity = true;
   return Pause();
@@ -9,7 +19,7 @@ bool Opening::ReadPause() {
 
 bool Opening::Pause() {
   timing.DelayPumped(kPauseAroundCommand);
-  if (shared.CommsLost) form.UnloadForm();
+  if (shared.CommsLost) CloseUnanswered();
   return shared.SettingsOpen;
 }
 

@@ -27,6 +27,7 @@ struct ReadFlags {
 /// One opening of the settings form: what its parts share.
 struct Opening {
   forms::frmSettings& form;
+  forms::Form& main;  ///< the form that it opens over
   link::SSPA_Public& shared;
   const link::IntervalTiming& timing;
 
@@ -34,10 +35,17 @@ struct Opening {
   bool ReadActivity = false;  ///< a pause has come since the watchdog's last tick
   ReadFlags read = {};
 
+  bool IsController() const { return shared.SSPAType == link::kRedundancyController; }
+  /// "SSPA Settings": what the form is called by its title, which tells the device behind that.
+  QString Caption() const;
+
   /// Gate R: the device takes commands.
   bool TakesCommands() const { return !shared.RemoteLockout; }
   /// Gate L: and the operator has unlocked the form.
   bool IsUnlocked() const { return TakesCommands() && !Locked; }
+
+  /// Closes the form for want of an answer, and says so to who can't see it go. Nothing where it is closed already.
+  void CloseUnanswered();
 
   /// The pause behind a transaction, in which the operator's events run. A lost link closes the form. False: the form
   /// was closed meanwhile, and whoever asked ends at once and touches no control.

@@ -14,8 +14,7 @@ using protocol::AfterEcho;
 void ReadBack::ReadAllSettings() {
   m_form.tmrForcePollResume.SetEnabled(true);
   if (!m_opening.Pause() || !AskAll(kCommonReads)) return;
-  const bool controller = m_opening.shared.SSPAType == link::kRedundancyController;
-  if (controller ? ReadController() : ReadAmplifier()) m_form.tmrForcePollResume.SetEnabled(false);
+  if (m_opening.IsController() ? ReadController() : ReadAmplifier()) m_form.tmrForcePollResume.SetEnabled(false);
 }
 
 void ReadBack::Ask(const ScalarRead& row) {

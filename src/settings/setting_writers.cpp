@@ -60,7 +60,7 @@ bool SettingWriters::SendSetting(const protocol::Request& setting, std::string& 
 void SettingWriters::Write(const protocol::Request& setting, const std::function<void(std::string_view)>& show) {
   std::string reply;
   if (!SendSetting(setting, reply)) {
-    m_form.UnloadForm();
+    m_opening.CloseUnanswered();
     return;
   }
   show(reply);
@@ -103,7 +103,7 @@ void SettingWriters::WriteMaintenance(char letter) {
 void SettingWriters::WriteConfiguration(char digit) {
   std::string reply;
   if (!SendSetting(protocol::SetConfiguration(digit), reply)) {
-    m_form.UnloadForm();
+    m_opening.CloseUnanswered();
     return;
   }
   Choose(m_form, AfterEcho(reply, 3), kSetConfigurationChoices);
@@ -130,7 +130,7 @@ void SettingWriters::WriteSSPAAddress() {
   m_desktop.ShowMessage({QStringLiteral("Address Change Failed"), platform::MessageIcon::kWarning});
   m_main.updwnConnectAddress.SetValue(former);
   m_form.updwnSSPAAddress.SetValue(former);
-  m_form.UnloadForm();
+  m_opening.CloseUnanswered();
 }
 
 }  // namespace tarnwell::settings

@@ -11,8 +11,8 @@
 namespace tarnwell::settings {
 
 /// What the operator changes on the form but for the tables. Each writer is one command, sent at once; the device's
-/// reply sets what the form shows, whatever was asked. Without an answer the form closes with no word: the main form
-/// tells the lost link. Only WriteConfiguration lets other code run.
+/// reply sets what the form shows, whatever was asked. Without an answer the form closes, and nothing that is seen says
+/// why. Only WriteConfiguration lets other code run.
 class SettingWriters {
  public:
   SettingWriters(Opening& opening, forms::frmMain& main, link::SerialLink& line, platform::Desktop& desktop,

@@ -30,8 +30,8 @@ void SettingsForm::Form_Load() {
   ShowLocked(m_form, m_opening.Locked);
   m_desktop.SetBusyPointer(true);
   for (forms::Frame* page : {&m_form.fraAdvanced, &m_form.fraStandard, &m_form.fraFactory}) page->SetBorder(false);
-  m_form.CoverForm(m_main);
-  if (m_opening.shared.RemoteLockout) TellLockout(IsController() ? kController : kSSPA);
+  m_form.CoverForm(m_opening.main);
+  if (m_opening.shared.RemoteLockout) TellLockout(m_opening.IsController() ? kController : kSSPA);
   if (m_form.Unloaded()) {  // the program was told to end while the message was up, which puts the pointer back
     m_desktop.SetBusyPointer(false);
     return;
@@ -49,8 +49,8 @@ void SettingsForm::TellLockout(const QString& device) {
 void SettingsForm::ReadModel() {
   std::string reply;
   if (!protocol::Send(m_line, protocol::kModelQuery, reply)) return;
-  const QString kind = IsController() ? kController : kSSPA;
-  m_form.SetTitle(kind + QStringLiteral(" Settings: Connected to ") +
+  const QString kind = m_opening.IsController() ? kController : kSSPA;
+  m_form.SetTitle(m_opening.Caption() + QStringLiteral(": Connected to ") +
                   platform::FromDevice(protocol::AfterEcho(reply, 3)));
   m_form.fraAddress.SetCaption(kind + QStringLiteral(" &Address"));
   m_desktop.SetBusyPointer(false);
@@ -58,7 +58,7 @@ void SettingsForm::ReadModel() {
 
 void SettingsForm::ShowGroupsOfKind() {
   forms::frmSettings& f = m_form;
-  const bool controller = IsController();
+  const bool controller = m_opening.IsController();
   EnableAndShow(controller, {&f.fra7316Config, &f.fra7316Priority});
   EnableAndShow(!controller,
                 {&f.lblHWPlat, &f.lblHWPlatform, &f.fraAlarmStyle, &f.fraAuxSense, &f.fraBeeper, &f.fraFanCtrl,
@@ -86,7 +86,7 @@ void SettingsForm::tmrStartLoad_Timer() {
 void SettingsForm::tabSettings_Click() {
   ShowSelectedPage(m_form.tabSettings, {&m_form.fraStandard, &m_form.fraAdvanced, &m_form.fraFactory});
   const bool standard = m_form.tabSettings.SelectedTab() == 1;
-  if (standard || !IsController()) EnableAndShow(!standard, {&m_form.cmdUnlock});
+  if (standard || !m_opening.IsController()) EnableAndShow(!standard, {&m_form.cmdUnlock});
 }
 
 void SettingsForm::cmdUnlock_Click() {

@@ -8,15 +8,8 @@ namespace tarnwell::settings {
 /// What the settings form does by itself: opening, closing, its tabs, its lock, and the watch over the read-back.
 class SettingsForm {
  public:
-  /// `main` is the form that this one opens over.
-  SettingsForm(Opening& opening, const forms::Form& main, link::SerialLink& line, platform::Desktop& desktop,
-               ReadBack& readBack)
-      : m_opening(opening),
-        m_form(opening.form),
-        m_main(main),
-        m_line(line),
-        m_desktop(desktop),
-        m_readBack(readBack) {}
+  SettingsForm(Opening& opening, link::SerialLink& line, platform::Desktop& desktop, ReadBack& readBack)
+      : m_opening(opening), m_form(opening.form), m_line(line), m_desktop(desktop), m_readBack(readBack) {}
 
   void Form_Load();
   void Form_Unload();
@@ -26,14 +19,12 @@ class SettingsForm {
   void tmrForcePollResume_Timer();
 
  private:
-  bool IsController() const { return m_opening.shared.SSPAType == link::kRedundancyController; }
   void TellLockout(const QString& device);
   void ReadModel();
   void ShowGroupsOfKind();
 
   Opening& m_opening;
   forms::frmSettings& m_form;
-  const forms::Form& m_main;
   link::SerialLink& m_line;
   platform::Desktop& m_desktop;
   ReadBack& m_readBack;

@@ -3,6 +3,7 @@
 #include <QtTest/QTest>
 #include <map>
 
+#include "forms/controls/announcement.h"
 #include "forms/frm_main.h"
 #include "protocol/vocabulary.h"
 #include "settings/field_entry.h"
@@ -95,7 +96,8 @@ class SettingsRig {
   link::SerialLink m_line{m_shared, m_timing, m_port};
   forms::frmMain m_main;
   forms::frmSettings m_form{m_main.lblRFLevel};
-  settings::CalibrationTables m_tables{m_form, m_shared, m_line, m_timing};
+  settings::Opening m_opening{m_form, m_main, m_shared, m_timing};
+  settings::CalibrationTables m_tables{m_opening, m_line};
   settings::FieldEntry m_fields{
       m_form, m_tables, {[this](std::string_view tag) { WriteThreshold(tag); }, [this] { WriteSSPAAddress(); }}};
 
@@ -173,6 +175,9 @@ TEST(CalibrationTables, TheReplyIsStoredAndDrawnAndSilenceClosesTheForm) {
     const std::string once = row.command;
     EXPECT_EQ(silent.TakeCommands(), once + ' ' + once + ' ' + once) << "and no query of the PiN point in view";
     EXPECT_TRUE(silent.m_form.Unloaded()) << once;
+    Q_EMIT silent.m_main.Activate();
+    const QString said = silent.m_main.findChild<forms::Announcement*>()->accessibleName();
+    EXPECT_EQ(said, QStringLiteral("SSPA Settings closed: no answer")) << once;
   }
 }
 

@@ -251,7 +251,7 @@ TEST_F(ReadBackTest, ADevicePulledAtAnyTransactionClosesTheFormAndComesBack) {
     };
     OpenSettings({}, [&] { EXPECT_EQ(m_desktop.Busy(), transaction == 0) << when; });
     ExpectClosed(when);
-    EXPECT_EQ(m_linkAfter, "lost up ") << when;
+    EXPECT_EQ(m_linkAfter + m_saidAtClose, "lost up SSPA Settings closed: no answer") << when;
     EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
   }
 }

@@ -88,7 +88,7 @@ TEST_F(WritersTest, EachOptionWritesOnEveryArrivalAndShowsTheDevicesWord) {
       Press(c.option);
       EXPECT_EQ(GroupOf(c.option), c.refused) << c.refusal;
     });
-    EXPECT_EQ(m_linkAfter, "up up ");
+    EXPECT_EQ(m_linkAfter + m_saidAtClose, "up up ");
 
     OpenOn(c.tab, [&] {
       m_silent = true;
@@ -97,6 +97,8 @@ TEST_F(WritersTest, EachOptionWritesOnEveryArrivalAndShowsTheDevicesWord) {
       EXPECT_FALSE(IsOpen());
     });
     EXPECT_EQ(m_linkAfter, "lost up ") << c.option;
+    const std::string device = whole[1] == 'M' || whole[1] == 'P' ? "Redundancy Controller" : "SSPA";
+    EXPECT_EQ(m_saidAtClose, device + " Settings closed: no answer") << c.option;
     EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
   }
 }
@@ -213,7 +215,7 @@ TEST_F(AddressTest, AFailedChangeIsToldAndTakenBack) {
   });
   EXPECT_EQ(m_desktop.TakeMessages(), QStringList(QStringLiteral("(!) Address Change Failed")));
   EXPECT_EQ(Addresses(), "7 7 7");
-  EXPECT_EQ(m_linkAfter, "up up ");
+  EXPECT_EQ(m_linkAfter + m_saidAtClose, "up up SSPA Settings closed: no answer");
 }
 
 TEST_F(AddressTest, ChangedInTheMiddleOfTheReadBackItGoesOnAtTheNewAddress) {

@@ -4,6 +4,7 @@
 #include <QTabBar>
 #include <optional>
 
+#include "forms/controls/announcement.h"
 #include "forms/controls/reading_order.h"
 #include "forms/frm_settings.h"
 #include "sim/commands.h"
@@ -72,6 +73,8 @@ class SettingsTest : public ProgramTest {
              if (IsOpen()) Press("cmdExit");
            });
       m_sentAtClose = m_port.Commands();
+      Q_EMIT Main().Activate();
+      m_saidAtClose = Main().findChild<forms::Announcement*>()->accessibleName().toStdString();
       m_linkAfter.clear();
       if (Main().Unloaded()) return;
       const auto noteLink = [this] { m_linkAfter += Title().find("Lost") == std::string::npos ? "up " : "lost "; };
@@ -137,6 +140,7 @@ class SettingsTest : public ProgramTest {
   bool m_silent = false;      ///< the device hears nothing, until the console has polled it once more
   std::string m_linkAfter;    ///< what the main form said after one poll and after two: "lost up "
   std::string m_sentAtClose;  ///< all that was sent when the form had closed, but for what was taken
+  std::string m_saidAtClose;  ///< what the main form had said by then to a screen reader
 };
 
 }  // namespace tarnwell::test

@@ -11,7 +11,14 @@ Announcement::Announcement(QWidget& form) : QWidget(&form) {
 
 void Announcement::Say(const QString& text) {
   if (text.isEmpty()) return;
-  setAccessibleName(text);
+  m_due.append(text);
+  SayDue();
+}
+
+void Announcement::SayDue() {
+  if (m_due.isEmpty()) return;
+  setAccessibleName(m_due.join(QStringLiteral(". ")));
+  m_due.clear();
   QAccessibleEvent showing(this, QAccessible::ObjectShow);
   QAccessible::updateAccessibility(&showing);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QStringList>
 #include <QWidget>
 
 namespace tarnwell::forms {
@@ -13,7 +14,13 @@ class Announcement : public QWidget {
  public:
   explicit Announcement(QWidget& form);
 
+  /// At once, behind what is due, in one: a tool asks for the text when it hears of it, which may be after the next.
   void Say(const QString& text);
+  void SayLater(const QString& text) { m_due.append(text); }
+  void SayDue();
+
+ private:
+  QStringList m_due;
 };
 
 }  // namespace tarnwell::forms

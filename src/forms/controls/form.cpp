@@ -59,6 +59,7 @@ Form::Form(const char* name, const char* title, Border border, Twips width, Twip
   PlaceInner();
   InputGate::Instance();
   AdoptPalette();
+  connect(this, &Form::Activate, m_announcement, &Announcement::SayDue);
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) { FollowFocus(now); });
 }
 
@@ -79,6 +80,8 @@ void Form::SetTitle(const QString& title) {
 }
 
 void Form::Announce(const QString& text) { m_announcement->Say(text); }
+
+void Form::AnnounceOnReturn(const QString& text) { m_announcement->SayLater(text); }
 
 bool Form::Open() {
   if (m_unloaded) return false;

@@ -50,6 +50,9 @@ class Form : public QWidget {
 
   /// Says `text` once to assistive tools.
   void Announce(const QString& text);
+  /// Says it when the form is active again, or with what is announced ahead of that. The focus that comes back would
+  /// cut what is said at once.
+  void AnnounceOnReturn(const QString& text);
 
   Twips ScaleWidth() const;
   Twips ScaleHeight() const;
