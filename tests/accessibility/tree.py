@@ -123,7 +123,14 @@ def amplifier():
             look(stage, "settings, " + page, "panel '%s'" % page,
                  "text 'Sensor Level (V):' focusable%s -- 0 to 15, D: disabled" % (" showing" * (page == "Factory")))
         refuses_acts(stage)
-        stage.leave("Close")
+
+        stage.press("Advanced", "page tab")
+        stage.press("Unlock")
+        option = stage.named("Max", "radio button")
+        stage.events.clear()
+        stage.device("comms rlo")
+        do(option, "Press")
+        expect_said(stage, "SSPA Settings closed: no answer")
 
 
 def others():
@@ -131,8 +138,23 @@ def others():
         stage.press("Connect")
         stage.until("the paths", lambda: stage.find("Path A SSPA Selection", "panel") and stage.checked("Auto"))
         stage.pump(1.5)
-        look(stage, "redundancy controller", "panel 'Path A SSPA Selection", "panel 'Path B SSPA Selection",
-             "panel 'Mode'")
+        stage.device("priority A")
+        stage.until("the priority", lambda: stage.find("Path A SSPA Selection [Priority]", "panel"))
+        look(stage, "redundancy controller", "panel 'Path A SSPA Selection [Priority]'",
+             "panel 'Path B SSPA Selection'", "panel 'Mode'")
+
+        stage.press("View alarms")
+        stage.press("OK")  # Auto mode is told of
+        stage.until("the viewer", lambda: stage.find("Clear Alarms"))
+        stage.pump(1.5)
+        look(stage, "alarm viewer of a controller", "frame 'Redundancy Controller Alarms: Connected")
+        stage.leave("Close")
+        stage.press("Redundancy Controller Settings", "menu item")
+        stage.until("the settings", lambda: stage.title().startswith("Redundancy Controller Settings: Connected"))
+        stage.until("the priority", lambda: stage.checked("Path A"))
+        look(stage, "settings of a controller", "panel 'Priority'", "radio button 'Path A' checked")
+        stage.leave("Close")
+
         stage.press("Save Snapshot (Redundancy Controller)", "menu item")
         stage.until("the dialog", lambda: stage.title() == "Save Snapshot")
         look(stage, "snapshot", "dialog 'Save Snapshot'", "text 'File Description:'")
