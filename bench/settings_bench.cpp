@@ -94,8 +94,8 @@ Result OpenOnce() {
   form.SetInnerSize(form.ScaleWidth(), form.ScaleHeight());
   form.show();
   QCoreApplication::processEvents();
-  settings::Opening opening{form, shared, timing};
-  settings::CalibrationTables tables(form, shared, line, timing);
+  settings::Opening opening{form, main, shared, timing};
+  settings::CalibrationTables tables(opening, line);
   settings::ReadBack readBack(opening, line, tables);
   const double start = Now();
   readBack.ReadAllSettings();
