@@ -52,6 +52,21 @@ bool MakeRaw(int descriptor, speed_t speed) {
   return cfsetspeed(&settings, speed) == 0 && tcsetattr(descriptor, TCSANOW, &settings) == 0;
 }
 
+struct flock WholeLock() {
+  struct flock lock {};
+  lock.l_type = F_WRLCK;
+  lock.l_whence = SEEK_SET;
+  return lock;
+}
+
+/// Whether a program of this kind holds the pseudo-terminal.
+bool IsServed(const std::string& path) {
+  FileDescriptor terminal;
+  if (!terminal.Take(::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC))) return errno == EBUSY;
+  struct flock other = WholeLock();
+  return fcntl(terminal.Value(), F_GETLK, &other) == 0 && other.l_type != F_UNLCK;
+}
+
 class Pty final : public Line {
  public:
   Pty(const std::string& link, OldLink oldLink) : m_link(link), m_oldLink(oldLink) {}
@@ -67,6 +82,9 @@ class Pty final : public Line {
     // Held open here: else the line would hang up each time that the console closes it.
     const bool held = m_slave.Take(::open(m_path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
     if (!held || !MakeRaw(m_slave.Value(), B9600)) return Fail(SystemError(m_path));
+    // Whoever finds a link to it can tell it from another one that got its number later.
+    struct flock own = WholeLock();
+    fcntl(m_slave.Value(), F_SETLK, &own);
     const std::string error = MakeLink();
     return error.empty() ? error : Fail(error);
   }
@@ -92,7 +110,7 @@ class Pty final : public Line {
     std::error_code error;
     if (m_oldLink == OldLink::kPutBack) m_oldTarget = std::filesystem::read_symlink(m_link, error);
     if (m_oldTarget.string().starts_with(kPtyFolder)) {
-      if (std::filesystem::exists(m_oldTarget, error)) return m_link + ": leads to a line that is in use";
+      if (m_oldTarget != m_path && IsServed(m_oldTarget)) return m_link + ": leads to a line that is in use";
       m_oldTarget.clear();  // left by a program that was killed
     }
     if (std::filesystem::is_symlink(m_link, error)) std::filesystem::remove(m_link, error);

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -86,7 +87,7 @@ TEST(RecordFile, AFullDiskLosesWholeRecordsAndTellsAndTheFileGoesOn) {
   torn.close();
   write();
   std::vector<std::string> read;
-  EXPECT_TRUE(ReadFiles({path}, false, [&](const Record& record) { read.push_back(record.bytes); }));
+  EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) { read.push_back(record.bytes); }));
   EXPECT_EQ(read, (std::vector<std::string>{"whole", "whole"}));
 
   RecordFile file({path + "2", 0, 0});
@@ -100,7 +101,7 @@ TEST(RecordFile, AFullDiskLosesWholeRecordsAndTellsAndTheFileGoesOn) {
   file.Put({Kind::kDevice, kStart + 60'000'000, 0, "end", 0});
   file.Close();
   read.clear();
-  EXPECT_TRUE(ReadFiles({path + "2"}, false, [&](const Record& record) { read.push_back(record.bytes); }));
+  EXPECT_EQ(kExitFine, ReadFiles({path + "2"}, false, [&](const Record& record) { read.push_back(record.bytes); }));
   ASSERT_EQ(read.size(), 4u);
   EXPECT_EQ(read[2], "records lost: 7 (File too large)");
   EXPECT_EQ(read[3], "end");
@@ -126,8 +127,8 @@ TEST(RecordFile, OnlyARecordingIsGoneOnWithAndADamagedOneIsSetAside) {
   file.close();
   EXPECT_EQ(put("two"), "");
   std::string read;
-  EXPECT_TRUE(ReadFiles({path}, false, [&](const Record& record) { read += record.bytes; }));
-  EXPECT_FALSE(ReadFiles({path + ".damaged"}, false, [&](const Record& record) { read += record.bytes; }));
+  EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) { read += record.bytes; }));
+  EXPECT_EQ(kExitDamaged, ReadFiles({path + ".damaged"}, false, [&](const Record& record) { read += record.bytes; }));
   EXPECT_EQ(read, "twoone");
 }
 
@@ -141,7 +142,8 @@ TEST(RecordFile, ANewFileIsBegunBySizeAndByDayAndOldOnesAreKeptAsTold) {
   } cases[] = {{200, 2, 1000, "i gh ef -"},
                {200, 0, 1000, "i gh ef cd"},
                {0, 2, kDay / 2, "i gh ef -"},
-               {0, 0, kDay / 2, "abcdefghi - - -"}};
+               {0, 0, kDay / 2, "abcdefghi - - -"},
+               {0, 2, -kDay * 2, "i h g -"}};
   for (const auto& row : cases) {
     QTemporaryDir folder;
     const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
@@ -153,12 +155,27 @@ TEST(RecordFile, ANewFileIsBegunBySizeAndByDayAndOldOnesAreKeptAsTold) {
     const auto letters = [](const std::string& name) {
       std::string text;
       if (!QFile::exists(QString::fromStdString(name))) return std::string("-");
-      EXPECT_TRUE(ReadFiles({name}, false, [&](const Record& record) { text += record.bytes[0]; }));
+      EXPECT_EQ(kExitFine, ReadFiles({name}, false, [&](const Record& record) { text += record.bytes[0]; }));
       return text;
     };
     EXPECT_EQ(letters(path) + " " + letters(path + ".1") + " " + letters(path + ".2") + " " + letters(path + ".3"),
               row.files);
   }
+}
+
+TEST(RecordFile, ARotationThatFailsLosesNoTimeAndNoOlderFile) {
+  QTemporaryDir folder;
+  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
+  ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("a.rec.1/b")));
+  RecordFile file({path, 100, 1});
+  EXPECT_EQ(file.Open(), "");
+  for (int i = 0; i < 3; ++i) file.Put({Kind::kDevice, kStart + i * 700'000'000ll, 0, std::string(50, 'x'), 0});
+  file.Close();
+  std::string times;
+  EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) {
+              times += std::to_string((record.at - kStart) / 1'000'000) + " ";
+            }));
+  EXPECT_EQ(times, "0 700 1400 ");
 }
 
 TEST(RecordFile, AFurtherFileTellsTheFormatAndTheDeviceByItself) {
@@ -173,7 +190,7 @@ TEST(RecordFile, AFurtherFileTellsTheFormatAndTheDeviceByItself) {
   file.Put({Kind::kDevice, kStart + 2'000'000, 0, std::string(70, 'x'), 0});
   file.Close();
   std::vector<std::string> read;
-  EXPECT_TRUE(ReadFiles({path}, false, [&](const Record& record) { read.push_back(record.bytes); }));
+  EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) { read.push_back(record.bytes); }));
   EXPECT_EQ(read, (std::vector<std::string>{format, std::string(kKnown) + "@" + model, std::string(70, 'x')}));
 }
 

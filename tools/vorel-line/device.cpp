@@ -62,7 +62,8 @@ bool IsDataFormat(std::string_view text) {
 
 std::string DevicePort::Open(const LineFormat& console) {
   m_descriptor = ::open(m_path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
-  if (m_descriptor >= 0 && Apply(console)) {
+  if (m_descriptor >= 0 && FormatOf(m_descriptor)) {
+    Apply(console);  // what the port refuses is told by Settings()
     ioctl(m_descriptor, TIOCEXCL);
     return {};
   }

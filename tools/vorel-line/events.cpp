@@ -29,6 +29,7 @@ int AddressOf(const Turn& turn) { return turn.address - link::AddressByte(0); }
 }  // namespace
 
 void Events::Take(const Turn& turn) {
+  if (const auto move = m_addresses.Take(turn)) m_devices[move->second] = Device(m_devices[move->first]);
   switch (turn.what) {
     case What::kNote:
       return TakeNote(turn);
@@ -51,7 +52,9 @@ void Events::TakeNote(const Turn& turn) {
     m_devices[turn.address].words.Learn(link::ReplyPayload(frame));
     return;
   }
-  TellPending();
+  // Each file of a recording tells the format anew.
+  if (turn.bytes.starts_with(kFormat) && std::exchange(m_format, turn.bytes) == turn.bytes) return;
+  if (turn.bytes == kStarted || turn.bytes == kEnded) TellPending();
   // Nobody knows what befell the device between two recordings.
   if (turn.bytes == kStarted) {
     for (auto& [address, device] : m_devices) device = Device(device.words);
@@ -80,7 +83,6 @@ void Events::Answered(const Turn& turn) {
   if (turn.request == protocol::kClearAlarms.text) device.cleared = true;
   if (turn.request == protocol::kAlarmQuery.text) FollowAlarms(turn, device, protocol::AfterEcho(reply, 2));
   if (reply.starts_with(protocol::kStatusQuery.expected)) FollowStatus(turn, device, reply);
-  if (const auto moved = MovedTo(turn)) m_devices[*moved] = Device(device);
 }
 
 void Events::Connected(const Turn& turn, Device& device, std::string_view modelBefore) {

@@ -68,6 +68,8 @@ class Events {
   std::map<char, Device> m_devices;
   std::int64_t m_heardAt = 0;
   bool m_afterPause = true;
+  AddressFollower m_addresses;
+  std::string m_format;           // told last
   std::optional<Turn> m_pending;  // a command that failed and may be tried again
 };
 

@@ -90,7 +90,8 @@ class LinePlot {
   void Take(const Turn& turn);
   void TakeValue(char address, std::size_t quantity, std::optional<double> value);
   void Follow(const Event& event);
-  void BreakCurves();
+  /// Of the device at an address, or of all.
+  void BreakCurves(std::optional<int> of);
   void Close(const Lane& lane, double from);
   void CloseAll();
   QString NameOf(const Lane& lane) const;
@@ -114,9 +115,14 @@ void LinePlot::Take(const Turn& turn) {
   if (!m_first) m_offset = turn.offset;
   const double now = static_cast<double>(turn.at) / 1e6 + m_offset * 60.0;
   // Nobody knows what stood between two recordings; nor how long it stood when the clock was set back.
-  if (begins || now < m_now - kSetBack) {
+  const bool setBack = now < m_now - kSetBack;
+  const std::map<Lane, double> standing = m_open;
+  if (begins || setBack) {
     CloseAll();
-    BreakCurves();
+    BreakCurves({});
+  }
+  if (setBack && !begins) {
+    for (const auto& [lane, from] : standing) m_open[lane] = now;
   }
   m_now = now;
   m_first = std::min(m_first.value_or(now), now);
@@ -141,7 +147,7 @@ void LinePlot::TakeValue(char address, std::size_t quantity, std::optional<doubl
 
 void LinePlot::Follow(const Event& event) {
   const auto& [name, stands] = event.condition;
-  if (event.type == "link" && stands) BreakCurves();
+  if (event.type == "link" && stands) BreakCurves(event.address);
   if (name.empty()) return;
   const Lane lane{event.address, name};
   const auto found = m_open.find(lane);
@@ -151,8 +157,9 @@ void LinePlot::Follow(const Event& event) {
   m_open.erase(found);
 }
 
-void LinePlot::BreakCurves() {
+void LinePlot::BreakCurves(std::optional<int> of) {
   for (auto& [address, curves] : m_devices) {
+    if (of && *of != address - link::AddressByte(0)) continue;
     for (tools::Series& series : curves) series.runs.emplace_back();
   }
 }
@@ -238,14 +245,15 @@ int DrawPlot(const std::vector<std::string>& files, const std::string& out) {
     return Complain(tools::Told(name, QStringLiteral("is a recording that is read")), kExitUnusable);
   }
   LinePlot plot;
-  const bool whole = ReadFiles(files, false, [&](const Record& record) { plot.Take(record); });
+  const Exit read = ReadFiles(files, false, [&](const Record& record) { plot.Take(record); });
   plot.End();
+  if (plot.IsEmpty() && read == kExitUnusable) return read;
   if (plot.IsEmpty()) return Complain(QStringLiteral("no RF level and no temperature to draw"), kExitNothing);
   QString error;
   if (!tools::WriteWhole(name, tools::DrawPage(plot.Picture(), format), error)) {
     return Complain(tools::Told(name, error), kExitUnusable);
   }
-  return whole ? kExitFine : kExitDamaged;
+  return read;
 }
 
 }  // namespace tarnwell::vorel_line

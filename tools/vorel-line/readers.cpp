@@ -19,10 +19,10 @@ namespace tarnwell::vorel_line {
 
 namespace {
 
-int Code(bool whole) {
+int Code(Exit read) {
   const bool printed = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
   if (!printed) std::fputs("vorel-line: standard output took not all\n", stderr);
-  return !printed ? kExitUnusable : whole ? kExitFine : kExitDamaged;
+  return printed ? read : kExitUnusable;
 }
 
 std::string Milliseconds(std::int64_t microseconds) {
@@ -35,6 +35,7 @@ std::string Milliseconds(std::int64_t microseconds) {
 class Transcript {
  public:
   void Print(const Turn& turn) {
+    if (const auto move = m_addresses.Take(turn)) m_words[move->second] = Words(m_words[move->first]);
     const std::string meaning = Meaning(turn);
     std::string line = TimeText(turn.at, turn.offset) + Sign(turn.what) + Readable(turn.bytes);
     if (!meaning.empty()) line += std::string(turn.bytes.empty() ? "" : "  ") + meaning;
@@ -86,12 +87,11 @@ class Transcript {
     Words& words = m_words[turn.address];
     const std::string_view reply = link::ReplyPayload(turn.bytes);
     words.Learn(reply);
-    const std::string meaning = words.Meaning(reply) + time;
-    if (const auto moved = MovedTo(turn)) m_words[*moved] = Words(words);
-    return meaning;
+    return words.Meaning(reply) + time;
   }
 
   std::map<char, Words> m_words;
+  AddressFollower m_addresses;
 };
 
 void PrintRaw(const Record& record) {
@@ -171,19 +171,19 @@ int PrintShow(const std::vector<std::string>& files, bool raw, bool follow) {
   if (raw) return Code(ReadFiles(files, follow, PrintRaw));
   Transcript transcript;
   Turns turns([&](const Turn& turn) { transcript.Print(turn); });
-  const bool whole = ReadFiles(files, follow, [&](const Record& record) { turns.Take(record); });
+  const Exit read = ReadFiles(files, follow, [&](const Record& record) { turns.Take(record); });
   turns.End();
-  return Code(whole);
+  return Code(read);
 }
 
 int PrintEvents(const std::vector<std::string>& files, std::string_view format, bool follow) {
   if (format == "csv") std::printf("time,address,type,text,request,reply\r\n");
   Events events([format](const Event& event) { PrintEvent(event, format); });
   Turns turns([&](const Turn& turn) { events.Take(turn); });
-  const bool whole = ReadFiles(files, follow, [&](const Record& record) { turns.Take(record); });
+  const Exit read = ReadFiles(files, follow, [&](const Record& record) { turns.Take(record); });
   turns.End();
   events.End();
-  return Code(whole);
+  return Code(read);
 }
 
 int PrintStats(const std::vector<std::string>& files) {
@@ -194,12 +194,12 @@ int PrintStats(const std::vector<std::string>& files) {
     counts[GroupOf(turn.request)].Take(turn);
     all.Take(turn);
   });
-  const bool whole = ReadFiles(files, false, [&](const Record& record) { turns.Take(record); });
+  const Exit read = ReadFiles(files, false, [&](const Record& record) { turns.Take(record); });
   turns.End();
   std::printf("request   transactions     tries  answered  median ms   99 %% ms    max ms  failed tries\n");
   for (auto& [name, row] : counts) row.Print(name);
   all.Print("all");
-  return Code(whole);
+  return Code(read);
 }
 
 }  // namespace tarnwell::vorel_line

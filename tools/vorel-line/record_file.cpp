@@ -8,18 +8,23 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
 #include <utility>
 
 #include "protocol/vocabulary.h"
+#include "sim/ending.h"
 
 namespace tarnwell::vorel_line {
 
 namespace {
 
-constexpr std::size_t kLongestQueue = 100'000;  // records: hours of polling
+constexpr std::size_t kLongestQueue = 100'000;     // records: hours of polling
+constexpr std::uint64_t kRetryRotation = 100'000;  // bytes behind a failure
+constexpr auto kCloseWithin = std::chrono::seconds(5);
+const protocol::Request* const kIdentity[] = {&protocol::kModelQuery, &protocol::kPlatformQuery};
 constexpr const char* kTooSlow = "the disk is too slow";
 
 int LocalDay(std::int64_t at) {
@@ -32,6 +37,11 @@ int LocalDay(std::int64_t at) {
 void Complain(const std::string& what) { std::fprintf(stderr, "vorel-line: %s\n", what.c_str()); }
 
 bool Exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
+
+/// A note of the format in force, which one that was refused isn't.
+bool IsFormat(const std::string& note) {
+  return note.starts_with(kFormat) && note.find(' ', kFormat.size()) == std::string::npos;
+}
 
 /// Whether the descriptor is of a regular file, and this program the only one that writes to it.
 std::string RefuseOthers(int descriptor) {
@@ -76,6 +86,7 @@ std::string RecordFile::FindEnd() {
     decoder.Feed({buffer.data(), static_cast<std::size_t>(count)});
     Decoder::Result result = Decoder::Result::kRecord;
     while ((result = decoder.Next(record)) == Decoder::Result::kRecord) Learn(record);
+    if (sim::EndAsked()) return "ended while it was read";
     if (result == Decoder::Result::kDamaged)
       return decoder.WholeBytes() == 0 ? "is there and is no recording" : SetAside();
   }
@@ -113,15 +124,19 @@ void RecordFile::Put(Record record) {
   m_wake.notify_one();
 }
 
-void RecordFile::Close() {
-  if (!m_thread.joinable()) return;
+bool RecordFile::Close() {
+  if (!m_thread.joinable()) return true;
   {
     const std::lock_guard lock(m_mutex);
     m_ending = true;
   }
   m_wake.notify_one();
+  std::unique_lock lock(m_mutex);
+  if (!m_idle.wait_for(lock, kCloseWithin, [this] { return m_finished; })) return false;
+  lock.unlock();
   m_thread.join();
   if (m_descriptor >= 0) ::close(std::exchange(m_descriptor, -1));
+  return true;
 }
 
 void RecordFile::Work() {
@@ -131,7 +146,7 @@ void RecordFile::Work() {
     {
       std::unique_lock lock(m_mutex);
       m_wake.wait(lock, [this] { return m_ending || !m_queue.empty(); });
-      if (m_queue.empty()) return;
+      if (m_queue.empty()) break;
       records.swap(m_queue);
       overflown = std::exchange(m_overflown, 0);
     }
@@ -139,12 +154,20 @@ void RecordFile::Work() {
     // They came behind these.
     if (overflown != 0) Lose(overflown, kTooSlow);
   }
+  const std::lock_guard lock(m_mutex);
+  m_finished = true;
+  m_idle.notify_one();
 }
+
+// A clock that is set back a little begins no new day, and one that was far ahead once doesn't stop them.
+bool RecordFile::IsOtherDay(int day) const { return day > m_day || day < m_day - 1; }
 
 void RecordFile::Write(const Record& record) {
   if (m_descriptor < 0) m_reason = OpenPath();
+  const Encoder before = m_encoder;
   std::string bytes = Encode(record);
   if (NewFileDue(record, bytes.size())) {
+    m_encoder = before;
     Rotate();
     bytes = Encode(record);
   }
@@ -154,14 +177,22 @@ void RecordFile::Write(const Record& record) {
 }
 
 void RecordFile::Learn(const Record& record) {
-  m_day = std::max(m_day, LocalDay(record.at));
-  if (record.kind == Kind::kNote && record.bytes.starts_with(kFormat)) m_format = record.bytes;
+  if (const int day = LocalDay(record.at); IsOtherDay(day)) m_day = day;
+  if (record.kind == Kind::kNote && IsFormat(record.bytes)) m_format = record.bytes;
   m_turns.Take(record);
 }
 
 void RecordFile::Learn(const Turn& turn) {
+  if (const auto move = m_addresses.Take(turn)) {
+    const auto& [from, to] = *move;
+    for (const protocol::Request* identity : kIdentity) {
+      const auto found = m_known.find(from + identity->text);
+      if (found != m_known.end())
+        m_known[to + identity->text] = std::string(kKnown) + to + found->second.substr(kKnown.size() + 1);
+    }
+  }
   if (turn.what != What::kAnswer || turn.fault != Fault::kNone) return;
-  for (const protocol::Request* identity : {&protocol::kModelQuery, &protocol::kPlatformQuery}) {
+  for (const protocol::Request* identity : kIdentity) {
     if (turn.request != identity->text) continue;
     m_known[turn.address + identity->text] = std::string(kKnown) + turn.address + turn.bytes;
   }
@@ -206,22 +237,25 @@ bool RecordFile::Append(const std::string& bytes) {
 }
 
 bool RecordFile::NewFileDue(const Record& record, std::size_t more) const {
-  if (m_descriptor < 0 || m_size == 0 || m_cannotRotate) return false;
+  if (m_descriptor < 0 || m_size < std::max<std::uint64_t>(m_rotateFrom, 1)) return false;
   const bool full = m_rules.largest != 0 && m_size + more > m_rules.largest;
-  // A clock that is set back begins no new day.
-  return full || (m_rules.keep > 0 && LocalDay(record.at) > m_day);
+  return full || (m_rules.keep > 0 && IsOtherDay(LocalDay(record.at)));
 }
 
 void RecordFile::Rotate() {
   const auto old = [this](int number) { return m_rules.path + "." + std::to_string(number); };
   int last = 1;
   while (Exists(old(last)) && (m_rules.keep == 0 || last < m_rules.keep)) ++last;
-  for (; last > 1; --last) std::rename(old(last - 1).c_str(), old(last).c_str());
-  if (std::rename(m_rules.path.c_str(), old(1).c_str()) != 0) {
-    Complain(old(1) + ": " + std::strerror(errno) + "; no new file is begun");
-    m_cannotRotate = true;
+  // From the oldest on, and no further than it goes: the next one would take the place of one that stayed.
+  for (int number = last; number > 0; --number) {
+    const std::string from = number > 1 ? old(number - 1) : m_rules.path;
+    if (std::rename(from.c_str(), old(number).c_str()) == 0) continue;
+    Complain(old(number) + ": " + std::strerror(errno) + "; no new file is begun");
+    m_rotateFrom = m_size + kRetryRotation;
     return;
   }
+  m_rotateFrom = 0;
+  for (int more = m_rules.keep + 1; m_rules.keep > 0 && ::unlink(old(more).c_str()) == 0;) ++more;
   ::close(std::exchange(m_descriptor, -1));
   m_size = 0;
   m_reason = OpenPath();

@@ -10,6 +10,7 @@
 
 #include "tools/vorel-line/recording.h"
 #include "tools/vorel-line/turns.h"
+#include "tools/vorel-line/words.h"
 
 namespace tarnwell::vorel_line {
 
@@ -35,8 +36,9 @@ class RecordFile {
   /// Queues a record and returns at once.
   void Put(Record record);
 
-  /// Waits until all that was put has been written or lost, and closes the file.
-  void Close();
+  /// Waits until all that was put has been written or lost, and closes the file. False: the disk hasn't answered within
+  /// five seconds.
+  bool Close();
 
  private:
   void Work();
@@ -50,6 +52,7 @@ class RecordFile {
   bool Append(const std::string& bytes);
   bool NewFileDue(const Record& record, std::size_t more) const;
   void Rotate();
+  bool IsOtherDay(int day) const;
   // What went wrong, or nothing.
   std::string OpenPath();
   std::string FindEnd();
@@ -60,12 +63,13 @@ class RecordFile {
   int m_descriptor = -1;
   std::uint64_t m_size = 0;
   int m_day = 0;
-  bool m_cannotRotate = false;
+  std::uint64_t m_rotateFrom = 0;  // bytes below which a failed rotation isn't tried again
   std::uint64_t m_lost = 0;
   std::string m_reason;
   // What each file tells by itself, so that it can be read alone.
   std::string m_format;
   std::map<std::string, std::string> m_known;  // by address byte and request
+  AddressFollower m_addresses;
   Turns m_turns;
   Encoder m_encoder;
 
@@ -74,6 +78,8 @@ class RecordFile {
   std::deque<Record> m_queue;
   std::uint64_t m_overflown = 0;
   bool m_ending = false;
+  std::condition_variable m_idle;
+  bool m_finished = false;
   std::thread m_thread;
 };
 

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdio>
@@ -27,38 +28,43 @@ class Reader {
   Reader(const Reader&) = delete;
   Reader& operator=(const Reader&) = delete;
 
-  bool ReadAll() {
-    if (!Open()) return false;
+  Exit ReadAll() {
+    if (!Open()) return kExitUnusable;
     const Found found = ReadOn();
-    if (found == Found::kNothing) std::fprintf(stderr, "vorel-line: %s: holds no record\n", m_path.c_str());
-    return found != Found::kDamage || ComplainOfDamage();
+    if (found == Found::kNothing) Complain("holds no record");
+    return found == Found::kFailure ? kExitUnusable : found == Found::kDamage ? ComplainOfDamage() : kExitFine;
   }
 
-  bool Follow(const sigset_t& whileWaiting) {
-    if (!Open()) return false;
+  Exit Follow(const sigset_t& whileWaiting) {
+    if (!Open()) return kExitUnusable;
     if (!S_ISREG(Status().st_mode)) return Complain("is no file that could be followed");
     bool replaced = false;
     while (std::fflush(stdout) == 0 && !sim::EndAsked()) {
       const Found found = ReadOn();
+      if (found == Found::kFailure) return kExitUnusable;
+      const bool isBegunAnew = Status().st_size < static_cast<off_t>(m_decoder.WholeBytes());
+      if (isBegunAnew && !Open()) return kExitUnusable;
+      if (isBegunAnew) continue;
       if (found == Found::kDamage && !GoBack()) return ComplainOfDamage();
       if (found != Found::kNothing || (Status().st_size < m_offset && GoBack())) continue;
-      if (replaced && !Open()) return false;
+      if (replaced && !Open()) return kExitUnusable;
       // What was written ahead of the change of files is read first.
       replaced = !replaced && IsReplaced();
       if (!replaced) sim::Rest(whileWaiting, kLookEvery);
     }
-    return true;
+    return kExitFine;
   }
 
  private:
-  enum class Found { kNothing, kBytes, kDamage };
+  enum class Found { kNothing, kBytes, kDamage, kFailure };
 
   bool Open() {
     Close();
     m_descriptor = ::open(m_path.c_str(), O_RDONLY | O_CLOEXEC);
     m_decoder = {};
     m_offset = 0;
-    return m_descriptor >= 0 || Complain(std::strerror(errno));
+    if (m_descriptor < 0) Complain(std::strerror(errno));
+    return m_descriptor >= 0;
   }
   void Close() {
     if (m_descriptor >= 0) ::close(std::exchange(m_descriptor, -1));
@@ -79,7 +85,7 @@ class Reader {
       if (result == Decoder::Result::kDamaged) return Found::kDamage;
     }
     if (count < 0) Complain(std::strerror(errno));
-    return count < 0 ? Found::kDamage : found;
+    return count < 0 ? Found::kFailure : found;
   }
 
   /// A recorder cuts off what another one left unfinished. False where this has been tried for this place.
@@ -103,13 +109,14 @@ class Reader {
     return ::stat(m_path.c_str(), &named) == 0 && Status().st_ino != named.st_ino;
   }
 
-  bool Complain(const std::string& what) const {
+  Exit Complain(const std::string& what) const {
     std::fprintf(stderr, "vorel-line: %s: %s\n", m_path.c_str(), what.c_str());
-    return false;
+    return kExitUnusable;
   }
-  bool ComplainOfDamage() const {
+  Exit ComplainOfDamage() const {
     const std::uint64_t at = m_decoder.WholeBytes();
-    return Complain(at == 0 ? "is no recording" : "damaged behind byte " + std::to_string(at));
+    Complain(at == 0 ? "is no recording" : "damaged behind byte " + std::to_string(at));
+    return kExitDamaged;
   }
 
   std::string m_path;
@@ -122,12 +129,14 @@ class Reader {
 
 }  // namespace
 
-bool ReadFiles(const std::vector<std::string>& files, bool follow, const Sink& sink) {
-  bool whole = true;
-  for (std::size_t i = 0; i + (follow ? 1 : 0) < files.size(); ++i) whole &= Reader(files[i], sink).ReadAll();
-  if (!follow || files.empty()) return whole;
+Exit ReadFiles(const std::vector<std::string>& files, bool follow, const Sink& sink) {
+  Exit worst = kExitFine;
+  for (std::size_t i = 0; i + (follow ? 1 : 0) < files.size(); ++i) {
+    worst = std::max(worst, Reader(files[i], sink).ReadAll());
+  }
+  if (!follow || files.empty()) return worst;
   const sigset_t whileWaiting = sim::PrepareEnding();
-  return Reader(files.back(), sink).Follow(whileWaiting) && whole;
+  return std::max(worst, Reader(files.back(), sink).Follow(whileWaiting));
 }
 
 }  // namespace tarnwell::vorel_line

@@ -149,6 +149,8 @@ class Recorder {
     }
     Drive(false);
     m_journal.Note(Now(), kEnded);
+    m_console->Close();
+    m_device.Close();
   }
 
  private:
@@ -285,8 +287,10 @@ int RecordLine(const RecordOptions& options) {
   if (error.empty()) error = recorder.OpenConsole();
   if (!error.empty()) return Fail(error);
   recorder.Run(whileWaiting);
-  file.Close();
-  return kExitFine;
+  if (file.Close()) return kExitFine;
+  // The thread that has the file can't be told to leave the disk.
+  Fail(options.file.path + ": the disk doesn't answer; the last records are lost");
+  std::_Exit(kExitUnusable);
 }
 
 }  // namespace tarnwell::vorel_line

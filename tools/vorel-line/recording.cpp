@@ -1,6 +1,7 @@
 #include "tools/vorel-line/recording.h"
 
 #include <algorithm>
+#include <array>
 #include <ctime>
 
 namespace tarnwell::vorel_line {
@@ -18,12 +19,19 @@ void PutNumber(std::string& bytes, std::uint64_t value) {
   bytes += static_cast<char>(value);
 }
 
-char Check(std::string_view bytes) {
-  unsigned crc = 0xFF;
-  for (const char byte : bytes) {
-    crc ^= static_cast<unsigned char>(byte);
+constexpr auto kChecks = [] {
+  std::array<std::uint8_t, 256> checks{};
+  for (unsigned byte = 0; byte < checks.size(); ++byte) {
+    unsigned crc = byte;
     for (int bit = 0; bit < 8; ++bit) crc = (crc & 0x80) != 0 ? (crc << 1) ^ 0x131 : crc << 1;
+    checks[byte] = static_cast<std::uint8_t>(crc);
   }
+  return checks;
+}();
+
+char Check(std::string_view bytes) {
+  std::uint8_t crc = 0xFF;
+  for (const char byte : bytes) crc = kChecks[crc ^ static_cast<std::uint8_t>(byte)];
   return static_cast<char>(crc);
 }
 

@@ -152,7 +152,7 @@ std::optional<Script::Reply> Script::Next(const std::string& frame) {
 
 int ReplayFiles(const std::vector<std::string>& files, const std::string& link, bool fast) {
   Script script;
-  const bool whole = ReadFiles(files, false, [&](const Record& record) { script.Take(record); });
+  const Exit read = ReadFiles(files, false, [&](const Record& record) { script.Take(record); });
   script.End();
   if (script.Empty()) return std::fputs("vorel-line: no request to answer\n", stderr), kExitUnusable;
   const sigset_t whileWaiting = sim::PrepareEnding();
@@ -163,7 +163,7 @@ int ReplayFiles(const std::vector<std::string>& files, const std::string& link, 
   std::fflush(stdout);
   Player(script, *line, fast).Run(whileWaiting);
   line->Close();
-  return whole ? kExitFine : kExitDamaged;
+  return read;
 }
 
 }  // namespace tarnwell::vorel_line

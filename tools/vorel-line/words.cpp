@@ -159,11 +159,13 @@ std::string KnownFrame(const Turn& turn) {
   return !frame.empty() && link::CheckReplyFrame(frame, 0, {}) ? frame : std::string();
 }
 
-std::optional<char> MovedTo(const Turn& turn) {
+std::optional<std::pair<char, char>> AddressFollower::Take(const Turn& turn) {
   constexpr View kSetAddress = "U=";
-  const bool moved = turn.what == What::kAnswer && turn.fault == Fault::kNone &&
-                     turn.request.starts_with(kSetAddress) && turn.request.size() == kSetAddress.size() + 1;
-  return moved ? std::optional(turn.request.back()) : std::nullopt;
+  const bool asks = turn.request.starts_with(kSetAddress) && turn.request.size() == kSetAddress.size() + 1;
+  if (turn.what == What::kAsked && asks) m_asked = {turn.address, turn.request.back()};
+  const bool answered = turn.what == What::kAnswer && turn.fault == Fault::kNone;
+  if (!answered || !m_asked || !(asks || turn.address == m_asked->second)) return std::nullopt;
+  return std::exchange(m_asked, std::nullopt);
 }
 
 }  // namespace tarnwell::vorel_line

@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "link/sspa_public.h"
 
@@ -40,7 +41,14 @@ class Words {
 /// The frame in a note of what is known of the device at the turn's address; empty for any other turn.
 std::string KnownFrame(const Turn& turn);
 
-/// The address byte at which a device is found once it has confirmed a new address; nothing for any other turn.
-std::optional<char> MovedTo(const Turn& turn);
+/// Finds the moments at which a device is known to be at another address.
+class AddressFollower {
+ public:
+  /// The old and the new address byte, when the device has confirmed the new one or answers there; else nothing.
+  std::optional<std::pair<char, char>> Take(const Turn& turn);
+
+ private:
+  std::optional<std::pair<char, char>> m_asked;
+};
 
 }  // namespace tarnwell::vorel_line
