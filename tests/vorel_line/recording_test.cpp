@@ -7,6 +7,7 @@
 
 #include "support/scripted_port.h"
 #include "tools/vorel-line/commands.h"
+#include "tools/vorel-line/direction.h"
 #include "tools/vorel-line/events.h"
 #include "tools/vorel-line/plot.h"
 #include "tools/vorel-line/record_file.h"
@@ -296,6 +297,23 @@ TEST(Events, ASessionAsAnOperatorsLog) {
             "5 status manual\n"
             "5 setting address 6 (U=F): address 6\n"
             "6 status automatic\n");
+}
+
+TEST(Direction, IsHeldForTheFramesBitsAndTheMarginAndForPiecesBehindOneAnother) {
+  // ten bits a byte at 9600: 10.4 ms for ten bytes
+  Direction direction;
+  direction.Raise(1'000'000);
+  EXPECT_TRUE(direction.IsRaised() && direction.Due() == 1'002'000);
+  EXPECT_TRUE(!direction.MaySend(1'001'999) && direction.MaySend(1'002'000));
+  direction.Sent(1'002'000, "9600,n,8,1", 10);
+  EXPECT_EQ(direction.Due(), 1'000'000 + 10'000 + 10'416);
+  direction.Sent(1'005'000, "9600,n,8,1", 10);
+  EXPECT_EQ(direction.Due(), 1'000'000 + 10'000 + 2 * 10'416) << "behind what is still on the line";
+  EXPECT_TRUE(!direction.ReleaseDue(1'030'831) && direction.ReleaseDue(1'030'832));
+  direction.Release();
+  direction.Raise(2'000'000);
+  direction.Sent(2'040'000, "9600,n,8,1", 10);
+  EXPECT_EQ(direction.Due(), 2'040'000 + 8'000 + 10'416) << "sent late, and whole all the same";
 }
 
 TEST(Turns, AnEchoIsNoConfirmationAndAConfirmationNoEcho) {

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "tools/vorel-line/device.h"
+#include "tools/vorel-line/plain_text.h"
 #include "tools/vorel-line/plot.h"
 #include "tools/vorel-line/readers.h"
 #include "tools/vorel-line/recorder.h"
@@ -53,7 +54,7 @@ constexpr Option kPlotOptions[] = {{"-o", true}};
 constexpr Option kReplayOptions[] = {{"--link", true}, {"--fast", false}};
 
 int Refuse(const std::string& what) {
-  std::fprintf(stderr, "vorel-line: %s\nvorel-line --help tells how it is used.\n", what.c_str());
+  Complain(what + "\nvorel-line --help tells how it is used.");
   return kExitUnusable;
 }
 

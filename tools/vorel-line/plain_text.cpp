@@ -7,6 +7,8 @@
 
 namespace tarnwell::vorel_line {
 
+void Complain(const std::string& what) { std::fprintf(stderr, "vorel-line: %s\n", what.c_str()); }
+
 std::string Readable(std::string_view bytes) {
   std::string text;
   for (const char byte : bytes) {

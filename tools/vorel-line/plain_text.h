@@ -6,6 +6,9 @@
 
 namespace tarnwell::vorel_line {
 
+/// A line of the program's on standard error.
+void Complain(const std::string& what);
+
 /// Text for a terminal: what isn't plain ASCII, and a backslash, as its code.
 std::string Readable(std::string_view bytes);
 

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <map>
 #include <optional>
+#include <utility>
 
 #include "link/frame_codec.h"
 #include "protocol/encodings.h"
@@ -16,6 +17,7 @@
 #include "tools/shared/page.h"
 #include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/events.h"
+#include "tools/vorel-line/plain_text.h"
 #include "tools/vorel-line/record_reader.h"
 #include "tools/vorel-line/turns.h"
 
@@ -77,7 +79,7 @@ class LinePlot {
   void End() {
     m_turns.End();
     m_events.End();
-    CloseAll();
+    for (const auto& [lane, from] : m_open) Close(lane, from);
   }
 
   bool IsEmpty() const { return m_values == 0; }
@@ -93,7 +95,6 @@ class LinePlot {
   /// Of the device at an address, or of all.
   void BreakCurves(std::optional<int> of);
   void Close(const Lane& lane, double from);
-  void CloseAll();
   QString NameOf(const Lane& lane) const;
   tools::Chart MakeChart(std::size_t quantity) const;
 
@@ -116,14 +117,11 @@ void LinePlot::Take(const Turn& turn) {
   const double now = static_cast<double>(turn.at) / 1e6 + m_offset * 60.0;
   // Nobody knows what stood between two recordings; nor how long it stood when the clock was set back.
   const bool setBack = now < m_now - kSetBack;
-  const std::map<Lane, double> standing = m_open;
   if (begins || setBack) {
-    CloseAll();
+    for (auto& [lane, from] : m_open) Close(lane, std::exchange(from, now));
     BreakCurves({});
   }
-  if (setBack && !begins) {
-    for (const auto& [lane, from] : standing) m_open[lane] = now;
-  }
+  if (begins) m_open.clear();
   m_now = now;
   m_first = std::min(m_first.value_or(now), now);
   m_last = std::max(m_last, now);
@@ -169,11 +167,6 @@ void LinePlot::Close(const Lane& lane, double from) {
   const auto index = static_cast<int>(found - m_lanes.begin());
   if (found == m_lanes.end()) m_lanes.push_back(lane);
   m_bands.push_back({from, m_now, index});
-}
-
-void LinePlot::CloseAll() {
-  for (const auto& [lane, from] : m_open) Close(lane, from);
-  m_open.clear();
 }
 
 QString LinePlot::NameOf(const Lane& lane) const {
@@ -227,8 +220,8 @@ tools::Page LinePlot::Picture() const {
   return page;
 }
 
-int Complain(const QString& what, int code) {
-  std::fprintf(stderr, "vorel-line: %s\n", qPrintable(what));
+int Refuse(const QString& what, int code = kExitUnusable) {
+  Complain(what.toStdString());
   return code;
 }
 
@@ -238,20 +231,20 @@ int DrawPlot(const std::vector<std::string>& files, const std::string& out) {
   const QString name = tools::NameFromBytes(QByteArray::fromStdString(out));
   const QString format = name.section(QLatin1Char('.'), -1).toLower();
   if (format != QLatin1String("svg") && format != QLatin1String("png")) {
-    return Complain(tools::Told(name, QStringLiteral("neither .svg nor .png")), kExitUnusable);
+    return Refuse(tools::Told(name, QStringLiteral("neither .svg nor .png")));
   }
   for (const std::string& file : files) {
     if (!tools::IsSameFile(tools::NameFromBytes(QByteArray::fromStdString(file)), name)) continue;
-    return Complain(tools::Told(name, QStringLiteral("is a recording that is read")), kExitUnusable);
+    return Refuse(tools::Told(name, QStringLiteral("is a recording that is read")));
   }
   LinePlot plot;
   const Exit read = ReadFiles(files, false, [&](const Record& record) { plot.Take(record); });
   plot.End();
   if (plot.IsEmpty() && read == kExitUnusable) return read;
-  if (plot.IsEmpty()) return Complain(QStringLiteral("no RF level and no temperature to draw"), kExitNothing);
+  if (plot.IsEmpty()) return Refuse(QStringLiteral("no RF level and no temperature to draw"), kExitNothing);
   QString error;
   if (!tools::WriteWhole(name, tools::DrawPage(plot.Picture(), format), error)) {
-    return Complain(tools::Told(name, error), kExitUnusable);
+    return Refuse(tools::Told(name, error));
   }
   return read;
 }

@@ -21,7 +21,7 @@ namespace {
 
 int Code(Exit read) {
   const bool printed = std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
-  if (!printed) std::fputs("vorel-line: standard output took not all\n", stderr);
+  if (!printed) Complain("standard output took not all");
   return printed ? read : kExitUnusable;
 }
 

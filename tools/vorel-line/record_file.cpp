@@ -16,6 +16,7 @@
 
 #include "protocol/vocabulary.h"
 #include "sim/ending.h"
+#include "tools/vorel-line/plain_text.h"
 
 namespace tarnwell::vorel_line {
 
@@ -34,14 +35,7 @@ int LocalDay(std::int64_t at) {
   return local.tm_year * 366 + local.tm_yday;
 }
 
-void Complain(const std::string& what) { std::fprintf(stderr, "vorel-line: %s\n", what.c_str()); }
-
 bool Exists(const std::string& path) { return ::access(path.c_str(), F_OK) == 0; }
-
-/// A note of the format in force, which one that was refused isn't.
-bool IsFormat(const std::string& note) {
-  return note.starts_with(kFormat) && note.find(' ', kFormat.size()) == std::string::npos;
-}
 
 /// Whether the descriptor is of a regular file, and this program the only one that writes to it.
 std::string RefuseOthers(int descriptor) {
@@ -178,7 +172,7 @@ void RecordFile::Write(const Record& record) {
 
 void RecordFile::Learn(const Record& record) {
   if (const int day = LocalDay(record.at); IsOtherDay(day)) m_day = day;
-  if (record.kind == Kind::kNote && IsFormat(record.bytes)) m_format = record.bytes;
+  if (record.kind == Kind::kNote && !FormatOfNote(record.bytes).empty()) m_format = record.bytes;
   m_turns.Take(record);
 }
 

@@ -37,7 +37,7 @@ class RecordFile {
   void Put(Record record);
 
   /// Waits until all that was put has been written or lost, and closes the file. False: the disk hasn't answered within
-  /// five seconds.
+  /// five seconds; the thread stands in it, and the program can only be left at once.
   bool Close();
 
  private:

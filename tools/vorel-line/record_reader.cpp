@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "sim/ending.h"
+#include "tools/vorel-line/plain_text.h"
 
 namespace tarnwell::vorel_line {
 
@@ -110,7 +111,7 @@ class Reader {
   }
 
   Exit Complain(const std::string& what) const {
-    std::fprintf(stderr, "vorel-line: %s: %s\n", m_path.c_str(), what.c_str());
+    vorel_line::Complain(m_path + ": " + what);
     return kExitUnusable;
   }
   Exit ComplainOfDamage() const {

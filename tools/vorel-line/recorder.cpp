@@ -11,20 +11,19 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "link/send_command.h"
 #include "sim/ending.h"
 #include "sim/pty.h"
 #include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/device.h"
+#include "tools/vorel-line/direction.h"
 #include "tools/vorel-line/journal.h"
+#include "tools/vorel-line/plain_text.h"
 
 namespace tarnwell::vorel_line {
 
 namespace {
 
 constexpr std::int64_t kReopenEvery = 250'000;  // microseconds
-constexpr auto kLead = static_cast<std::int64_t>(link::kTransmitLead * 1e6);
-constexpr auto kMargin = static_cast<std::int64_t>(link::kTransmitMargin * 1e6);
 constexpr std::int64_t kClockMayDiffer = 1'000'000;
 constexpr std::size_t kMostWaiting = 4096;  // bytes for a side that takes none
 constexpr std::int64_t kStale = 1'000'000;  // microseconds
@@ -77,29 +76,6 @@ class Outlet {
  private:
   std::string m_waiting;
   std::int64_t m_since = 0;  // when it took something last
-};
-
-/// The half-duplex line's direction: RTS a lead ahead of the first bit, until the bits' time and the margin are over.
-class Direction {
- public:
-  bool IsRaised() const { return m_sendAt != 0 || m_releaseAt != 0; }
-  bool MaySend(std::int64_t now) const { return now >= m_sendAt; }
-  void Raise(std::int64_t now) { m_sendAt = now + kLead; }
-  /// Bytes go out now, behind those that are on the line still.
-  void Sent(std::int64_t now, const std::string& settings, std::size_t bytes) {
-    constexpr std::int64_t kTail = kMargin - kLead;
-    const auto bits = static_cast<std::int64_t>(link::TransmitTime(settings, bytes) * 1e6) - kMargin;
-    m_releaseAt = std::max(m_releaseAt, now + kTail) + bits;
-    m_sendAt = 0;
-  }
-  bool ReleaseDue(std::int64_t now) const { return m_releaseAt != 0 && now >= m_releaseAt; }
-  void Release() { m_sendAt = m_releaseAt = 0; }
-  /// 0: nothing is due.
-  std::int64_t Due() const { return m_sendAt != 0 ? m_sendAt : m_releaseAt; }
-
- private:
-  std::int64_t m_sendAt = 0;
-  std::int64_t m_releaseAt = 0;
 };
 
 class Recorder {
@@ -233,8 +209,9 @@ class Recorder {
   }
 
   void NoteFormat(const std::string& text) {
-    m_journal.Note(Now(), std::string(kFormat) + text);
-    if (text.find(' ') != std::string::npos) std::fprintf(stderr, "vorel-line: %s\n", text.c_str());
+    const std::string note = std::string(kFormat) + text;
+    m_journal.Note(Now(), note);
+    if (FormatOfNote(note).empty()) Complain(note);
   }
 
   void LoseDevice(std::int64_t now) {
@@ -245,7 +222,7 @@ class Recorder {
     m_direction.Release();
     m_reopenAt = now + kReopenEvery;
     m_journal.Note(now, kDeviceGone);
-    std::fputs("vorel-line: the device is gone; waiting for it\n", stderr);
+    Complain("the device is gone; waiting for it");
   }
 
   void KeepDevice(std::int64_t now) {
@@ -255,7 +232,7 @@ class Recorder {
     m_reopenAt = 0;
     m_journal.Note(now, kDeviceBack);
     NoteFormat(m_device.Settings());
-    std::fputs("vorel-line: the device is back\n", stderr);
+    Complain("the device is back");
   }
 
   bool m_rs485;
@@ -271,11 +248,6 @@ class Recorder {
   std::array<pollfd, 2> m_polled{};
 };
 
-int Fail(const std::string& error) {
-  std::fprintf(stderr, "vorel-line: %s\n", error.c_str());
-  return kExitUnusable;
-}
-
 }  // namespace
 
 int RecordLine(const RecordOptions& options) {
@@ -285,11 +257,11 @@ int RecordLine(const RecordOptions& options) {
   std::string error = recorder.OpenDevice();
   if (error.empty()) error = file.Open();
   if (error.empty()) error = recorder.OpenConsole();
-  if (!error.empty()) return Fail(error);
+  if (!error.empty()) return Complain(error), kExitUnusable;
   recorder.Run(whileWaiting);
   if (file.Close()) return kExitFine;
   // The thread that has the file can't be told to leave the disk.
-  Fail(options.file.path + ": the disk doesn't answer; the last records are lost");
+  Complain(options.file.path + ": the disk doesn't answer; the last records are lost");
   std::_Exit(kExitUnusable);
 }
 

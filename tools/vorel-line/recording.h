@@ -31,6 +31,12 @@ inline constexpr std::string_view kEnded = "recording ended";
 inline constexpr std::string_view kDeviceGone = "device gone";
 inline constexpr std::string_view kDeviceBack = "device back";
 
+/// The format that a note puts in force; empty for any other text, also where the port refused one.
+inline std::string_view FormatOfNote(std::string_view note) {
+  const bool inForce = note.starts_with(kFormat) && note.find(' ', kFormat.size()) == std::string_view::npos;
+  return inForce ? note.substr(kFormat.size()) : std::string_view();
+}
+
 /// Longest text of a record in bytes; a writer splits what is longer.
 inline constexpr std::size_t kLongestRecord = 4096;
 

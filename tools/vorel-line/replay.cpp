@@ -40,7 +40,8 @@ class Player {
       if (ppoll(&polled, 1, m_due.empty() ? nullptr : &wait, &whileWaiting) > 0) Read();
       for (; !m_due.empty() && m_due.begin()->first <= Now(); m_due.erase(m_due.begin())) {
         const std::string& bytes = m_due.begin()->second;
-        if (::write(m_line.Descriptor(), bytes.data(), bytes.size()) < 0) std::fputs("vorel-line: lost\n", stderr);
+        if (::write(m_line.Descriptor(), bytes.data(), bytes.size()) < 0)
+          vorel_line::Complain("the console took no more; bytes are lost");
       }
     }
   }
@@ -154,11 +155,11 @@ int ReplayFiles(const std::vector<std::string>& files, const std::string& link, 
   Script script;
   const Exit read = ReadFiles(files, false, [&](const Record& record) { script.Take(record); });
   script.End();
-  if (script.Empty()) return std::fputs("vorel-line: no request to answer\n", stderr), kExitUnusable;
+  if (script.Empty()) return Complain("no request to answer"), kExitUnusable;
   const sigset_t whileWaiting = sim::PrepareEnding();
   const auto line = sim::MakePty(link, sim::OldLink::kPutBack);
   const std::string error = line->Open();
-  if (!error.empty()) return std::fprintf(stderr, "vorel-line: %s\n", error.c_str()), kExitUnusable;
+  if (!error.empty()) return Complain(error), kExitUnusable;
   std::printf("%s\n", line->Path().c_str());
   std::fflush(stdout);
   Player(script, *line, fast).Run(whileWaiting);

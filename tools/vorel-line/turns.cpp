@@ -45,10 +45,7 @@ void Turns::Take(const Record& record) {
       return TakeDevice(record);
     case Kind::kNote:
     case Kind::kClock:
-      // Where the port refused one its old one stays.
-      if (record.bytes.starts_with(kFormat) && record.bytes.find(' ', kFormat.size()) == std::string::npos) {
-        m_settings = record.bytes.substr(kFormat.size());
-      }
+      if (const std::string_view format = FormatOfNote(record.bytes); !format.empty()) m_settings = format;
       TakeNote(record);
   }
 }
