@@ -56,10 +56,10 @@ bool SerialLink::Try(std::string_view frame, std::string& reply, std::uint8_t ma
   reply.clear();
   const bool isQuery = frame[frame.size() - kFrameOverhead + 1] == kQueryMark;
   const Gathered gathered = Gather(maxReply + kFrameOverhead, frame, isQuery);
-  if (isQuery && gathered.echoed) m_hearsItself = true;
+  if (isQuery && gathered.echoed) m_echoes.Heard();
   const std::string& received = gathered.bytes;
   if (!CheckReplyFrame(received, m_shared.ConnectAddress, expected)) return false;
-  if (isQuery && !gathered.echoed) m_hearsItself = false;
+  if (isQuery && !gathered.echoed && !gathered.hasMore) m_echoes.AnsweredWithout();
   reply = ReplyPayload(received);
   return true;
 }
@@ -87,19 +87,11 @@ void SerialLink::Transmit(std::string_view frame) {
   if (drivesRts) m_port.SetRTSEnable(false);
 }
 
-// What has come whole within the transmit window is too early for a device: two-wire adapters give back what was sent.
-// A device confirms some settings in the very bytes of the request; then what the last query showed of the line
-// decides, so that neither a late echo is taken for a confirmation nor a quick confirmation for an echo.
-bool SerialLink::EchoDue(std::string_view frame, bool isQuery) const {
-  if (m_shared.PortRS232) return false;
-  const bool isEarly = m_port.InBufferCount() >= static_cast<int>(frame.size());
-  const bool hearsItself = m_hearsItself.value_or(isEarly);
-  return isQuery ? hearsItself || isEarly : hearsItself;
-}
-
 SerialLink::Gathered SerialLink::Gather(std::size_t limit, std::string_view frame, bool isQuery) {
   const Deadline windowEnd = m_timing.MakeDeadline(kReplyWindow);
-  const bool echoDue = EchoDue(frame, isQuery);
+  const int early = m_shared.PortRS232 ? 0 : m_port.InBufferCount();
+  const bool isEarly = early >= static_cast<int>(frame.size());
+  const bool echoDue = !m_shared.PortRS232 && m_echoes.IsEcho(isQuery, isEarly);
   std::string received;
   bool echoed = false;
   while (!m_timing.DeadlineReached(windowEnd)) {
@@ -115,7 +107,7 @@ SerialLink::Gathered SerialLink::Gather(std::size_t limit, std::string_view fram
     }
     if (received.size() == limit || received.back() == kClosingBrace) break;
   }
-  return {received, echoed};
+  return {received, echoed, early > static_cast<int>(received.size())};
 }
 
 void SerialLink::EndFailedTry() {

@@ -1,10 +1,10 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
+#include "link/echo_memory.h"
 #include "link/interval_timing.h"
 #include "link/sspa_public.h"
 #include "platform/serial_port.h"
@@ -44,16 +44,16 @@ class SerialLink {
 
   struct Gathered {
     std::string bytes;
-    bool echoed;  ///< the line's echo came ahead of them, and was dropped
+    bool echoed;   ///< the line's echo came ahead of them, and was dropped
+    bool hasMore;  ///< of what was there at the end of the transmit window some wasn't taken
   };
-  bool EchoDue(std::string_view frame, bool isQuery) const;
   Gathered Gather(std::size_t limit, std::string_view frame, bool isQuery);
   void EndFailedTry();
 
   SSPA_Public& m_shared;
   const IntervalTiming& m_timing;
   platform::SerialPort& m_port;
-  std::optional<bool> m_hearsItself;  // whether an echo came ahead of the last query's answer; unknown before one
+  EchoMemory m_echoes;
 };
 
 }  // namespace tarnwell::link

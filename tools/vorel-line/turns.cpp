@@ -55,7 +55,7 @@ void Turns::TakeNote(const Record& record) {
   const bool ends = begins || record.bytes == kEnded;
   // Nothing more comes for what was asked, but silence.
   if (m_open && (ends || (record.bytes == kDeviceGone && !m_gathered.empty()))) CloseOpen(record.at);
-  if (begins) m_hearsItself.reset();
+  if (begins) m_echoes = {};
   const bool isKnown = record.bytes.starts_with(kKnown) && record.bytes.size() > kKnown.size();
   m_sink({What::kNote, record.at, record.offset, record.bytes, {}, isKnown ? record.bytes[kKnown.size()] : '@'});
 }
@@ -113,20 +113,15 @@ void Turns::Answer(const Record& record, std::string_view bytes) {
   m_gatheredUntil = record.at + record.lasted;
   if (IsEcho()) {
     m_echoed = true;
-    if (IsQuery(m_request)) m_hearsItself = true;
+    if (IsQuery(m_request)) m_echoes.Heard();
     return Tell(What::kEcho, m_gatheredAt, std::exchange(m_gathered, {}));
   }
   const std::size_t most = MostReply(m_request) + link::kFrameOverhead;
   if (m_gathered.back() == link::kClosingBrace || m_gathered.size() >= most) CloseOpen(m_gatheredUntil);
 }
 
-// As the console decides it: early copies of a query are, and late ones where the last one came back; of a setting,
-// which a device confirms in the same bytes, the last query decides.
 bool Turns::IsEcho() const {
-  if (m_echoed || m_gathered != m_frame) return false;
-  const bool isEarly = m_gatheredUntil <= m_askedUntil;
-  const bool hearsItself = m_hearsItself.value_or(isEarly);
-  return hearsItself || (IsQuery(m_request) && isEarly);
+  return !m_echoed && m_gathered == m_frame && m_echoes.IsEcho(IsQuery(m_request), m_gatheredUntil <= m_askedUntil);
 }
 
 Fault Turns::Judge() const {
@@ -151,7 +146,7 @@ void Turns::CloseOpen(std::int64_t now) {
   if (fault == Fault::kSilent) {
     return now < windowEnd ? Tell(What::kDropped, now, {}) : Tell(What::kSilence, windowEnd, {}, fault);
   }
-  if (fault == Fault::kNone && IsQuery(m_request) && !m_echoed) m_hearsItself = false;
+  if (fault == Fault::kNone && IsQuery(m_request) && !m_echoed) m_echoes.AnsweredWithout();
   Tell(What::kAnswer, m_gatheredAt, std::exchange(m_gathered, {}), fault);
 }
 

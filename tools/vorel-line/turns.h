@@ -2,10 +2,10 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 
+#include "link/echo_memory.h"
 #include "tools/vorel-line/recording.h"
 
 namespace tarnwell::vorel_line {
@@ -77,7 +77,7 @@ class Turns {
   bool m_failed = false;
   bool m_open = false;
   bool m_echoed = false;
-  std::optional<bool> m_hearsItself;  // by the last query that was answered, or came back
+  link::EchoMemory m_echoes;
   // What has come for it.
   std::string m_gathered;
   std::int64_t m_gatheredAt = 0;
