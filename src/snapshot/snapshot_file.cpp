@@ -37,7 +37,8 @@ bool SnapshotFile::OpenBeside(const QFileInfo& older) {
   const QString start = older.dir().filePath(older.fileName().left(kMostOfName));
   for (int number = 1; number <= kMostBeside; ++number) {
     const QString path = start + (number == 1 ? QStringLiteral(".new") : QStringLiteral(".new%1").arg(number));
-    if (QFileInfo::exists(path)) continue;
+    m_reason = QStringLiteral("%1 is there already").arg(path);
+    if (QFileInfo(path).exists() || QFileInfo(path).isSymLink()) continue;
     m_file.setFileName(path);
     const bool opened = m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered);
     m_reason = m_file.errorString();

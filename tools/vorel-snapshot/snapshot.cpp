@@ -142,7 +142,8 @@ class Reader {
 
   void ReadTableLine(Entry& entry, const Placed& placed, std::size_t index, bool complete) {
     const TableShape& shape = *entry.row->table;
-    const bool cut = LineText(m_lines[placed.line]).size() == snapshot::kTextLength;
+    // A blank in the last place may be the text's own.
+    const bool cut = LineText(m_lines[placed.line]).size() + 1 >= snapshot::kTextLength;
     const bool whole = !m_damaged[placed.line];
     auto read = ReadPoints(shape, Behind(placed), cut, whole);
     for (const Mismatch& mismatch : read.mismatches) TellOf(placed, MismatchFault(placed, mismatch));

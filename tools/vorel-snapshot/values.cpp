@@ -174,7 +174,10 @@ class PointReader {
         read.values.push_back(m_point);
         continue;
       }
-      if (m_cut && m_at.End()) break;
+      const bool isCut = m_cut && m_at.End();
+      // What is left of "(#ERR, #ERR)" can be nothing else.
+      if (isCut && m_point.first.kind == Value::Kind::kError) read.values.push_back(m_point);
+      if (isCut) break;
       read.mismatches.push_back({m_at.At(), m_fault});
       if (!goOn) break;
       read.values.emplace_back();
@@ -186,6 +189,7 @@ class PointReader {
  private:
   bool TakePoint() {
     m_start = m_at.At();
+    m_point = {};
     m_fault = "no point in brackets";
     if (!m_at.Literal("(")) return false;
     if (m_at.Sees("#")) {
