@@ -8,8 +8,8 @@ namespace tarnwell::vorel_line {
 /// How the program ends.
 enum Exit : int {
   kExitFine = 0,
-  kExitDamaged = 1,   ///< a recording is damaged; what is ahead of the damage was read
-  kExitUnusable = 2,  ///< a file or port can't be opened, or the command line is wrong
+  kExitDamaged = 1,   ///< a recording is damaged, or none; what is ahead of the damage was read
+  kExitUnusable = 2,  ///< a file or port can't be opened, written or left, or the command line is wrong
   kExitNothing = 3    ///< plot: nothing to draw
 };
 

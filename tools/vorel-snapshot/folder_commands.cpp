@@ -187,7 +187,7 @@ int TrendFiles(Call& call) {
   }
   if (trend.IsEmpty()) {
     Complain(call.output, QStringLiteral("trend: no number is there to draw"));
-    return std::max<int>(worst, kExitNoTables);
+    return worst != kExitFine ? worst : static_cast<int>(kExitNoTables);
   }
   return Deliver(call, path, format == QLatin1String("csv") ? trend.Csv() : tools::DrawPage(trend.Picture(), format),
                  worst);
