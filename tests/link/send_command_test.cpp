@@ -116,6 +116,8 @@ TEST_F(SendCommandTest, TheEchoOfATwoWireLineIsNoAnswer) {
     }
     m_port.Expect("CM=1").AnswerBytes(row.setting).After(row.after);
     EXPECT_EQ(line.SendCommand("CM=1", m_reply, 1, 15, "CM="), row.confirmed) << row.name;
+    m_port.Expect("S?").AnswerBytes(asked + answer).After(0.003);
+    EXPECT_EQ(line.SendCommand("S?", m_reply, 1, 20, "S="), !row.rs232 || row.queried) << row.name << ", echo later";
   }
 }
 

@@ -306,7 +306,7 @@ TEST_F(SnapshotCommands, AnEntryOfAWholeLineThatCannotBeReadIsLostAlone) {
 TEST_F(SnapshotCommands, ALineThatTheConsoleCutIsWholeAsFarAsItGoes) {
   // four points that weren't read are 81 characters; a cut behind a comma ends in a blank
   Write("a.txt",
-        Changed({{40, "[rf level table (dBm,V)] (25, 0.8000000), (26, 1111111111), (27, 1.222), (28, 1.43000)"},
+        Changed({{40, "[rf level table (dBm,V)] (25, 0.8000000), (26, 1111111111), (27, 1.2222), (28, 1.43000)"},
                  {47, "[pin diode table (dB,DAC)] (#ERR, #ERR), (#ERR, #ERR), (#ERR, #ERR), (#ERR, #ERR)"}}));
   EXPECT_EQ(Run(QStringLiteral("verify a.txt")), 0) << m_out;
   EXPECT_EQ(Run(QStringLiteral("export a.txt --csv")), 0);
