@@ -65,7 +65,7 @@ frmAlarms::frmAlarms() : Form("frmAlarms", "", Border::kFixedSingle, 9480, 6795)
   cmdAlarms.Add({20, fraAlarms, "", "Click to acknowledge",
                  kDisabled | kGraphical | Background(kUnusedColour) | kBold | Points(9.75)});
   NameValues(*this);
-  SetSafeFocus(cmdExit);
+  SetFirstFocus(cmdExit);
   SetCancelButton(cmdExit);
   fra7316Alarms.raise();
   GiveIcon(*this);

@@ -25,7 +25,7 @@ void NameFields(frmMain& f) {
 
 frmMain::frmMain() : Form("frmMain", "", Border::kFixedSingle, 9510, 6960, TitleButtons::kMinimiseMaximise, 9.75) {
   NameFields(*this);
-  SetSafeFocus(cmdConnect);
+  SetFirstFocus(cmdConnect);
   fra7316Status.raise();
   GiveIcon(*this);
   connect(this, &Form::Resize, this, [this] { ArrangeMain(*this); });

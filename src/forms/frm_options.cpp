@@ -22,7 +22,7 @@ void NameFields(frmOptions& f) {
 
 frmOptions::frmOptions() : Form("frmOptions", "", Border::kFixedDialog, 7110, 5025) {
   NameFields(*this);
-  SetSafeFocus(cmdOK);
+  SetFirstFocus(cmdOK);
   SetCancelButton(cmdCancel);
   SetDefaultButton(cmdOK);
   tabOptions.lower();

@@ -13,7 +13,7 @@ frmSaveSnapshot::frmSaveSnapshot() : Form("frmSaveSnapshot", "Save Snapshot", Bo
   Place(cmdCancel, 5040, 1305, 1200, 420);
   txtSnapShotID.setAccessibleDescription(QStringLiteral("3 to 50 characters"));
   PairUp({{lblFileDescription, txtSnapShotID}, {lblProgressBar, prgSaveSnapshot}});
-  SetSafeFocus(cmdCancel);
+  SetFirstFocus(cmdCancel);
   SetCancelButton(cmdCancel);
   GiveIcon(*this);
 }

@@ -46,7 +46,7 @@ void NameFields(frmSettings& f) {
 frmSettings::frmSettings(const Label& mainLevel)
     : Form("frmSettings", "", Border::kFixedDialog, 9510, 6825), m_mainLevel(mainLevel) {
   NameFields(*this);
-  SetSafeFocus(cmdExit);
+  SetFirstFocus(cmdExit);
   SetCancelButton(cmdExit);
   tabSettings.lower();
   for (Frame* page : {&fraAdvanced, &fraFactory}) Place(*page, kOutOfSight, 0, ScaleWidth(), ScaleHeight());

@@ -58,7 +58,7 @@ TEST_F(OptionTest, EveryArrivalActsOnceAndSelectionFromCodeIsSilent) {
            "enable optMaint, click optOnline, select optMaint, Right, Down -> Online Standby Maint",
            "enable optMaint, click optOnline, Left, Up, Right, Right -> Online Maint Standby Maint Online",
            "click optStandby, disable optOnline, Right -> Standby [Standby RFMute]",
-           "focus optOnline, disable optOnline, focus optStandby, hide optStandby -> @cmdConnect",
+           "focus optOnline, disable optOnline, focus optStandby, hide optStandby -> @",
            // windows, menus and popups that come and go command nothing
            "click optOnline, leave, return, menus optOnline, click optOnline -> Online @optOnline",
            "leave, focus optStandby, return -> @optStandby",
@@ -105,7 +105,6 @@ class FocusTest : public ControlTest {
     ControlTest::SetUp();
     form.verbs["away"] = [](QWidget& control) { Place(control, -20000, 2400, 4500, 1500); };
     form.verbs["deselect"] = [](QWidget& option) { static_cast<OptionButton&>(option).Deselect(); };
-    form.verbs["safe"] = [this](QWidget& control) { form.SetSafeFocus(control); };
     form.verbs["round"] = [this](QWidget&) { GoRound(Qt::Key_Tab, Qt::NoModifier); };
     form.verbs["back"] = [this](QWidget&) { GoRound(Qt::Key_Backtab, Qt::ShiftModifier); };
   }
@@ -146,15 +145,14 @@ TEST_F(FocusTest, EveryKindIsReachedByTabButForOneWithoutTabStop) {
   EXPECT_EQ(tabs.SelectedTab(), 2);
 }
 
-TEST_F(FocusTest, FocusOfAControlTakenAwayNeverLandsOnAnOption) {
+TEST_F(FocusTest, FocusOfAControlTakenAwayIsLentBackToItUnlessAnotherTookIt) {
   form.Expect(
-      "click optOnline, disable fraState -> Online @cmdConnect; "
-      "click optRFOn, hide fraUserMute -> RFOn @cmdConnect; "
-      "show fraUserMute, enable fraState, click optOnline, disable optOnline -> Online @cmdConnect; "
-      "disable cmdConnect -> @txtGain; "
-      "safe txtOther, hide txtGain -> @txtOther; "
-      "disable txtOther -> @; "
-      "leave, return -> @");
+      "click optOnline, disable fraState -> Online @; enable fraState -> @optOnline; Space ->; "
+      "click optRFOn, hide fraUserMute -> RFOn @; leave, return -> @; show fraUserMute -> @optRFOn; "
+      "disable optRFOn, leave, enable optRFOn, return -> @optRFOn; "
+      "disable optRFOn, Tab -> @txtGain; enable optRFOn -> @txtGain; "
+      "disable txtGain, click optOnline, enable txtGain -> Online @optOnline; "
+      "disable optOnline, disable fraState, enable optOnline -> @; enable fraState -> @optOnline");
   TestForm fresh;
   Place(fresh.cmdConnect, 0, 5000, 1500, 450);  // an option is the first control now
   QObject::connect(&fresh, &Form::Load, &fresh, [&] { fresh.optOnline.setFocus(); });

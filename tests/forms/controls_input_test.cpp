@@ -4,6 +4,7 @@
 #include <QTimer>
 
 #include "forms/test_form.h"
+#include "platform/desktop.h"
 #include "support/late_input.h"
 
 namespace tarnwell::forms {
@@ -67,9 +68,24 @@ TEST_F(InputTest, AButtonThatChangesUnderThePressIsNotClicked) {
 
 TEST_F(InputTest, AKeyNeedsAFocusThatTheOperatorGaveOrSaw) {
   form.Expect(
-      "focus optOnline -> Online; mark, late, disable optOnline, enter -> @cmdConnect; enter ->; "
+      "focus optOnline -> Online; mark, late, focus cmdConnect, enter ->; enter ->; "
       "fresh, enter -> Connect; "                                   // seen there since
       "focus txtGain ->; mark, late, tab, tab, enter -> Connect");  // typed ahead, by way of the other field
+}
+
+// No input would reach what an act opens then.
+TEST_F(InputTest, NoActRunsWhileAMessageTakesTheRequestsToClose) {
+  int acts = 0;
+  InputGate::Instance().ActLater([&] { acts += platform::OnlyClosesAreTaken() ? 100 : 1; });
+  QTimer answer;
+  answer.callOnTimeout([] {
+    QWidget* box = QApplication::activeModalWidget();
+    if (box != nullptr && !platform::OnlyClosesAreTaken()) box->close();
+  });
+  answer.start(0);
+  platform::ToolkitDesktop().ShowMessage({QStringLiteral("Connection Failed")});
+  Settle();
+  EXPECT_EQ(acts, 1);
 }
 
 // A file dialog proposes names while one is typed.

@@ -39,15 +39,21 @@ TEST_F(LookTest, BackgroundsFillAndTheirCaptionStaysReadable) {
   Label label("lblState", form, "", "", kBoxed | Background(qRgb(255, 0, 0)));
   CommandButton button("cmdAck", form, "", "", kGraphical | Background(qRgb(255, 0, 0)));
   const auto centre = [](QWidget& control) { return Picture(control).pixelColor(control.rect().center()); };
-  for (QWidget* control : std::initializer_list<QWidget*>{&label, &button}) {
-    Place(*control, 0, 5000, 900, 450);
-    for (const bool enabled : {true, false}) {
-      control->setEnabled(enabled);
-      const QColor ground = centre(*control);
-      EXPECT_GT(ground.red(), ground.green() + 60) << enabled;
-      EXPECT_EQ(control->palette().color(control->foregroundRole()), enabled ? ReadableOn(ground) : WeakOn(ground));
-    }
+  Place(label, 0, 5000, 900, 450);
+  for (const bool enabled : {true, false}) {
+    label.setEnabled(enabled);
+    const QColor ground = centre(label);
+    EXPECT_GT(ground.red(), ground.green() + 60) << enabled;
+    EXPECT_EQ(label.palette().color(label.foregroundRole()), enabled ? ReadableOn(ground) : WeakOn(ground));
   }
+  EXPECT_EQ(centre(button), QColor(Qt::red));
+  button.setEnabled(false);
+  EXPECT_EQ(centre(button), QColor(Qt::red)) << "what can't be pressed isn't old for that";
+  ShowUnanswered({&button});
+  EXPECT_EQ(centre(button), Dimmed(Qt::red));
+  ShowAnswered({&button}, QTime());
+  form.Inner().setEnabled(false);
+  EXPECT_EQ(centre(button), Dimmed(Qt::red)) << "nothing in its frame is live";
   label.SetBackground(QColor());
   EXPECT_EQ(centre(label), form.palette().color(QPalette::Window));
   EXPECT_TRUE(ReadableOn(Qt::yellow) == QColor(Qt::black) && ReadableOn(Qt::blue) == QColor(Qt::white));

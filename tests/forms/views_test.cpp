@@ -1,6 +1,7 @@
 #include <QMenuBar>
 #include <array>
 
+#include "forms/controls/reading_order.h"
 #include "forms/frm_alarms.h"
 #include "forms/frm_main.h"
 #include "forms/frm_options.h"
@@ -128,6 +129,46 @@ TEST(Views, TabGoesDownTheColumnsOfTheAlarms) {
     if (f.focusWidget()->y() < top) ++columns;
   }
   EXPECT_EQ(columns, 2);
+}
+
+// A key that was meant for a field must not press the button that got the focus instead.
+TEST(Views, KeysAtAControlThatWentGreyDoNothing) {
+  SampleForms f;
+  f.ShowAt({1024, 768});
+  for (Form* form : std::initializer_list<Form*>{&f.main, &f.settings, &f.alarms, &f.options, &f.snapshot}) {
+    std::string acts;
+    const auto note = [&acts](const QWidget* control) { Append(acts, control->objectName().toStdString()); };
+    for (auto* button : form->findChildren<CommandButton*>())
+      QObject::connect(button, &CommandButton::Click, form, [=] { note(button); });
+    for (auto* option : form->findChildren<OptionButton*>()) {
+      QObject::connect(option, &OptionButton::Click, form, [=] { note(option); });
+      QObject::connect(option, &OptionButton::GotFocus, form, [=] { note(option); });
+    }
+    for (auto* box : form->findChildren<TextBox*>()) {
+      QObject::connect(box, &TextBox::KeyPress, form, [=](KeyAscii&) { note(box); });
+      QObject::connect(box, &TextBox::KeyDown, form, [=] { note(box); });
+    }
+    QObject::connect(form, &Form::Unload, form, [=] { note(form); });
+    BringToFront(*form);
+    for (QWidget* control : ReadingOrder(form->Inner())) {
+      if (!TakesFocus(*control) || !control->isVisible()) continue;
+      for (QWidget* grey : {control, control->parentWidget()}) {
+        if (grey == &form->Inner()) continue;
+        control->setFocus();
+        Settle();
+        acts.clear();
+        grey->setEnabled(false);
+        for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space, Qt::Key_A, Qt::Key_Up, Qt::Key_Down,
+                                  Qt::Key_Left, Qt::Key_Right, Qt::Key_Escape}) {
+          Key(key);
+        }
+        grey->setEnabled(true);
+        Settle();
+        EXPECT_EQ(acts, "") << qPrintable(control->objectName());
+        EXPECT_EQ(form->focusWidget(), control) << qPrintable(control->objectName());
+      }
+    }
+  }
 }
 
 // Each wrong one would send another value to the device, or a command nobody gave.

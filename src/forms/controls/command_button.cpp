@@ -3,6 +3,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include "forms/controls/answers.h"
 #include "forms/controls/input_gate.h"
 #include "forms/controls/reading_order.h"
 
@@ -43,17 +44,11 @@ void CommandButton::LetGo() {
 void CommandButton::SetBackground(const QColor& colour) {
   if (m_background == colour) return;
   m_background = colour;
-  QPalette colours;
-  if (colour.isValid()) {
-    const QColor dimmed = Dimmed(colour);
-    colours.setColor(QPalette::Button, colour);
-    colours.setColor(QPalette::ButtonText, ReadableOn(colour));
-    colours.setColor(QPalette::Disabled, QPalette::Button, dimmed);
-    colours.setColor(QPalette::Disabled, QPalette::ButtonText, WeakOn(dimmed));
-  }
-  setPalette(colours);
+  update();
   LetGo();
 }
+
+bool CommandButton::ShowsDimmed() const { return IsOld(*this) || !parentWidget()->isEnabled(); }
 
 bool CommandButton::event(QEvent* event) {
   if (event->type() != QEvent::Shortcut) return QPushButton::event(event);

@@ -19,9 +19,12 @@ class CommandButton : public QPushButton {
   QString Caption() const { return text(); }
   void SetCaption(const QString& caption);
 
-  /// The background of a graphical button. An invalid colour: the style's own.
+  /// The background of a graphical button, which shows a state. An invalid colour: the style's own.
   QColor Background() const { return m_background; }
   void SetBackground(const QColor& colour);
+  /// True where the state that the background shows isn't live: it is old, or the button's frame is disabled. A button
+  /// that can't be pressed shows its state all the same.
+  bool ShowsDimmed() const;
 
  Q_SIGNALS:
   void Click();

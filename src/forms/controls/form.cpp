@@ -88,7 +88,7 @@ bool Form::Open() {
   Q_EMIT Load();
   if (m_unloaded) return false;
   // With no focus of its own the window would get it from the toolkit at the first control, and that may be an option.
-  if (focusWidget() == nullptr || qobject_cast<OptionButton*>(focusWidget()) != nullptr) FocusSafely();
+  if (focusWidget() == nullptr || qobject_cast<OptionButton*>(focusWidget()) != nullptr) FocusFirst();
   return true;
 }
 
@@ -137,7 +137,7 @@ void Form::keyPressEvent(QKeyEvent* event) {
   const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == 0 && !event->isAutoRepeat();
   if (plain && event->key() == Qt::Key_F10 && m_menuBar != nullptr) {
     m_menuBar->setActiveAction(m_menuBar->actions().constFirst());
-  } else if (button == nullptr || !plain) {
+  } else if (button == nullptr || !plain || IsFocusParked()) {
     QWidget::keyPressEvent(event);
   } else if (button->isVisible()) {
     button->click();
@@ -148,7 +148,7 @@ bool Form::event(QEvent* event) {
   if (event->type() == QEvent::LayoutRequest) PlaceInner();
   if (event->type() == QEvent::ApplicationPaletteChange) AdoptPalette();
   if (event->type() == QEvent::WindowActivate) {
-    if (focusWidget() == nullptr || !focusWidget()->isVisible()) FocusSafely();
+    if (focusWidget() == nullptr || !focusWidget()->isVisible()) ParkFocus(m_focusedControl);
     // Posted: the toolkit is still busy with the window, and a handler may take its time.
     QMetaObject::invokeMethod(
         this,

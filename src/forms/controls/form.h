@@ -87,9 +87,9 @@ class Form : public QWidget {
   /// Hides and shows the form again without raising Load or Unload, for a loop that stalls.
   void HideAndShow();
 
-  /// The control that gets the focus when the focused one goes: never an option. While it takes no focus itself the
-  /// next control gets it that is no option; where none is set, the first such control of the form.
-  void SetSafeFocus(QWidget& control) { m_safeFocus = &control; }
+  /// The control that has the focus when the form opens: never an option. Where it is not set, or takes no focus, the
+  /// first control of the form that is no option has it.
+  void SetFirstFocus(QWidget& control) { m_firstFocus = &control; }
 
   /// The button that Escape presses, and the one that Enter presses, where the focused control has no use for the key.
   void SetCancelButton(QAbstractButton& button) { m_cancelButton = &button; }
@@ -114,6 +114,7 @@ class Form : public QWidget {
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
   bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   friend class OptionButton;
@@ -123,8 +124,11 @@ class Form : public QWidget {
   void PlaceInner();
   void RaiseResize();
   void FollowFocus(QWidget* now);
-  void FocusSafely();
-  QWidget* SafeTarget() const;
+  void FocusFirst();
+  void ParkFocus(QWidget* loser);
+  void RememberLoser(QWidget* loser);
+  bool IsFocusParked() const;
+  void LendFocusBack();
 
   QString m_title;
   QWidget* m_inner;
@@ -137,8 +141,9 @@ class Form : public QWidget {
   double m_firstMenuPoints = 0.0;  ///< the smallest that it may get
   QEventLoop* m_modalLoop = nullptr;
   QFont m_measuringFont;
-  QPointer<QWidget> m_safeFocus;
+  QPointer<QWidget> m_firstFocus;
   QPointer<QWidget> m_focusedControl;
+  QPointer<QWidget> m_focusLoser;  ///< greyed or hidden under the focus; gets it back when it is live again
   QPointer<QAbstractButton> m_cancelButton;
   QPointer<QAbstractButton> m_defaultButton;
   bool m_unloaded = false;

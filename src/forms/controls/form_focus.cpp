@@ -1,6 +1,7 @@
 #include <QApplication>
 #include <QMenuBar>
 #include <algorithm>
+#include <utility>
 
 #include "forms/controls/form.h"
 #include "forms/controls/option_button.h"
@@ -39,9 +40,10 @@ int PlaceOfGroup(const std::vector<QWidget*>& order, const QWidget* group, bool 
 void Form::MoveFocus(bool forward) {
   const std::vector<QWidget*> order = ReadingOrder(*m_inner);
   const auto count = static_cast<int>(order.size());
-  const auto found = std::find(order.begin(), order.end(), focusWidget());
+  QWidget* from = IsFocusParked() ? m_focusLoser.data() : focusWidget();
+  const auto found = std::find(order.begin(), order.end(), from);
   QWidget* current = found != order.end() ? *found : nullptr;
-  int at = current != nullptr ? static_cast<int>(found - order.begin()) : PlaceOfGroup(order, focusWidget(), forward);
+  int at = current != nullptr ? static_cast<int>(found - order.begin()) : PlaceOfGroup(order, from, forward);
   for (int tried = 0; tried < count; ++tried) {
     at = (at + (forward ? 1 : count - 1)) % count;
     QWidget* next = order[static_cast<std::size_t>(at)];
@@ -51,27 +53,50 @@ void Form::MoveFocus(bool forward) {
   }
 }
 
+void Form::FocusFirst() {
+  const std::vector<QWidget*> order = ReadingOrder(*m_inner);
+  const auto first = std::find_if(order.begin(), order.end(), [](QWidget* control) {
+    return qobject_cast<OptionButton*>(control) == nullptr && IsTabStop(control);
+  });
+  QWidget* target = first != order.end() ? *first : m_inner;
+  if (m_firstFocus != nullptr && TakesFocus(*m_firstFocus)) target = m_firstFocus;
+  target->setFocus(Qt::OtherFocusReason);
+}
+
 // The toolkit asks for this when the focused control is disabled or hidden; the Tab key goes through MoveFocus.
 bool Form::focusNextPrevChild(bool /*next*/) {
-  FocusSafely();
+  ParkFocus(focusWidget());
   return true;
 }
 
-void Form::FocusSafely() {
-  QWidget* target = SafeTarget();
-  // With the focus at nothing the toolkit would give it to the first option when the window is activated again.
-  (target != nullptr ? target : m_inner)->setFocus(Qt::OtherFocusReason);
+// The operator still types at the control that went grey. Any other control would take the keys for its own, a button
+// its Return and its space bar; with the focus at nothing the toolkit would give it to the first option when the window
+// is activated again.
+void Form::ParkFocus(QWidget* loser) {
+  RememberLoser(loser);
+  m_inner->setFocus(Qt::OtherFocusReason);
 }
 
-QWidget* Form::SafeTarget() const {
-  if (m_safeFocus != nullptr && TakesFocus(*m_safeFocus)) return m_safeFocus;
-  std::vector<QWidget*> order = ReadingOrder(*m_inner);
-  const auto current = std::find(order.begin(), order.end(), focusWidget());
-  if (m_safeFocus != nullptr && current != order.end()) std::rotate(order.begin(), current + 1, order.end());
-  const auto safe = std::find_if(order.begin(), order.end(), [](QWidget* control) {
-    return qobject_cast<OptionButton*>(control) == nullptr && IsTabStop(control);
-  });
-  return safe != order.end() ? *safe : nullptr;
+void Form::RememberLoser(QWidget* loser) {
+  if (loser == nullptr || loser == m_inner || loser == m_focusLoser) return;
+  if (m_focusLoser != nullptr) m_focusLoser->removeEventFilter(this);
+  m_focusLoser = loser;
+  loser->installEventFilter(this);
+}
+
+bool Form::IsFocusParked() const {
+  return m_focusLoser != nullptr && (focusWidget() == m_inner || focusWidget() == nullptr);
+}
+
+bool Form::eventFilter(QObject* watched, QEvent* event) {
+  const bool changes = event->type() == QEvent::EnabledChange || event->type() == QEvent::Show;
+  if (changes && watched == m_focusLoser) LendFocusBack();
+  return QWidget::eventFilter(watched, event);
+}
+
+/// Lent, as after a menu: the control that gets it takes it for no arrival of the operator.
+void Form::LendFocusBack() {
+  if (IsFocusParked() && TakesFocus(*m_focusLoser)) m_focusLoser->setFocus(Qt::PopupFocusReason);
 }
 
 void Form::FollowFocus(QWidget* now) {
@@ -83,11 +108,11 @@ void Form::FollowFocus(QWidget* now) {
   if (!isActiveWindow() || !isVisible()) return;
   // A frame that is disabled takes the focus from what stands in it and gives it to nothing. Posted, since a control
   // that is being destroyed does so too, and it must not get the focus again.
-  m_focusedControl = nullptr;
+  RememberLoser(std::exchange(m_focusedControl, nullptr));
   QMetaObject::invokeMethod(
       this,
       [this] {
-        if (focusWidget() == nullptr) FocusSafely();
+        if (focusWidget() == nullptr) m_inner->setFocus(Qt::OtherFocusReason);
       },
       Qt::QueuedConnection);
 }

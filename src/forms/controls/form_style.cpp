@@ -29,6 +29,16 @@ bool Fits(const QFont& font, int flags, const QString& text, const QSize& room) 
   return size.width() <= room.width() && (oneLine || size.height() <= room.height());
 }
 
+/// What a coloured button has on its ground.
+QPalette TextColours(const CommandButton& button, QPalette colours) {
+  const QColor ground = button.Background();
+  const QColor text = button.ShowsDimmed() ? WeakOn(Dimmed(ground)) : ReadableOn(ground);
+  for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+    colours.setColor(group, QPalette::ButtonText, text);
+  }
+  return colours;
+}
+
 void DrawButtonLabel(const QStyle& style, const QStyleOptionButton& button, QPainter* painter) {
   // the blanks in front of a caption are for the line that it breaks into
   const QString text = button.text.trimmed();
@@ -66,7 +76,7 @@ void DrawFocus(QPainter& painter, const QRectF& area) {
 
 /// The toolkit's own bevel would wash the colour out.
 void DrawColouredButton(const QStyleOption& option, QPainter& painter, const CommandButton& button) {
-  const QColor colour = IsDimmed(button) ? Dimmed(button.Background()) : button.Background();
+  const QColor colour = button.ShowsDimmed() ? Dimmed(button.Background()) : button.Background();
   const bool pressed = (option.state & (QStyle::State_Sunken | QStyle::State_On)) != 0;
   const QRectF area = QRectF(option.rect).adjusted(1.5, 1.5, -1.5, -1.5);
   painter.save();
@@ -132,14 +142,17 @@ void FormStyle::drawControl(ControlElement element, const QStyleOption* option, 
   const auto* label = qstyleoption_cast<const QStyleOptionButton*>(option);
   const auto* button = qobject_cast<const CommandButton*>(widget);
   const auto* tab = qstyleoption_cast<const QStyleOptionTab*>(option);
+  const bool coloured = button != nullptr && button->Background().isValid();
   if (element == CE_PushButtonLabel && label != nullptr) {
-    DrawButtonLabel(*this, *label, painter);
-  } else if (element == CE_PushButtonBevel && button != nullptr && button->Background().isValid()) {
+    QStyleOptionButton drawn = *label;
+    if (coloured) drawn.palette = TextColours(*button, label->palette);
+    DrawButtonLabel(*this, drawn, painter);
+  } else if (element == CE_PushButtonBevel && coloured) {
     DrawColouredButton(*option, *painter, *button);
   } else if (element == CE_TabBarTabShape && tab != nullptr) {
-    QStyleOptionTab coloured = *tab;
-    coloured.palette = TabColours(tab->palette);
-    QProxyStyle::drawControl(element, &coloured, painter, widget);
+    QStyleOptionTab shaded = *tab;
+    shaded.palette = TabColours(tab->palette);
+    QProxyStyle::drawControl(element, &shaded, painter, widget);
   } else {
     QProxyStyle::drawControl(element, option, painter, widget);
   }

@@ -8,6 +8,7 @@
 
 #include "forms/controls/form.h"
 #include "forms/controls/input_events.h"
+#include "platform/desktop.h"
 
 namespace tarnwell::forms {
 
@@ -68,6 +69,11 @@ void InputGate::ActLater(std::function<void()> act) {
 }
 
 void InputGate::Act() {
+  if (platform::OnlyClosesAreTaken()) {
+    // No input would reach a form or a box that an act opens now.
+    if (!m_due.empty()) QTimer::singleShot(0, this, &InputGate::Act);
+    return;
+  }
   while (!m_due.empty()) {
     const std::function<void()> act = std::move(m_due.front());
     m_due.pop_front();
