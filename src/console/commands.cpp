@@ -57,7 +57,7 @@ void Commands::WriteGain() {
   std::string reply;
   if (protocol::Send(m_line, protocol::SetGain(*gain), reply)) {
     m_form.updwnGainAdjust.SetValue(protocol::Tenths(protocol::LeadingNumber(protocol::AfterEcho(reply, 2))));
-    m_readers.Confirm(Question::kGain);
+    m_readers.ConfirmGain();
   } else {
     m_readers.Doubt(Question::kGain);
     m_session.GainInDoubt = true;

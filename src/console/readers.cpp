@@ -15,8 +15,15 @@ namespace {
 
 constexpr double kPauseBeforeGain = 0.05;
 
-void ShowCaption(forms::Frame& frame, const QString& caption) {
-  if (frame.Caption() != caption) frame.SetCaption(caption);
+/// Marks the path that has priority in its group's caption.
+void ShowPriority(forms::frmMain& form, protocol::PriorityPath path) {
+  const auto show = [](forms::Frame& frame, const QString& caption, bool priority) {
+    const QString shown = caption + (priority ? QStringLiteral(" [Priority]") : QString());
+    if (frame.Caption() != shown) frame.SetCaption(shown);
+  };
+  using protocol::PriorityPath;
+  show(form.fra7316PathASelect, QStringLiteral("Path &A SSPA Selection"), path == PriorityPath::kPathA);
+  show(form.fra7316PathBSelect, QStringLiteral("Path &B SSPA Selection"), path == PriorityPath::kPathB);
 }
 
 void ShowSSPAState(forms::Label& label, bool online) {
@@ -53,6 +60,10 @@ PathView ViewOfPath(forms::frmMain& f, int which) {
 
 void Readers::ForgetDevice() {
   forms::ForgetAnswers(ShownByAny(m_form));
+  // These show something also before the device has said it.
+  forms::ShowUnanswered({&m_form.optRFMute, &m_form.imgAlarm, &m_form.imgOk});
+  forms::SetOwnToolTip(m_form.txtGainAdjust, QString());
+  ShowPriority(m_form, protocol::PriorityPath::kNone);
   m_session.GainInDoubt = false;
   // Without optRFMute: selecting it again from a status would send the mute again.
   for (forms::OptionButton* option :
@@ -61,6 +72,19 @@ void Readers::ForgetDevice() {
         &m_form.opt7316PathB2, &m_form.opt7316PathB3}) {
     option->Deselect();
   }
+}
+
+void Readers::DoubtAll() {
+  forms::ShowUnanswered(ShownByAny(m_form));
+  // No schedule asks for the gain: without this it would stay old for the rest of the session.
+  m_session.GainInDoubt = m_shared.SSPAType != link::kRedundancyController;
+}
+
+void Readers::ConfirmGain() {
+  m_session.GainInDoubt = false;
+  Confirm(Question::kGain);
+  forms::SetOwnToolTip(m_form.txtGainAdjust, QStringLiteral("As of %1; not asked again while connected")
+                                                 .arg(m_timeOfDay().time().toString(QStringLiteral("hh:mm:ss"))));
 }
 
 bool Readers::Ask(Question question, const protocol::Request& request, std::size_t echo, std::string& text) {
@@ -192,14 +216,7 @@ void Readers::ChangeTo1to2() {
 void Readers::ReadPathPriority() {
   std::string text;
   if (!Ask(Question::kPriority, protocol::kPriorityOrDiodeQuery, 2, text)) return;
-  const auto caption = [](const QString& path, bool priority) {
-    return path + (priority ? QStringLiteral(" [Priority]") : QString());
-  };
-  const protocol::PriorityPath path = protocol::ReadPriority(text);
-  ShowCaption(m_form.fra7316PathASelect,
-              caption(QStringLiteral("Path &A SSPA Selection"), path == protocol::PriorityPath::kPathA));
-  ShowCaption(m_form.fra7316PathBSelect,
-              caption(QStringLiteral("Path &B SSPA Selection"), path == protocol::PriorityPath::kPathB));
+  ShowPriority(m_form, protocol::ReadPriority(text));
 }
 
 void Readers::ReadSSPAStates() {
@@ -267,10 +284,11 @@ void Readers::ReadRFLevel() {
 }
 
 bool Readers::ReadGain() {
-  m_session.GainInDoubt = false;
+  m_session.GainInDoubt = true;
   m_timing.DelayBlocking(kPauseBeforeGain);
   std::string text;
   if (!Ask(Question::kGain, protocol::kGainQuery, 2, text)) return false;
+  ConfirmGain();
   m_form.updwnGainAdjust.SetValue(protocol::Tenths(protocol::LeadingNumber(text)));
   ShowGain(m_form);  // also where the value is the one that the spin starts with
   return true;

@@ -31,9 +31,11 @@ class Readers {
   void ForgetDevice();
   /// What `question` shows was just told by the device.
   void Confirm(Question question) { forms::ShowAnswered(ShownBy(m_form, question), m_timeOfDay().time()); }
+  /// The same for the gain, which then isn't asked for again: its tool tip says of when it is.
+  void ConfirmGain();
   /// What `question` shows isn't known to be so any more, and is drawn as old until it is answered.
   void Doubt(Question question) { forms::ShowUnanswered(ShownBy(m_form, question)); }
-  void DoubtAll() { forms::ShowUnanswered(ShownByAny(m_form)); }
+  void DoubtAll();
 
   void ReadStatus();
   void ReadConfiguration();
@@ -48,7 +50,7 @@ class Readers {
   /// 6 reads module 1, 12 module 2; anything else reads nothing.
   void ReadTemperature(int which);
   void ReadRFLevel();
-  /// False: the device didn't answer.
+  /// False: the device didn't answer, and the gain stays in doubt.
   bool ReadGain();
 
  private:

@@ -59,12 +59,20 @@ void MakeRoomForTitle(QMessageBox& box) {
 /// Lets no input through while it lives; requests to close a window are none.
 class ClosesOnly final : public QObject {
  public:
-  ClosesOnly() { qApp->installEventFilter(this); }
+  ClosesOnly() {
+    qApp->installEventFilter(this);
+    m_lives = true;
+  }
+  ~ClosesOnly() override { m_lives = false; }
+  static bool Lives() { return m_lives; }
 
  protected:
   bool eventFilter(QObject* /*watched*/, QEvent* event) override {
     return event->isInputEvent() || event->type() == QEvent::Shortcut || event->type() == QEvent::ContextMenu;
   }
+
+ private:
+  static inline bool m_lives = false;
 };
 
 bool AnyWindowIsVisible() {
@@ -84,10 +92,32 @@ bool TakeRequestsToClose() {
 
 }  // namespace
 
+bool OnlyClosesAreTaken() { return ClosesOnly::Lives(); }
+
 void SetMessageFont(const QFont& font) { QApplication::setFont(font, "QMessageBox"); }
 
 void ToolkitDesktop::ShowMessage(const Message& message) {
-  if (EndAsked() || !TakeRequestsToClose()) return;
+  if (m_showing) {
+    m_waiting.push_back(message);
+    return;
+  }
+  m_showing = true;
+  if (!EndAsked() && TakeRequestsToClose()) ShowBox(message);
+  m_showing = false;
+  if (!m_waiting.empty()) {
+    QMetaObject::invokeMethod(
+        &m_context, [this] { ShowWaiting(); }, Qt::QueuedConnection);
+  }
+}
+
+void ToolkitDesktop::ShowWaiting() {
+  if (m_showing || m_waiting.empty()) return;
+  const Message message = std::move(m_waiting.front());
+  m_waiting.pop_front();
+  ShowMessage(message);
+}
+
+void ToolkitDesktop::ShowBox(const Message& message) {
   // The box names the program, not the window's title: the title says the link's state and may be a lost one.
   QMessageBox box(ToolkitIcon(message.icon), QCoreApplication::applicationName(), Printable(message.text),
                   QMessageBox::Ok, QApplication::activeWindow());

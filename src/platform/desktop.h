@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QFont>
+#include <QObject>
 #include <QString>
 #include <QStringList>
+#include <deque>
 #include <optional>
 
 #include "platform/ending.h"
@@ -33,7 +35,8 @@ class Desktop {
   /// The program was told to end from outside: blocking work gives up, and no message and no dialog is shown any more.
   virtual bool EndAsked() const { return false; }
 
-  /// Shows a modal message box and returns when the operator has closed it.
+  /// Shows a modal message box and returns when the operator has closed it. While another one is up or about to come
+  /// it returns at once, and the box comes when the code that shows the other one has let other code run.
   virtual void ShowMessage(const Message& message) = 0;
 
   /// Shows the file dialog above the program's topmost window. The path that the operator chose, as typed; nothing
@@ -47,6 +50,10 @@ class Desktop {
   virtual void SetBusyPointer(bool busy) = 0;
 };
 
+/// True while only requests to close are taken, ahead of a message: what would open a window now has to wait, since
+/// no input would reach it.
+bool OnlyClosesAreTaken();
+
 /// The font of message boxes from now on.
 void SetMessageFont(const QFont& font);
 
@@ -58,6 +65,14 @@ class ToolkitDesktop final : public Desktop {
   std::optional<QString> ChooseSaveFile(const SaveDialog& dialog) override;
   void Beep() override;
   void SetBusyPointer(bool busy) override;
+
+ private:
+  void ShowBox(const Message& message);
+  void ShowWaiting();
+
+  QObject m_context;  ///< what is posted goes with it
+  bool m_showing = false;
+  std::deque<Message> m_waiting;  ///< came while another message was up
 };
 
 /// The first of `folders` that can be written to, written as the platform does; the last where none can.

@@ -2,6 +2,7 @@
 
 #include "console/entry_keys.h"
 #include "console/entry_text.h"
+#include "forms/controls/input_gate.h"
 
 namespace tarnwell::session {
 
@@ -14,9 +15,11 @@ void ConnectAddressEntry::updwnConnectAddress_Change() {
   const bool tell = !stored && m_stored;
   m_stored = stored;
   // Later: the address may be changed on the way from one command to the next.
-  if (tell)
-    QMetaObject::invokeMethod(
-        &m_form, [this] { TellNotStored(); }, Qt::QueuedConnection);
+  if (tell) {
+    forms::InputGate::Instance().ActLater([this, form = QPointer<forms::Form>(&m_form)] {
+      if (form != nullptr) TellNotStored();
+    });
+  }
 }
 
 void ConnectAddressEntry::TellNotStored() {

@@ -47,6 +47,7 @@ void PollCycle::Poll(const std::array<Reader, Steps>& schedule) {
     ++step;
     // A reader may have changed the length; no schedule is longer than its table.
     if (step >= std::min(static_cast<std::size_t>(m_session.PollLength), Steps)) step = 0;
+    if (step == 0) m_gainAsked = false;
     WatchLink();
     m_session.PollHeartbeat = true;
     m_timing.DelayPumped(kPauseBetweenSteps);
@@ -63,11 +64,17 @@ void PollCycle::WatchLink() {
     m_form.SetTitle(console::TitleConnected(m_session.DeviceName));
     m_form.Announce(m_form.Title());
     // A controller has no gain: asking for it would cost the operator six seconds.
-    if (m_shared.SSPAType != link::kRedundancyController) m_readers.ReadGain();
+    if (m_shared.SSPAType != link::kRedundancyController) ReadGain();
     console::SetConsoleEnabled(m_form, m_shared, true);
-  } else if (!m_shared.CommsLost && m_session.GainInDoubt) {
-    m_readers.ReadGain();
+  } else if (!m_shared.CommsLost && m_session.GainInDoubt && !m_gainAsked) {
+    ReadGain();
   }
+}
+
+/// Once a round outside of the schedule: a device that answers all but this would cost six seconds each time.
+void PollCycle::ReadGain() {
+  m_gainAsked = true;
+  m_readers.ReadGain();
 }
 
 void PollCycle::tmrForcePollResume_Timer() {

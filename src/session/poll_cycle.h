@@ -26,12 +26,14 @@ class PollCycle {
   template <std::size_t Steps>
   void Poll(const std::array<Reader, Steps>& schedule);
   void WatchLink();
+  void ReadGain();
 
   forms::frmMain& m_form;
   link::SSPA_Public& m_shared;
   const link::IntervalTiming& m_timing;
   console::SessionState& m_session;
   console::Readers& m_readers;
+  bool m_gainAsked = false;  ///< in this round of the schedule
 };
 
 }  // namespace tarnwell::session

@@ -45,6 +45,30 @@ TEST(Desktop, AWindowThatWasToCloseIsClosedAheadOfTheMessage) {
   EXPECT_FALSE(window.isVisible());
 }
 
+// Ahead of a message only requests to close are taken: no key would reach a box that came up then.
+TEST(Desktop, AMessageThatComesWithAnotherIsShownBehindIt) {
+  QWidget window;
+  window.show();
+  ToolkitDesktop desktop;
+  QStringList seen;
+  QTimer lookout;
+  lookout.callOnTimeout([&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr || OnlyClosesAreTaken()) return;
+    seen << box->text();
+    QTest::keyClick(box, Qt::Key_Escape);
+    EXPECT_FALSE(box->isVisible());
+    box->close();
+  });
+  lookout.start(0);
+  QMetaObject::invokeMethod(
+      &window, [&] { desktop.ShowMessage({QStringLiteral("Not stored")}); }, Qt::QueuedConnection);
+  desktop.ShowMessage({QStringLiteral("Address Change Failed")});
+  EXPECT_EQ(seen, QStringList{QStringLiteral("Address Change Failed")});
+  QTest::qWait(0);
+  EXPECT_EQ(seen.size(), 2);
+}
+
 TEST(Desktop, AMessageShowsItsTextsAsTheyAreAndClosesByKey) {
   const QString text = QStringLiteral("<b>Unable</b> to open COM1\x1B");
   const QString details = QStringLiteral("<i>/dev/ttyUSB0</i>: in use");

@@ -33,7 +33,7 @@ TEST_F(AnswersTest, AValueWhoseOwnQuestionIsNotAnsweredIsOldUntilItIs) {
               {"VT?", {"lblTempMod1"}},
               {"VT2?", {"lblTempMod2"}},
               {"A?", {"lblAlarm", "imgOk"}},
-              {"S?", {"optOnline", "optRFOn", "optREM", "lblSSPAMute"}},
+              {"S?", {"optOnline", "optRFOn", "optRFMute", "optREM", "lblSSPAMute"}},
               {"O?", {"lbl7316SSPA1State", "lbl7316SSPA2State"}, ControllerReplies()},
               {"PA?", {"lbl7316PathAState", "opt7316PathA1"}, ControllerReplies()},
               {"PB?", {"lbl7316PathBState", "opt7316PathB3"}, ControllerReplies()},
@@ -98,7 +98,25 @@ TEST_F(AnswersTest, AnUnansweredGainIsAskedForOnceTheDeviceAnswers) {
     m_replies.erase("G?");
     step(Qt::Key_Down);
   });
-  Round([&] { expect(true, "-3.6", 3); });  // the answer alone may have been lost
+  const auto stillOld = [&](int questions) {
+    expect(true, "-3.6", questions);  // the answer alone may have been lost
+    m_port.TakeTranscript();
+  };
+  m_yielder.OnYieldAfter(11, [&] { stillOld(6); });  // at once, and in the next round
+  m_yielder.OnYieldAfter(11, [&] { stillOld(3); });
+  m_yielder.OnYield([&] { m_replies["G?"] = "G=-3.4"; });
+  Round([&] {
+    expect(false, "-3.4", 1);
+    EXPECT_EQ(Find("txtGainAdjust").toolTip(), QStringLiteral("As of 09:26:41; not asked again while connected"));
+    m_replies.erase("ZA");
+    Open([this] { ClickOn("cmdViewAlarms"); },
+         [this] {
+           ClickOn("cmdClear");
+           EXPECT_TRUE(forms::IsOld(Main().txtGainAdjust)) << "the viewer has lost the link";
+           Front().UnloadForm();
+         });
+  });
+  Round([&] { EXPECT_FALSE(IsOld("txtGainAdjust")); });
   Connect(2);
 }
 
@@ -109,11 +127,20 @@ TEST_F(AnswersTest, ANewSessionShowsNothingOfTheFormerDevice) {
   EXPECT_TRUE(IsOld("lblRFLevel"));
   m_replies = AmplifierReplies();
   m_replies.erase("S?");
-  m_yielder.OnYield([&] { EXPECT_EQ(CaptionOf("lblTempMod1") + CaptionOf("lblSSPAMute"), "  "); });
+  m_yielder.OnYield([&] {
+    EXPECT_EQ(CaptionOf("lblTempMod1") + CaptionOf("lblSSPAMute"), "  ");
+    EXPECT_TRUE(IsOld("optRFMute") && IsOld("imgOk")) << "the former device's, or nobody's";
+  });
   Round([&] {
     EXPECT_FALSE(IsOld("lblRFLevel"));
     EXPECT_EQ(SelectedOptions(), "");
   });
+  Connect(2);
+  m_replies = ControllerReplies();
+  m_replies["CP?"] = "CP=B";
+  Connect(8);
+  m_replies.erase("CP?");
+  m_yielder.OnYield([&] { EXPECT_EQ(Main().fra7316PathBSelect.Caption(), QStringLiteral("Path &B SSPA Selection")); });
   Connect(2);
 }
 
