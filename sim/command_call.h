@@ -18,11 +18,18 @@ namespace tarnwell::sim {
 /// What a command has to print; nothing: its arguments make no sense, and nothing has changed.
 using Told = std::optional<std::string>;
 
+/// What a command's number may be.
+struct Range {
+  double low;
+  double high;
+};
+
 /// The command being carried out.
 struct Call {
   Station& station;
   double now;
   std::vector<std::string_view> words;  ///< the arguments
+  Range range;                          ///< of the number among them
 
   Device& TheDevice() const { return station.Selected(); }
   Amplifier& TheAmplifier() const { return static_cast<Amplifier&>(TheDevice()); }
@@ -45,10 +52,10 @@ Told Put(T& place, const std::optional<T>& value) {
 
 inline std::optional<bool> Switch(std::string_view word) { return Choose<bool>(word, {{"on", true}, {"off", false}}); }
 
-/// A number from `low` to `high`.
-inline std::optional<double> Within(std::string_view word, double low, double high) {
+/// A number within the command's range.
+inline std::optional<double> Within(const Call& call, std::string_view word) {
   const auto value = ParseNumber(word);
-  return value && *value >= low && *value <= high ? value : std::nullopt;
+  return value && *value >= call.range.low && *value <= call.range.high ? value : std::nullopt;
 }
 
 // The commands that change the selected device; the table of commands checks that it is of the right kind.

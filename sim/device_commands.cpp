@@ -73,7 +73,7 @@ Told Mute(const Call& call) {
 }
 
 Told Level(const Call& call) {
-  const auto dbm = Within(call.words[0], -100.0, 100.0);
+  const auto dbm = Within(call, call.words[0]);
   if (!dbm) return std::nullopt;
   call.TheAmplifier().SetLevel(*dbm);
   return "";
@@ -81,13 +81,13 @@ Told Level(const Call& call) {
 
 Told Temperature(const Call& call) {
   const auto module = Choose<int>(call.words[0], {{"1", 0}, {"2", 1}});
-  const auto degrees = Within(call.words[1], -100.0, 200.0);
+  const auto degrees = Within(call, call.words[1]);
   if (!module || !degrees) return std::nullopt;
   call.TheAmplifier().SetTemperature(*module, *degrees);
   return "";
 }
 
-Told Gain(const Call& call) { return Put(call.TheAmplifier().State().gain, Within(call.words[0], -20.0, 0.0)); }
+Told Gain(const Call& call) { return Put(call.TheAmplifier().State().gain, Within(call, call.words[0])); }
 
 Told Automatic(const Call& call) { return Put(call.TheController().State().automatic, std::optional(true)); }
 Told Manual(const Call& call) { return Put(call.TheController().State().automatic, std::optional(false)); }

@@ -27,7 +27,7 @@ constexpr const char* kVersion = "vorel-sim " TARNWELL_VERSION "\n";
 /// Serves the line and standard input until told to end.
 class Program {
  public:
-  Program(const Options& options, Line& line) : m_station(options), m_line(line) {}
+  Program(const Options& options, Line& line) : m_station(options), m_line(line), m_quiet(options.quiet) {}
 
   int Run() {
     const sigset_t whileWaiting = PrepareEnding();
@@ -117,12 +117,14 @@ class Program {
     std::fputs(outcome.text.c_str(), outcome.ok ? stdout : stderr);
     if (!outcome.ok) std::fputs("\n", stderr);
     // Each command by itself: a pull and a plug that come together are a new line, and not none.
-    FollowPlug();
+    const bool inForce = FollowPlug();
+    if (inForce && !outcome.command.empty() && !m_quiet) std::printf("ok %s\n", outcome.command.c_str());
   }
 
-  void FollowPlug() {
+  /// False: the line that a plug asked for couldn't be opened.
+  bool FollowPlug() {
     const bool open = m_line.Descriptor() >= 0;
-    if (open == m_station.Asked().plugged) return;
+    if (open == m_station.Asked().plugged) return true;
     if (open) {
       m_line.Close();
       m_station.LoseLine();
@@ -131,10 +133,12 @@ class Program {
     } else {
       m_station.Asked().plugged = false;
     }
+    return open || m_station.Asked().plugged;
   }
 
   Station m_station;
   Line& m_line;
+  bool m_quiet;
   std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
   std::array<pollfd, 2> m_polled{};
   bool m_inputOpen = true;

@@ -55,9 +55,9 @@ constexpr DeviceKey kDeviceKeys[] = {
     {"kind", "KIND", "c60, c120, c240, k40, k80, unknown or controller (c60)", SetKind},
     {"address", "N", "0 to 31 (1)",
      [](DeviceSetup& s, View text) { return TakeWhole(text, 0, link::kMaxAddress, s.address); }},
-    {"firmware", "TEXT", "such as \"0264C-01 V6.0\"; decides on the requests it has",
+    {"firmware", "TEXT", "at most 17 characters, such as \"0264C-01 V6.0\"; decides on the requests it has",
      [](DeviceSetup& s, View text) { return TakeText(text, kLongestFirmware, s.firmware); }},
-    {"platform", "TEXT", "such as \"0842\", the same",
+    {"platform", "TEXT", "at most 12 characters, such as \"0842\", the same",
      [](DeviceSetup& s, View text) { return TakeText(text, kLongestPlatform, s.platform); }},
     {"modules", "N", "1 or 2 amplifier modules",
      [](DeviceSetup& s, View text) { return TakeWhole(text, 1, 2, s.modules); }},
@@ -115,21 +115,22 @@ struct OptionRow {
 };
 
 constexpr OptionRow kOptions[] = {
-    {"device", "WORDS", "one device of several, by the words above: kind=c60,address=3", AddDevice},
+    {"device", "WORDS", "one device of several, by the names of the options of one: kind=c60,address=3", AddDevice},
     {"link", "PATH", "a symbolic link to the pseudo-terminal, removed at the end",
      [](Options& o, View text) { return SetPath(o.link, text); }},
     {"port", "DEVICE", "a real serial device instead of a pseudo-terminal",
      [](Options& o, View text) { return SetPath(o.port, text); }},
-    {"rate", "N", "speed of the line in bits per second, at ten bits a byte (0: no pacing)",
+    {"rate", "N", "speed of the line in bits per second, 0 to 4000000, at ten bits a byte (0: no pacing)",
      [](Options& o, View text) { return TakeWhole(text, 0, 4'000'000, o.rate); }},
-    {"answer-time", "MS", "from a request to its reply (5)", SetAnswerTime},
-    {"seed", "N", "of faults, ripple and drift (1); 0: measured values stand still",
+    {"answer-time", "MS", "from a request to its reply, 0 to 10000 (5)", SetAnswerTime},
+    {"seed", "N", "of faults, ripple and drift, 0 to 1000000000 (1); 0: measured values stand still",
      [](Options& o, View text) { return TakeWhole(text, 0, 1'000'000'000, o.seed); }},
-    {"fault", "NAME=P", "a fault with its probability; \"all\" for every one", AddFault},
+    {"fault", "NAME=P", "a fault that --help lists, with its probability, 0 to 1; \"all\" for every one", AddFault},
     {"faults", "NAME=P", "the same", AddFault},
     {"echo", "", "the line gives back what it hears, as many two-wire adapters do",
      [](Options& o, View) { return o.echo = true; }},
     {"trace", "", "print each exchange", [](Options& o, View) { return o.trace = true; }},
+    {"quiet", "", "print no \"ok\" for a command that is in force", [](Options& o, View) { return o.quiet = true; }},
     {"help", "", "print this", [](Options& o, View) { return o.help = true; }},
     {"version", "", "print the version", [](Options& o, View) { return o.version = true; }},
 };
@@ -165,7 +166,7 @@ class Reader {
       const auto value = ValueOf(key.name, key.argument);
       if (!value) continue;
       told = true;
-      if (m_error.empty() && !key.set(single, *value)) Refuse(key.name, *value);
+      if (m_error.empty() && !key.set(single, *value)) Refuse(key, *value);
       return true;
     }
     return false;
@@ -175,7 +176,7 @@ class Reader {
     for (const OptionRow& row : kOptions) {
       const auto value = ValueOf(row.name, row.argument);
       if (!value) continue;
-      if (m_error.empty() && !row.set(options, *value)) Refuse(row.name, *value);
+      if (m_error.empty() && !row.set(options, *value)) Refuse(row, *value);
       return true;
     }
     return false;
@@ -198,7 +199,11 @@ class Reader {
     return m_arguments[++m_at];
   }
 
-  void Refuse(View name, View value) { m_error = "--" + std::string(name) + ": not usable: " + std::string(value); }
+  void Refuse(const auto& row, View value) {
+    const std::string option = "--" + std::string(row.name);
+    m_error = option + ": not usable: " + std::string(value) + " (" + option + " " + std::string(row.argument) + ": " +
+              std::string(row.help) + ")";
+  }
 
   const std::vector<std::string>& m_arguments;
   std::size_t m_at = 0;

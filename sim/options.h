@@ -18,7 +18,8 @@ struct Options {
   int rate = 0;               ///< bits per second; 0: no pacing
   double answerTime = 0.005;  ///< seconds from a request to its reply
   bool trace = false;
-  bool echo = false;  ///< the line gives back what it hears
+  bool quiet = false;  ///< no acknowledgement of commands
+  bool echo = false;   ///< the line gives back what it hears
   std::uint32_t seed = 1;
   std::vector<std::pair<std::string, double>> faults;
   bool help = false;

@@ -3,7 +3,7 @@
 namespace tarnwell::sim {
 
 Told Silence(const Call& call) {
-  const auto seconds = call.words.empty() ? std::nullopt : Within(call.words[0], 0.0, 1e6);
+  const auto seconds = call.words.empty() ? std::nullopt : Within(call, call.words[0]);
   if (!call.words.empty() && !seconds) return std::nullopt;
   call.station.Silence(call.now, seconds);
   return "";
@@ -15,7 +15,7 @@ Told Talk(const Call& call) {
 }
 
 Told SetFault(const Call& call) {
-  const auto probability = ParseNumber(call.words[1]);
+  const auto probability = Within(call, call.words[1]);
   const bool taken = probability && call.station.LineFaults().Set(call.words[0], *probability);
   return taken ? Told("") : std::nullopt;
 }

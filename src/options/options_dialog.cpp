@@ -105,9 +105,10 @@ void OptionsDialog::tabOptions_Click() {
 }
 
 void OptionsDialog::cmdOk_Click() {
+  const Properties former = InForce();
   if (!ApplyPort() || !ApplyDataFormat() || !ApplyFlow()) return;
   TakeVariables();
-  if (!StoreProperties()) {
+  if (!StoreProperties() && InForce() != former) {
     Refuse(QStringLiteral("The options could not be stored. They are in use until the program ends."),
            m_properties.Failure());
   }
@@ -163,18 +164,19 @@ void OptionsDialog::TakeVariables() {
   m_shared.RS485Control = Selected485Control;
 }
 
+OptionsDialog::Properties OptionsDialog::InForce() const {
+  return {
+      {"Settings", QString::fromStdString(m_port.Settings())}, {"CommPort", QString::number(m_port.CommPort())},
+      {"Handshaking", QString::number(m_port.Handshaking())},  {"AudibleNotify", BooleanText(m_shared.AudibleNotify)},
+      {"Engineer", BooleanText(m_shared.EngineerUnits)},       {"RS232", BooleanText(m_shared.PortRS232)},
+      {"RS485Control", QString::number(m_shared.RS485Control)}};
+}
+
 bool OptionsDialog::StoreProperties() {
   bool stored = true;
-  const auto store = [this, &stored](const char* key, const QString& text) {
+  for (const auto& [key, text] : InForce()) {
     stored = m_properties.SaveStoredProperty(QString::fromLatin1(key), text) && stored;
-  };
-  store("Settings", QString::fromStdString(m_port.Settings()));
-  store("CommPort", QString::number(m_port.CommPort()));
-  store("Handshaking", QString::number(m_port.Handshaking()));
-  store("AudibleNotify", BooleanText(m_shared.AudibleNotify));
-  store("Engineer", BooleanText(m_shared.EngineerUnits));
-  store("RS232", BooleanText(m_shared.PortRS232));
-  store("RS485Control", QString::number(m_shared.RS485Control));
+  }
   return stored;
 }
 

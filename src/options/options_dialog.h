@@ -1,5 +1,8 @@
 #pragma once
 
+#include <utility>
+#include <vector>
+
 #include "console/session_state.h"
 #include "forms/frm_options.h"
 #include "link/sspa_public.h"
@@ -49,6 +52,9 @@ class OptionsDialog {
   bool ApplyDataFormat();
   bool ApplyFlow();
   void TakeVariables();
+  using Properties = std::vector<std::pair<const char*, QString>>;
+  /// The properties as they are in force, in the order in which they are stored.
+  Properties InForce() const;
   bool StoreProperties();
   bool Refuse(const QString& message, const QString& details = {});
 

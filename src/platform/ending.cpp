@@ -2,7 +2,7 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QSessionManager>
+#include <QEvent>
 #include <QSocketNotifier>
 #include <atomic>
 
@@ -31,12 +31,17 @@ void TakeSignal(int /*signal*/) {
   [[maybe_unused]] const ssize_t written = write(wakeUp[1], &byte, 1);  // full, it wakes the loop as well
 }
 
+/// One that is ignored, as nohup and a shell's background jobs have it, stays so.
 void Handle(void (*handler)(int)) {
   struct sigaction action = {};
   action.sa_handler = handler;
   action.sa_flags = SA_RESTART;
   sigemptyset(&action.sa_mask);
-  for (const int signal : kSignals) sigaction(signal, &action, nullptr);
+  for (const int signal : kSignals) {
+    struct sigaction present = {};
+    sigaction(signal, nullptr, &present);
+    if (present.sa_handler != SIG_IGN) sigaction(signal, &action, nullptr);
+  }
 }
 
 #endif
@@ -47,7 +52,7 @@ bool EndAsked() { return asked; }
 
 Ending::Ending() {
   asked = false;
-  connect(qApp, &QGuiApplication::commitDataRequest, this, [this] { Take(); });
+  qApp->installEventFilter(this);
 #ifdef Q_OS_UNIX
   if (pipe2(wakeUp.data(), O_CLOEXEC | O_NONBLOCK) != 0) return;
   m_signals = new QSocketNotifier(wakeUp[0], QSocketNotifier::Read, this);
@@ -69,6 +74,12 @@ Ending::~Ending() {
   }
 #endif
   asked = false;
+}
+
+/// The session's end comes as Quit. The request to save ahead of it ends nothing: another program may still cancel it.
+bool Ending::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == qApp && event->type() == QEvent::Quit) Take();
+  return false;
 }
 
 void Ending::Take() {

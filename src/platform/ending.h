@@ -26,6 +26,9 @@ class Ending : public QObject {
   /// From the event loop, once for each request.
   void Asked();
 
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
  private:
   void Take();
 

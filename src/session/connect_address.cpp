@@ -1,5 +1,7 @@
 #include "session/connect_address.h"
 
+#include <utility>
+
 #include "console/entry_keys.h"
 #include "console/entry_text.h"
 #include "forms/controls/input_gate.h"
@@ -9,13 +11,12 @@ namespace tarnwell::session {
 void ConnectAddressEntry::updwnConnectAddress_Change() {
   const int address = m_form.updwnConnectAddress.Value();
   const QString text = QString::number(address);
+  const bool changed = std::exchange(m_shared.ConnectAddress, static_cast<std::uint8_t>(address)) != address;
   m_form.txtConnectAddress.SetText(text);
-  m_shared.ConnectAddress = static_cast<std::uint8_t>(address);
-  const bool stored = m_properties.SaveStoredProperty(QStringLiteral("ConnectAddress"), text);
-  const bool tell = !stored && m_stored;
-  m_stored = stored;
-  // Later: the address may be changed on the way from one command to the next.
-  if (tell) {
+  if (m_properties.SaveStoredProperty(QStringLiteral("ConnectAddress"), text)) {
+    m_told = false;
+  } else if (changed && !std::exchange(m_told, true)) {
+    // Later: the address may be changed on the way from one command to the next.
     forms::InputGate::Instance().ActLater([this, form = QPointer<forms::Form>(&m_form)] {
       if (form != nullptr) TellNotStored();
     });

@@ -7,8 +7,8 @@
 
 namespace tarnwell::session {
 
-/// The entry of the bus address on the main form, while there is no session. An address that can't be stored is told
-/// once, until one could be again.
+/// The entry of the bus address on the main form, while there is no session. An address that was changed and can't be
+/// stored is told once, until one could be stored again.
 class ConnectAddressEntry {
  public:
   ConnectAddressEntry(forms::frmMain& form, link::SSPA_Public& shared, StoredProperties& properties,
@@ -28,7 +28,7 @@ class ConnectAddressEntry {
   link::SSPA_Public& m_shared;
   StoredProperties& m_properties;
   platform::Desktop& m_desktop;
-  bool m_stored = true;  ///< the last time
+  bool m_told = false;  ///< that none can be stored
 };
 
 }  // namespace tarnwell::session

@@ -95,8 +95,10 @@ void StartUp::ApplyAddress() {
   const std::optional<double> stored = console::NumberFromEntry(text);
   const bool valid = stored && *stored >= 0.0 && *stored <= link::kMaxAddress;
   if (!text.isEmpty() && !valid) WarnOfCorrupted(QStringLiteral("address"));
-  spin.SetValue(valid ? static_cast<int>(std::nearbyint(*stored)) : 0);
-  m_shared.ConnectAddress = static_cast<std::uint8_t>(spin.Value());
+  const int address = valid ? static_cast<int>(std::nearbyint(*stored)) : 0;
+  // Ahead of the spin: its change is none by the operator then, who isn't told if it can't be stored.
+  m_shared.ConnectAddress = static_cast<std::uint8_t>(address);
+  spin.SetValue(address);
   // An address that the spin starts with raises no change, which would fill the field.
   m_form.txtConnectAddress.SetText(QString::number(spin.Value()));
 }

@@ -57,6 +57,8 @@ TEST(EndToEnd, ASessionLivesThroughSilenceAndAPulledAdapter) {
   EXPECT_EQ(desktop.TakeMessages(), QStringList());
   simulator.terminate();
   EXPECT_TRUE(simulator.waitForFinished(kPatience) && simulator.exitCode() == 0);
+  const QByteArray said = simulator.readAllStandardOutput();
+  EXPECT_TRUE(said.contains("ok silence\nok talk\nok pull\n") && said.endsWith("ok plug\n")) << said.toStdString();
   EXPECT_FALSE(QFileInfo(link).isSymLink()) << "the simulator leaves no link";
 }
 

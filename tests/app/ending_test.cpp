@@ -50,6 +50,43 @@ TEST_F(EndingTest, EachSignalEndsWhateverIsOpen) {
   EXPECT_EQ(m_desktop.TakeMessages(), QStringList());
 }
 
+TEST(Ending, LeavesAnIgnoredSignalIgnored) {
+  std::optional<platform::Ending> ending;
+  const auto disposition = [](int number) {
+    struct sigaction present = {};
+    sigaction(number, nullptr, &present);
+    return present.sa_handler;
+  };
+  const auto former = signal(SIGHUP, SIG_IGN);
+  signal(SIGTERM, SIG_DFL);
+  ending.emplace();
+  EXPECT_EQ(disposition(SIGHUP), SIG_IGN);
+  EXPECT_NE(disposition(SIGTERM), SIG_DFL);
+  ending.reset();
+  EXPECT_EQ(disposition(SIGHUP), SIG_IGN);
+  EXPECT_EQ(disposition(SIGTERM), SIG_DFL);
+  signal(SIGHUP, former);
+}
+
+TEST_F(EndingTest, TheEndOfTheDesktopSessionEndsItAndTheRequestToSaveDoesNot) {
+  bool ended = true;
+  InSession([&] {
+    const QMetaObject& meta = QGuiApplication::staticMetaObject;
+    void* arguments[] = {nullptr, nullptr};  // nobody can make a session manager
+    for (const char* request : {"commitDataRequest(QSessionManager&)", "saveStateRequest(QSessionManager&)"}) {
+      QMetaObject::activate(qApp, &meta, meta.indexOfSignal(request) - meta.methodOffset(), arguments);
+    }
+    QCoreApplication::processEvents();
+    ended = Main().Unloaded();
+    QTimer::singleShot(0, [] { QCoreApplication::postEvent(qApp, new QEvent(QEvent::Quit)); });
+    Q_EMIT Main().mnuSSPASettings.Click();
+  });
+  EXPECT_FALSE(ended) << "another program may cancel it still";
+  EXPECT_TRUE(Main().Unloaded() && platform::EndAsked());
+  QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+  QApplication::exec();  // else no event loop runs any more
+}
+
 TEST_F(EndingTest, ASnapshotUnderWayEndsWithItsErrorMark) {
   const QTemporaryDir folder;
   const QString path = folder.filePath(QStringLiteral("rack.txt"));

@@ -1,9 +1,7 @@
-#include <QDir>
-#include <QFile>
-#include <QSettings>
 #include <QTabBar>
 
 #include "forms/controls/plain_controls.h"
+#include "support/file_limit.h"
 #include "support/program_test.h"
 
 namespace tarnwell::test {
@@ -227,27 +225,35 @@ TEST_F(OptionsTest, EscapeAndEnterWhateverHasTheFocus) {
   }
 }
 
-TEST_F(OptionsTest, WhatCanNotBeStoredIsToldOnceAndHolds) {
+TEST_F(OptionsTest, WhatWasChangedAndCanNotBeStoredIsToldOnceAndHolds) {
+  SaveProperty("ConnectAddress", "5");
+  const FileLimit full(0);
+  const auto told = [this] {
+    QCoreApplication::processEvents();
+    return m_desktop.TakeMessages().join(QLatin1Char('+')).toStdString();
+  };
+  const auto chooseAudible = [&](const char* option) {
+    Choose([&] {
+      ClickTab(1);
+      Press(option);
+      Press("cmdOK");
+    });
+    return told();
+  };
   Start();
-  const QString path =
-      QSettings(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Tarnwell"), console::kApplicationTitle)
-          .fileName();
-  QFile::remove(path);
-  ASSERT_TRUE(QDir().mkpath(path)) << "a folder in the file's place";
-  Choose([&] {
-    ClickTab(1);
-    Press("optAudibleOff");
-    Press("cmdOK");
-  });
+  ClickOn("txtConnectAddress");
+  QTest::keyClick(&Find("txtConnectAddress"), Qt::Key_Tab);
+  EXPECT_EQ(told() + chooseAudible("optAudibleOn"), "") << "nothing was changed";
+  const std::string options = chooseAudible("optAudibleOff");
   EXPECT_FALSE(Shared().AudibleNotify);
-  const QString told = m_desktop.TakeMessages().join(QLatin1Char('+'));
-  EXPECT_TRUE(told.startsWith(QStringLiteral("(i) The options could not be stored"))) << told.toStdString();
-  EXPECT_TRUE(told.contains(path) && !told.contains(QLatin1Char('+'))) << told.toStdString();
-  for (const int address : {5, 6, 7}) Main().updwnConnectAddress.SetValue(address);
-  QCoreApplication::processEvents();
-  EXPECT_EQ(m_desktop.TakeMessages().size(), 1) << "not at each step";
-  EXPECT_EQ(Shared().ConnectAddress, 7);
-  QDir().rmdir(path);
+  EXPECT_EQ(options.find("(i) The options could not be stored"), 0) << options;
+  EXPECT_NE(options.find(console::kApplicationTitle.toStdString() + ".conf: "), std::string::npos) << options;
+  EXPECT_EQ(options.find('+'), std::string::npos) << options;
+  for (const int address : {6, 7, 8}) Main().updwnConnectAddress.SetValue(address);
+  EXPECT_EQ(told().find("(i) The connection address"), 0);
+  Main().updwnConnectAddress.SetValue(9);
+  EXPECT_EQ(told(), "") << "not at each step";
+  EXPECT_EQ(Shared().ConnectAddress, 9);
 }
 
 }  // namespace

@@ -66,14 +66,40 @@ TEST(Station, AnEchoComesAheadOfTheAnswerAndWithoutOne) {
   EXPECT_EQ(station.Send(1.0), "{AU?6}{AU=A4}");
 }
 
+TEST(SimulatorCommands, AreAcknowledgedOrToldWithTheirRange) {
+  sim::Station station(std::get<sim::Options>(sim::ParseOptions({})));
+  const std::pair<const char*, const char*> cases[] = {
+      {" gain  -3 ", "gain -3"},
+      {"alarm P active", "alarm P active"},
+      {"", ""},
+      {"gain 1", "gain 1: not usable; usage: gain DB (gain adjust; DB from -20 to 0)"},
+      {"silence 1000001",
+       "silence 1000001: not usable; usage: silence [SECONDS] (no device hears or answers; SECONDS from 0 to 1000000)"},
+      {"fault drop 2",
+       "fault drop 2: not usable; usage: fault NAME PROBABILITY (a fault of the line, or all; PROBABILITY from 0 to "
+       "1)"},
+      {"path A 1", "path A 1: not a controller"},
+      {"rain", "rain: unknown; help lists the commands"}};
+  for (const auto& [line, told] : cases) {
+    const sim::Outcome outcome = sim::Execute(station, 0.0, line);
+    EXPECT_EQ(outcome.command + outcome.text, told);
+    EXPECT_EQ(outcome.ok, outcome.text.empty()) << line;
+  }
+}
+
 TEST(SimulatorOptions, WrongOnesAreTold) {
   const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{"--kind"}, "--kind needs a value"},
-      {{"--address", "32"}, "--address: not usable: 32"},
-      {{"--platform", "a}b"}, "--platform: not usable: a}b"},
+      {{"--address", "32"}, "--address: not usable: 32 (--address N: 0 to 31 (1))"},
+      {{"--platform", "a}b"},
+       "--platform: not usable: a}b (--platform TEXT: at most 12 characters, such as \"0842\", the same)"},
       {{"--trace=on"}, "unknown option --trace=on"},
-      {{"--fault", "drop=2"}, "--fault: not usable: drop=2"},
-      {{"--device", "kind=c60;address=3"}, "--device: not usable: kind=c60;address=3"},
+      {{"--fault", "drop=2"},
+       "--fault: not usable: drop=2 (--fault NAME=P: a fault that --help lists, with its probability, 0 to 1; \"all\" "
+       "for every one)"},
+      {{"--device", "kind=c60;address=3"},
+       "--device: not usable: kind=c60;address=3 (--device WORDS: one device of several, by the names of the options "
+       "of one: kind=c60,address=3)"},
       {{"--device", "address=1", "--device", "kind=k40"}, "two devices have the same address"},
       {{"--device", "kind=c60", "--kind", "k40"}, "give either --device or the options of a single device"},
       {{"--link", "a", "--port", "b"}, "--link goes with a pseudo-terminal, not with --port"},

@@ -27,16 +27,23 @@ class UnattendedDesktop final : public tarnwell::platform::Desktop {
 
 }  // namespace
 
-// tour OUTDIR: connects the console to COM1 and leaves pictures of its forms in OUTDIR, which must exist.
+// tour [--check] FOLDER [PICTURE=FILE...]: connects the console to COM1 and leaves pictures of its forms in FOLDER,
+// which must exist: all, or those named. With --check it looks whether those in FOLDER show the forms as they are.
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
   QApplication::setStyle(QStringLiteral("Fusion"));
   QApplication::setQuitOnLastWindowClosed(false);
-  const QStringList arguments = QApplication::arguments();
-  if (arguments.size() != 2 || !QDir(arguments[1]).exists()) {
-    qCritical("usage: tour OUTDIR");
+  QApplication::setCursorFlashTime(0);
+  QStringList words = QApplication::arguments().mid(1);
+  tarnwell::tour::Plan plan;
+  plan.check = words.removeAll(QStringLiteral("--check")) > 0;
+  if (words.isEmpty() || !QDir(words[0]).exists()) {
+    qCritical("usage: tour [--check] FOLDER [PICTURE=FILE...]");
     return 2;
   }
+  plan.folder.setPath(words.takeFirst());
+  for (const QString& word : words)
+    plan.files[word.section(QLatin1Char('='), 0, 0)] = word.section(QLatin1Char('='), -1);
 
   tarnwell::platform::MonotonicCounter counter;
   tarnwell::platform::EventLoopYielder yielder(counter);
@@ -45,7 +52,7 @@ int main(int argc, char** argv) {
   tarnwell::app::Program program({counter, yielder, comConnect, desktop});
   QObject::connect(&program.MainForm(), &tarnwell::forms::Form::Unload, &application, &QApplication::quit,
                    Qt::QueuedConnection);
-  tarnwell::tour::Tour tour(program, QDir(arguments[1]));
+  tarnwell::tour::Tour tour(program, plan);
   desktop.onMessage = [&tour](const QString& text) { tour.Fail(text); };
   return program.Start() ? tour.Run() : 1;
 }

@@ -5,7 +5,9 @@
 #include <QScreen>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 #include <algorithm>
+#include <cstdlib>
 
 #include "forms/frm_alarms.h"
 #include "forms/frm_save_snapshot.h"
@@ -16,7 +18,8 @@ namespace tarnwell::tour {
 namespace {
 
 constexpr int kBetweenLooks = 400;        // ms; long enough to draw what changed
-constexpr qint64 kLongestStage = 30'000;  // ms
+constexpr qint64 kLongestStage = 60'000;  // ms
+constexpr int kMostLooks = 10;            // at a form that changes all the time, or that a picture doesn't show
 
 bool IsBlank(const QImage& picture) {
   if (picture.isNull()) return true;
@@ -24,6 +27,28 @@ bool IsBlank(const QImage& picture) {
   plain.fill(picture.pixelColor(0, 0));
   return picture == plain;
 }
+
+/// Alike in the mean colour of each block: an edge or a letter that another machine smooths differently is no
+/// difference, and another colour, text or place is one.
+bool LookAlike(const QImage& a, const QImage& b) {
+  constexpr int kBlock = 8;      // pixels
+  constexpr int kTolerance = 6;  // of 255
+  const auto blocks = [](const QImage& image) {
+    return image.scaled(image.size() / kBlock, Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+        .convertToFormat(QImage::Format_RGB888);
+  };
+  if (a.size() != b.size()) return false;
+  const QImage first = blocks(a);
+  const QImage second = blocks(b);
+  for (int y = 0; y < first.height(); ++y) {
+    const auto near = [](uchar one, uchar other) { return std::abs(one - other) <= kTolerance; };
+    const uchar* line = first.constScanLine(y);
+    if (!std::equal(line, line + qsizetype{3} * first.width(), second.constScanLine(y), near)) return false;
+  }
+  return true;
+}
+
+const QString kDrawnBy = QStringLiteral("Toolkit");
 
 bool HasText(const forms::Label& label) { return !label.Caption().trimmed().isEmpty(); }
 
@@ -74,6 +99,7 @@ void Tour::Look() {
   }
   if (m_failed) return;
   m_wasReady = false;
+  m_looks = 0;
   m_sinceLastStage.restart();
   if (++m_stage < kStages.size()) LookAgain();
   (this->*stage.act)();
@@ -85,13 +111,38 @@ forms::Form& Tour::Front() const {
 }
 
 bool Tour::TakePicture(const QString& name) {
-  if (name.isEmpty()) return true;
+  const QString file = m_plan.files.isEmpty() ? name : m_plan.files.value(name);
+  if (file.isEmpty()) return true;
   const forms::Form& form = Front();
   const QRect frame = form.frameGeometry();
   const QImage picture = form.screen()->grabWindow(0, frame.x(), frame.y(), frame.width(), frame.height()).toImage();
-  const QString path = m_pictures.filePath(name + QStringLiteral(".png"));
-  if (IsBlank(picture)) return false;
-  if (!picture.save(path)) Fail(QStringLiteral("no picture in ") + path);
+  // Drawn to its end where it hasn't changed since the look before.
+  const bool changed = std::exchange(m_lastLook, picture) != picture;
+  if (IsBlank(picture) || (changed && ++m_looks < kMostLooks)) return false;
+  const QString path = m_plan.folder.filePath(file + QStringLiteral(".png"));
+  return m_plan.check ? Check(picture, path) : Save(picture, path);
+}
+
+bool Tour::Save(const QImage& picture, const QString& path) {
+  QImage marked = picture;
+  marked.setText(kDrawnBy, QString::fromLatin1(qVersion()));
+  if (!marked.save(path)) Fail(QStringLiteral("no picture in ") + path);
+  return true;
+}
+
+bool Tour::Check(const QImage& picture, const QString& path) {
+  const QImage drawn(path);
+  // Another version of the toolkit draws other edges and shades.
+  if (drawn.text(kDrawnBy) != QLatin1String(qVersion()) && !drawn.isNull()) {
+    qInfo("tour: %s not checked: drawn with %s", qUtf8Printable(path), qUtf8Printable(drawn.text(kDrawnBy)));
+    return true;
+  }
+  const QMargins margins = Front().windowHandle()->frameMargins();  // the window manager's
+  const auto inner = [&margins](const QImage& image) { return image.copy(image.rect() - margins); };
+  if (LookAlike(inner(picture), inner(drawn))) return true;
+  if (++m_looks < kMostLooks) return false;
+  qCritical("tour: %s shows another form than the program", qUtf8Printable(path));
+  m_different = true;
   return true;
 }
 
@@ -153,7 +204,7 @@ void Tour::RestoreAndDisconnect() {
 }
 
 void Tour::Close() {
-  m_result = 0;
+  m_result = m_different ? 1 : 0;
   m_program.MainForm().UnloadForm();
 }
 

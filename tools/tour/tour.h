@@ -3,18 +3,26 @@
 #include <QDir>
 #include <QElapsedTimer>
 #include <QImage>
+#include <QMap>
 #include <vector>
 
 #include "app/program.h"
 
 namespace tarnwell::tour {
 
+/// What a tour is to do with the pictures of its stages.
+struct Plan {
+  QDir folder;
+  QMap<QString, QString> files;  ///< the pictures to be taken, with the names of their files; none: all, by their own
+  bool check = false;            ///< takes none, but looks whether those in the folder show the forms as they are
+};
+
 /// Takes the operator's part: presses the buttons of a running console and leaves a picture of every stage.
 class Tour {
  public:
-  Tour(app::Program& program, QDir pictures) : m_program(program), m_pictures(std::move(pictures)) {}
+  Tour(app::Program& program, Plan plan) : m_program(program), m_plan(std::move(plan)) {}
 
-  /// Runs the event loop until the tour is over. 0: every picture was taken.
+  /// Runs the event loop until the tour is over. 0: every picture was taken, or is as it should be.
   int Run();
 
   /// Ends the tour without success. Safe from any depth of the stack.
@@ -31,8 +39,10 @@ class Tour {
 
   void LookAgain();
   void Look();
-  /// False: nothing has been drawn yet.
+  /// False: the form isn't drawn yet.
   bool TakePicture(const QString& name);
+  bool Save(const QImage& picture, const QString& path);
+  bool Check(const QImage& picture, const QString& path);
 
   /// The modal form that is up, else the main form.
   forms::Form& Front() const;
@@ -75,11 +85,14 @@ class Tour {
   void Close();
 
   app::Program& m_program;
-  QDir m_pictures;
+  Plan m_plan;
+  QImage m_lastLook;
+  int m_looks = 0;  ///< at the form of the stage
   QElapsedTimer m_sinceLastStage;
   std::size_t m_stage = 0;
   bool m_wasReady = false;
   bool m_failed = false;
+  bool m_different = false;
   int m_result = 1;
 };
 
