@@ -34,12 +34,6 @@ std::string TimeText(std::int64_t at, int offset) {
   return text.data();
 }
 
-std::string CsvText(std::string_view text) {
-  std::string quoted = "\"";
-  for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return quoted + '"';
-}
-
 std::string JsonText(std::string_view text) {
   std::string quoted = "\"";
   for (const char c : text) quoted += c == '"' || c == '\\' ? std::string{'\\', c} : std::string(1, c);

@@ -15,9 +15,6 @@ std::string Readable(std::string_view bytes);
 /// "2026-11-23T18:45:12.345+01:00" of microseconds since 1970 and of minutes that local time is ahead of UTC.
 std::string TimeText(std::int64_t at, int offset);
 
-/// A cell of a CSV table, in quotes.
-std::string CsvText(std::string_view text);
-
 /// A JSON string of plain ASCII.
 std::string JsonText(std::string_view text);
 
