@@ -34,6 +34,8 @@ std::string TimeText(std::int64_t at, int offset) {
   return text.data();
 }
 
+std::string ClockText(std::int64_t at, int offset) { return TimeText(at, offset).substr(11, 12); }
+
 std::string JsonText(std::string_view text) {
   std::string quoted = "\"";
   for (const char c : text) quoted += c == '"' || c == '\\' ? std::string{'\\', c} : std::string(1, c);
