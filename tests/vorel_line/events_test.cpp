@@ -1,14 +1,17 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <sstream>
 
 #include "steps.h"
+#include "tools/shared/csv.h"
 #include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/line_plot.h"
 #include "tools/vorel-line/plot.h"
 #include "tools/vorel-line/record_file.h"
+#include "tools/vorel-line/record_reader.h"
 
 namespace tarnwell::vorel_line {
 namespace {
@@ -238,6 +241,53 @@ TEST(Plot, HasCurvesAndABandForWhatStood) {
   EXPECT_EQ(picture.count("stroke=\"#1b5e9c\""), 2) << "no curve over the time without an answer";
   EXPECT_EQ(DrawPlot({path}, path), kExitUnusable);
   EXPECT_EQ(DrawPlot({path}, "/dev/null.svg/a.svg"), kExitUnusable);
+}
+
+class Files : public testing::Test {
+ protected:
+  std::string Path(const char* name) const { return m_folder.filePath(QLatin1String(name)).toStdString(); }
+
+  QTemporaryDir m_folder;
+};
+
+TEST_F(Files, AreReadInTheOrderOfTheirBeginWhateverAShellGives) {
+  Write(Path("a.rec"), {{300, '-', "newest"}});
+  Write(Path("a.rec.1"), {{200, '-', "newer"}});
+  Write(Path("a.rec.2"), {{100, '-', "new"}});
+  Write(Path("a.rec.10"), {{0, '-', "old"}});
+  std::string read;
+  EXPECT_EQ(kExitFine, ReadFiles({Path("a.rec"), Path("a.rec.1"), Path("a.rec.10"), Path("a.rec.2")}, false,
+                                 [&](const Record& record) { read += record.bytes + " "; }));
+  EXPECT_EQ(read, "old new newer newest ");
+}
+
+TEST_F(Files, AreWaitedForWhereTheyAreFollowedAndTellNoSpreadsheetWhatToDo) {
+  const auto events = [this](const char* format) {
+    return QStringList{QStringLiteral("events"), QString::fromStdString(Path("a.rec")), QLatin1String(format)};
+  };
+  QProcess follower;
+  follower.start(QStringLiteral(VOREL_LINE), events("--follow"));
+  follower.setReadChannel(QProcess::StandardError);
+  ASSERT_TRUE(follower.waitForReadyRead());
+  std::vector<Step> steps;
+  Ask(steps, 0, "CT?", "CT==1+1");
+  Write(Path("a.rec"), steps);
+  follower.setReadChannel(QProcess::StandardOutput);
+  EXPECT_TRUE(follower.waitForReadyRead() && follower.readAll().contains("connected"));
+  follower.terminate();
+  EXPECT_TRUE(follower.waitForFinished() && follower.exitCode() == 0);
+  for (const char* format : {"--csv", "--json"}) {
+    QProcess reader;
+    reader.start(QStringLiteral(VOREL_LINE), events(format));
+    EXPECT_TRUE(reader.waitForFinished());
+    const QByteArray printed = reader.readAll();
+    EXPECT_TRUE(printed.contains(",\"'=1+1, address 1\",") || printed.contains("\"utc\":\"2023-11-14T22:13:20.050Z\""))
+        << printed.toStdString();
+  }
+  const std::pair<const char*, const char*> cells[] = {{"=A1", "'=A1"},       {"+1", "+1"},      {"-3.5", "-3.5"},
+                                                       {"@a", "'@a"},         {"-1-1", "'-1-1"}, {"a=b", "a=b"},
+                                                       {"-\"", "\"'-\"\"\""}, {"", ""}};
+  for (const auto& [text, cell] : cells) EXPECT_EQ(tools::CsvCell(text), cell);
 }
 
 }  // namespace

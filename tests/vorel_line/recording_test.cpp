@@ -213,7 +213,7 @@ TEST(Turns, AnEchoIsNoConfirmationAndAConfirmationNoEcho) {
 
 TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {
   Script script;
-  const std::string ask = Framed("VR?", 1), set = Framed("S=X", 1), level = Framed("VR=1", 1);
+  const std::string ask = Framed("VR?", 1), set = Framed("S=X", 5), level = Framed("VR=1", 1);
   Feed(script, {{0, '>', ask},
                 {.1, '<', level},
                 {1, '>', set},
@@ -230,6 +230,7 @@ TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {
     for (const Script::Piece& piece : reply->pieces) text += std::to_string(piece.after / 1000) + piece.bytes + " ";
     return text + (reply->last ? "again" : "");
   };
+  EXPECT_EQ(script.Addresses(), (std::vector<int>{1, 5}));
   EXPECT_EQ(played(ask), level + "|100" + level + " ");
   EXPECT_EQ(played(ask), "{Ax}|200{A 500x} ") << "in its pieces";
   EXPECT_EQ(played(ask), "|2200" + level + " ") << "too late then, and too late now";

@@ -34,6 +34,8 @@ std::string TimeText(std::int64_t at, int offset) {
   return text.data();
 }
 
+std::string UtcText(std::int64_t at) { return TimeText(at, 0).substr(0, 23) + 'Z'; }
+
 std::string ClockText(std::int64_t at, int offset) { return TimeText(at, offset).substr(11, 12); }
 
 std::string JsonText(std::string_view text) {

@@ -15,6 +15,9 @@ std::string Readable(std::string_view bytes);
 /// "2026-11-23T18:45:12.345+01:00" of microseconds since 1970 and of minutes that local time is ahead of UTC.
 std::string TimeText(std::int64_t at, int offset);
 
+/// "2026-11-23T17:45:12.345Z" of the same moment.
+std::string UtcText(std::int64_t at);
+
 /// "18:45:12.345", the local time of day.
 std::string ClockText(std::int64_t at, int offset);
 
