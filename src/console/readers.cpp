@@ -157,11 +157,8 @@ void Readers::ShowRFOutput(std::string_view status) {
   const bool on = output == RFOutput::kOn || output == RFOutput::kOnButModuleFailed;
   (on ? m_form.optRFOn : m_form.optRFMute).Select();
 
-  const QString caption = output == RFOutput::kOn            ? QStringLiteral("RF On")
-                          : output == RFOutput::kMutedDirect ? QStringLiteral("RF Mute (Direct I/O)")
-                          : output == RFOutput::kMutedByUser ? QStringLiteral("RF Mute (User)")
-                                                             : QStringLiteral("RF Mute (Amp Module Fail)");
-  m_form.lblSSPAMute.SetCaption(caption);
+  const std::string_view text = protocol::RFOutputText(output);
+  m_form.lblSSPAMute.SetCaption(QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size())));
 }
 
 void Readers::AllowUserMute(std::string_view status) {

@@ -90,6 +90,14 @@ RFOutput ReadRFOutput(std::string_view status) {
   return FirstHeld(status, kMuteReasons, RFOutput::kMutedByUser);
 }
 
+std::string_view RFOutputText(RFOutput output) {
+  constexpr std::string_view kFailed = "RF Mute (Amp Module Fail)";
+  // A failed module is what the operator has to know, with the output switched on as well.
+  constexpr std::array<std::string_view, 6> kTexts = {"",      "RF On",         kFailed, "RF Mute (Direct I/O)",
+                                                      kFailed, "RF Mute (User)"};
+  return kTexts[static_cast<std::size_t>(output)];
+}
+
 bool MuteIsForced(std::string_view status) { return Holds(status, "D") || Holds(status, "B"); }
 
 ControllerMode ReadControllerMode(std::string_view status) {

@@ -40,6 +40,9 @@ OperatingState ReadOperatingState(std::string_view status);
 enum class RFOutput { kNotTold, kOn, kOnButModuleFailed, kMutedDirect, kMutedModuleFailed, kMutedByUser };
 RFOutput ReadRFOutput(std::string_view status);
 
+/// "RF On", "RF Mute (User)": on the console and in what tells of its line; empty where it isn't told.
+std::string_view RFOutputText(RFOutput output);
+
 /// The operator's mute control has no say: a direct input holds the mute, or a module failed.
 bool MuteIsForced(std::string_view status);
 

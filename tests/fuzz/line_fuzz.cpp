@@ -51,7 +51,10 @@ void RequireReadable(std::string_view bytes) {
     bytes.remove_prefix(2 + record.bytes.size());
     file += encoder.Encode(record);
   }
-  Events events([](const Event& event) { fuzz::Require(IsPlain(event.text) && IsPlain(event.condition.name)); });
+  Events events([](const Event& event) {
+    fuzz::Require(IsPlain(event.text));
+    for (const Condition& condition : event.conditions) fuzz::Require(IsPlain(condition.name));
+  });
   Words words;
   Turns turns([&](const Turn& turn) {
     events.Take(turn);

@@ -5,11 +5,9 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "support/scripted_port.h"
+#include "steps.h"
 #include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/direction.h"
-#include "tools/vorel-line/events.h"
-#include "tools/vorel-line/plot.h"
 #include "tools/vorel-line/record_file.h"
 #include "tools/vorel-line/record_reader.h"
 #include "tools/vorel-line/replay.h"
@@ -18,24 +16,6 @@ namespace tarnwell::vorel_line {
 namespace {
 
 using test::Framed;
-
-constexpr std::int64_t kStart = 1'700'000'000'000'000;
-
-/// A session in short: seconds, ">" or "<" or "-", and the bytes.
-struct Step {
-  double at;
-  char side;
-  std::string bytes;
-};
-
-template <class Reader>
-void Feed(Reader& reader, const std::vector<Step>& steps) {
-  for (const auto& [at, side, bytes] : steps) {
-    const Kind kind = side == '>' ? Kind::kConsole : side == '<' ? Kind::kDevice : Kind::kNote;
-    reader.Take({kind, kStart + std::llround(at * 1e6), 0, bytes, 60});
-  }
-  reader.End();
-}
 
 TEST(Recording, EveryWholeRecordOfACutFileIsReadAndNoDamagedOne) {
   Encoder encoder;
@@ -195,110 +175,6 @@ TEST(RecordFile, AFurtherFileTellsTheFormatAndTheDeviceByItself) {
   EXPECT_EQ(read, (std::vector<std::string>{format, std::string(kKnown) + "@" + model, std::string(70, 'x')}));
 }
 
-TEST(Plot, HasCurvesAndABandForWhatStood) {
-  QTemporaryDir folder;
-  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString(), out = path + ".svg";
-  const std::string level = Framed("VR?", 1), status = Framed("S?", 1);
-  {
-    RecordFile file({path, 0, 0});
-    EXPECT_EQ(file.Open(), "");
-    const auto put = [&](double at, Kind kind, const std::string& bytes) {
-      file.Put({kind, kStart + std::llround(at * 1e6), 0, bytes, 0});
-    };
-    put(0, Kind::kNote, std::string(kStarted));
-    EXPECT_EQ(DrawPlot({path}, out), kExitNothing);
-    for (int i = 0; i < 60; ++i) {
-      if (i >= 30 && i < 40 && i % 3 != 0) continue;  // it waits for an answer
-      put(i, Kind::kConsole, level);
-      if (i < 30 || i >= 40) put(i + 0.1, Kind::kDevice, Framed("VR=4" + std::to_string(i % 10) + ".5", 1));
-      if (i >= 30 && i < 40) continue;
-      put(i + 0.5, Kind::kConsole, status);
-      put(i + 0.6, Kind::kDevice, Framed(i > 50 ? "S=OX" : "S=OT", 1));
-    }
-    file.Close();
-  }
-  EXPECT_EQ(DrawPlot({path}, out), kExitFine);
-  QFile file(QString::fromStdString(out));
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  const QByteArray picture = file.readAll();
-  for (const char* text : {"RF level", "link lost", "RF muted", "22:13:30"})
-    EXPECT_TRUE(picture.contains(text)) << text;
-  EXPECT_FALSE(picture.contains("Temperature"));
-  EXPECT_EQ(picture.count("stroke=\"#1b5e9c\""), 2) << "no curve over the time without an answer";
-  EXPECT_EQ(DrawPlot({path}, path), kExitUnusable);
-  EXPECT_EQ(DrawPlot({path}, "/dev/null.svg/a.svg"), kExitUnusable);
-}
-
-TEST(Events, ASessionAsAnOperatorsLog) {
-  const std::string ask = Framed("A?", 1), status = Framed("S?", 1);
-  std::vector<Step> steps{{0, '>', Framed("CT?", 1)},
-                          {.02, '<', Framed("CT=60W C-BAND", 1)},
-                          {1, '>', ask},
-                          {1.02, '<', Framed("A=", 1)},
-                          {2, '>', ask},
-                          {2.02, '<', Framed("A=P", 1)},
-                          {3, '>', ask},
-                          {3.02, '<', Framed("A=p", 1)},
-                          {4, '>', Framed("ZA", 1)},
-                          {4.02, '<', Framed("A=", 1)},
-                          {4.1, '>', ask},
-                          {4.12, '<', Framed("A=", 1)},
-                          {5, '>', status},
-                          {5.01, '<', "{AS="},
-                          {5.3, '<', "OT"},
-                          {5.4, '<', Framed("S=OT", 1).substr(6)},
-                          {6, '>', Framed("S=X", 1)},
-                          {6.02, '<', Framed("S=OX", 1)}};
-  // foreign, damaged, late: the third try is the last
-  steps.insert(steps.end(), {{7, '>', status},
-                             {7.02, '<', Framed("S=OT", 2)},
-                             {7.1, '>', status},
-                             {7.2, '<', "{AS=OTz}"},
-                             {7.3, '>', status},
-                             {9.6, '<', Framed("S=OT", 1)},
-                             {10, '>', status},
-                             {10.02, '<', Framed("S=OX", 1)}});
-  // an answer that nobody awaited, another address, its device in a file of its own
-  const std::string known = std::string(kKnown) + "E" + Framed("CT=7316 CONTROLLER", 5);
-  steps.insert(steps.end(), {{11, '>', Framed("S=T", 1)},
-                             {12, '-', known},
-                             {12.1, '>', Framed("S=M", 5)},
-                             {12.2, '<', Framed("S=M", 5)},
-                             {13, '>', Framed("U=F", 5)},
-                             {13.1, '<', Framed("U=F", 5)},
-                             {13.2, '>', Framed("S?", 6)},
-                             {13.3, '<', Framed("S=A", 6)}});
-  std::string log;
-  Events events([&](const Event& event) {
-    const std::string address = event.address == 1 ? "" : std::to_string(event.address.value_or(-1)) + " ";
-    log += address + event.type + " " + event.text + "\n";
-  });
-  std::string faults;
-  Turns turns([&](const Turn& turn) {
-    events.Take(turn);
-    if (turn.fault != Fault::kNone) faults += std::string(FaultText(turn.fault)) + (turn.last ? "!" : ";");
-    if (turn.what == What::kLate) faults += "late;";
-  });
-  Feed(turns, steps);
-  EXPECT_EQ(faults, "from another address;bad check character;no answer!late;");
-  EXPECT_EQ(log,
-            "connected 60W C-BAND, address 1\n"
-            "alarm POWER_AMP1_FAIL come\n"
-            "alarm POWER_AMP1_FAIL gone, latched\n"
-            "command clear alarms (ZA): no alarm\n"
-            "alarm POWER_AMP1_FAIL cleared\n"
-            "status online, RF on\n"
-            "command RF muted (S=X): online, RF muted\n"
-            "status online, RF muted\n"
-            "link lost: no answer to S?\n"
-            "link back\n"
-            "command RF on (S=T): what became of it was not awaited\n"
-            "5 command manual (S=M): manual\n"
-            "5 status manual\n"
-            "5 setting address 6 (U=F): address 6\n"
-            "6 status automatic\n");
-}
-
 TEST(Direction, IsHeldForTheFramesBitsAndTheMarginAndForPiecesBehindOneAnother) {
   // ten bits a byte at 9600: 10.4 ms for ten bytes
   Direction direction;
@@ -337,7 +213,7 @@ TEST(Turns, AnEchoIsNoConfirmationAndAConfirmationNoEcho) {
 
 TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {
   Script script;
-  const std::string ask = Framed("VR?", 1), set = Framed("S=X", 1), level = Framed("VR=1", 1);
+  const std::string ask = Framed("VR?", 1), set = Framed("S=X", 5), level = Framed("VR=1", 1);
   Feed(script, {{0, '>', ask},
                 {.1, '<', level},
                 {1, '>', set},
@@ -354,6 +230,7 @@ TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {
     for (const Script::Piece& piece : reply->pieces) text += std::to_string(piece.after / 1000) + piece.bytes + " ";
     return text + (reply->last ? "again" : "");
   };
+  EXPECT_EQ(script.Addresses(), (std::vector<int>{1, 5}));
   EXPECT_EQ(played(ask), level + "|100" + level + " ");
   EXPECT_EQ(played(ask), "{Ax}|200{A 500x} ") << "in its pieces";
   EXPECT_EQ(played(ask), "|2200" + level + " ") << "too late then, and too late now";

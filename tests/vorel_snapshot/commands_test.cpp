@@ -252,7 +252,7 @@ TEST_F(SnapshotCommands, DiffTellsWhatTheServiceVisitChanged) {
 }
 
 TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {
-  Write("a.txt", Changed({{2, "[file description] \"x\", y"},
+  Write("a.txt", Changed({{2, "[file description] =\"x\", y"},
                           {13, "[rf level] #ERR"},
                           {36, "[rf temp comp points (\xB0\x43,dB)] (-20, .5), (#ERR, #ERR), (30, D)"},
                           {47, "[pin diode table (dB,DAC)] (0, 12), (1, 18), (2, 24), (3, -)"},
@@ -261,8 +261,8 @@ TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {
   EXPECT_EQ(m_err,
             "a.txt:47: column 60: no point in brackets\na.txt:48: column 32: no point in brackets\n"
             "a.txt:48: point 5 where 6 belongs\n");
-  for (const char* row : {"file description,,,\"\"\"x\"\", y\",,", "time,,,2007-03-14T09:26:41,,", "rf level,,,,,#ERR",
-                          "reflected rf level,,,,,NA", "rf min,,,,,disabled", "rf max,,,47,dBm,",
+  for (const char* row : {"file description,,,\"'=\"\"x\"\", y\",,", "time,,,2007-03-14T09:26:41,,",
+                          "rf level,,,,,#ERR", "reflected rf level,,,,,NA", "rf min,,,,,disabled", "rf max,,,47,dBm,",
                           "latched alarms,,,\"RF_LEVEL_LOW, OVER_TEMP_AMP1, AUXILIARY, SIMULATED\",,",
                           "rf temp comp points,1,compensation,0.5,dB,", "rf temp comp points,2,temperature,,°C,#ERR",
                           "rf temp comp points,3,temperature,30,°C,", "rf temp comp points,3,compensation,,dB,disabled",

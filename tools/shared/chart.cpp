@@ -38,6 +38,9 @@ constexpr double kBarHeight = 8.0;
 constexpr double kLanesGap = 10.0;  // between the lanes and the plane
 constexpr double kLeastBar = 1.5;
 constexpr int kTint = 34;  // of 255
+constexpr double kHeadingHeight = 36.0;
+constexpr double kBelowPlane = 34.0;  // for the numbers
+constexpr double kLowestPlane = 8.0;
 
 struct Range {
   double least;
@@ -54,6 +57,7 @@ Range RangeOf(const Chart& chart, bool across) {
       for (const QPointF& point : run) values.push_back(across ? point.x() : point.y());
     }
   }
+  if (values.empty()) return {0.0, 1.0};
   const auto [least, greatest] = std::minmax_element(values.begin(), values.end());
   return {*least, *greatest};
 }
@@ -103,7 +107,7 @@ class Plane {
       : m_area(area),
         m_x(chart.timeAcross ? TimeAxis(RangeOf(chart, true), static_cast<int>(area.width() / kDateWidth))
                              : NumberAxis(RangeOf(chart, true), 8)),
-        m_y(NumberAxis(RangeOf(chart, false), 6)) {}
+        m_y(chart.IsEmpty() ? Axis{{0.0, 1.0}, {}} : NumberAxis(RangeOf(chart, false), 6)) {}
 
   const QRectF& Area() const { return m_area; }
   const Axis& X() const { return m_x; }
@@ -155,6 +159,19 @@ double LanesHeight(const Chart& chart) {
   return chart.lanes.isEmpty() ? 0.0 : kLaneHeight * static_cast<double>(chart.lanes.size()) + kLanesGap;
 }
 
+double AbovePlane(const Chart& chart) {
+  const auto notes = static_cast<double>(std::max<qsizetype>(chart.notes.size(), 1));
+  return kHeadingHeight + notes * kNoteHeight + LanesHeight(chart);
+}
+
+void DrawBar(QPainter& painter, const QRectF& bar, const QColor& colour, bool hollow) {
+  if (!hollow) return painter.fillRect(bar, colour);
+  painter.setPen(QPen(colour, 1.0));
+  painter.setBrush(Qt::white);
+  painter.drawRect(bar.adjusted(0.5, 0.5, -0.5, -0.5));
+  painter.setPen(Qt::NoPen);
+}
+
 /// Tints over the whole height; above the plane a bar in the band's lane tells bands apart without colours.
 void DrawBands(QPainter& painter, const Plane& plane, const Chart& chart) {
   const QRectF& area = plane.Area();
@@ -176,8 +193,9 @@ void DrawBands(QPainter& painter, const Plane& plane, const Chart& chart) {
     QColor colour = LaneColour(chart, band.lane);
     if (band.lane < chart.lanes.size()) {
       const double centre = top + kLaneHeight * (band.lane + 0.5);
-      painter.fillRect(QRectF(left, centre - kBarHeight / 2, width, kBarHeight), colour);
+      DrawBar(painter, QRectF(left, centre - kBarHeight / 2, width, kBarHeight), colour, band.over);
     }
+    if (band.over || chart.IsEmpty()) continue;
     colour.setAlpha(kTint);
     painter.fillRect(QRectF(left, area.top(), width, area.height()), colour);
   }
@@ -287,12 +305,13 @@ bool Chart::IsEmpty() const {
   return std::all_of(series.begin(), series.end(), [](const Series& one) { return one.runs.empty(); });
 }
 
+double Chart::HeightOfBands() const { return bands.empty() ? 0.0 : AbovePlane(*this) + kLowestPlane + kBelowPlane; }
+
 void DrawChart(QPainter& painter, const QRectF& area, const Chart& chart) {
   DrawHeading(painter, area, chart);
-  if (chart.IsEmpty()) return;
-  const auto notes = static_cast<double>(std::max<qsizetype>(chart.notes.size(), 1));
-  const double above = 36 + notes * kNoteHeight + LanesHeight(chart);
-  const Plane plane(chart, area.adjusted(chart.leftMargin, above, -14, chart.xTitle.isEmpty() ? -34 : -54));
+  if (chart.IsEmpty() && chart.bands.empty()) return;
+  const double below = kBelowPlane + (chart.xTitle.isEmpty() ? 0.0 : kNoteHeight);
+  const Plane plane(chart, area.adjusted(chart.leftMargin, AbovePlane(chart), -14, -below));
   DrawBands(painter, plane, chart);
   DrawAxes(painter, plane);
   DrawAxisTitles(painter, plane.Area(), chart);

@@ -23,7 +23,8 @@ struct Series {
 struct Band {
   double from;
   double to;
-  int lane;  ///< its place among the chart's lanes
+  int lane;           ///< its place among the chart's lanes
+  bool over = false;  ///< what it tells is over, and has left something: hollow, and without a tint
 };
 
 /// Curves with their axes.
@@ -40,7 +41,9 @@ struct Chart {
   /// What the x axis spans at least; unset: what there is to draw.
   std::optional<std::pair<double, double>> xSpan = {};
 
-  bool IsEmpty() const;
+  bool IsEmpty() const;  ///< of curves
+  /// What a chart without curves takes to show its bands; 0: it has none.
+  double HeightOfBands() const;
 };
 
 /// Numbers along an axis: round ones, from at or below the least value to at or above the greatest.
@@ -64,7 +67,7 @@ struct DateTick {
 };
 std::vector<DateTick> MakeDateTicks(double least, double greatest, int about);
 
-/// Draws the chart into the rectangle, in logical pixels. Without a run it says so by its notes alone.
+/// Draws the chart into the rectangle, in logical pixels. Without a run it has its bands and notes alone.
 void DrawChart(QPainter& painter, const QRectF& area, const Chart& chart);
 
 /// The look of the series at `index`, as a short piece of its curve within the rectangle.

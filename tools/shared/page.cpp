@@ -46,6 +46,8 @@ class Layout {
     m_columns = page.oneARow ? 1 : 2;
     const int rows = (static_cast<int>(page.charts.size()) + m_columns - 1) / m_columns;
     m_chartHeight = rows == 1 ? kLoneHeight : kChartHeight;
+    const bool bandsAlone = page.charts.size() == 1 && page.charts[0].IsEmpty();
+    if (bandsAlone) m_chartHeight = static_cast<int>(page.charts[0].HeightOfBands());
     m_notesTop = m_chartsTop + rows * (m_chartHeight + kBetween) - kMargin / 2;
     const int notes = static_cast<int>(page.notes.size());
     m_size = {kWidth, m_notesTop + notes * kLineHeight + (notes > 0 ? kMargin / 2 : 0)};

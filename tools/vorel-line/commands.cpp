@@ -28,7 +28,7 @@ constexpr const char* kHelp =
     "       vorel-line plot FILE... -o OUT.svg|OUT.png\n"
     "       vorel-line replay FILE... --link LINK [--fast]\n"
     "Records what goes between the console and its device, and tells what a recording holds.\n"
-    "Recordings of one line are given in their order: line.rec.2 line.rec.1 line.rec\n";
+    "Several recordings are read in the order in which they were begun: line.rec* is all of a line.\n";
 
 /// A command line, taken apart.
 struct Parsed {

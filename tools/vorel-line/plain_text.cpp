@@ -34,11 +34,9 @@ std::string TimeText(std::int64_t at, int offset) {
   return text.data();
 }
 
-std::string CsvText(std::string_view text) {
-  std::string quoted = "\"";
-  for (const char c : text) quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return quoted + '"';
-}
+std::string UtcText(std::int64_t at) { return TimeText(at, 0).substr(0, 23) + 'Z'; }
+
+std::string ClockText(std::int64_t at, int offset) { return TimeText(at, offset).substr(11, 12); }
 
 std::string JsonText(std::string_view text) {
   std::string quoted = "\"";

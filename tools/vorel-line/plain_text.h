@@ -15,8 +15,11 @@ std::string Readable(std::string_view bytes);
 /// "2026-11-23T18:45:12.345+01:00" of microseconds since 1970 and of minutes that local time is ahead of UTC.
 std::string TimeText(std::int64_t at, int offset);
 
-/// A cell of a CSV table, in quotes.
-std::string CsvText(std::string_view text);
+/// "2026-11-23T17:45:12.345Z" of the same moment.
+std::string UtcText(std::int64_t at);
+
+/// "18:45:12.345", the local time of day.
+std::string ClockText(std::int64_t at, int offset);
 
 /// A JSON string of plain ASCII.
 std::string JsonText(std::string_view text);

@@ -7,6 +7,7 @@
 #include <map>
 
 #include "link/frame_codec.h"
+#include "tools/shared/csv.h"
 #include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/events.h"
 #include "tools/vorel-line/plain_text.h"
@@ -118,12 +119,12 @@ void PrintEvent(const Event& event, std::string_view format) {
     std::printf("%s  %2s  %-9s  %s\n", time.c_str(), event.address ? address.c_str() : "-", event.type.c_str(),
                 event.text.c_str());
   } else if (format == "csv") {
-    std::printf("%s,%s,%s,%s,%s,%s\r\n", time.c_str(), address.c_str(), event.type.c_str(), CsvText(event.text).c_str(),
-                CsvText(request).c_str(), CsvText(reply).c_str());
+    std::printf("%s,%s,%s,%s,%s,%s\r\n", time.c_str(), address.c_str(), event.type.c_str(),
+                tools::CsvCell(event.text).c_str(), tools::CsvCell(request).c_str(), tools::CsvCell(reply).c_str());
   } else {
-    std::printf(R"({"time":"%s","address":%s,"type":"%s","text":%s,"request":%s,"reply":%s})"
+    std::printf(R"({"time":"%s","utc":"%s","address":%s,"type":"%s","text":%s,"request":%s,"reply":%s})"
                 "\n",
-                time.c_str(), event.address ? address.c_str() : "null", event.type.c_str(),
+                time.c_str(), UtcText(event.at).c_str(), event.address ? address.c_str() : "null", event.type.c_str(),
                 JsonText(event.text).c_str(), JsonText(request).c_str(), JsonText(reply).c_str());
   }
 }

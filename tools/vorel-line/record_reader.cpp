@@ -13,6 +13,7 @@
 
 #include "sim/ending.h"
 #include "tools/vorel-line/plain_text.h"
+#include "tools/vorel-line/record_order.h"
 
 namespace tarnwell::vorel_line {
 
@@ -37,6 +38,7 @@ class Reader {
   }
 
   Exit Follow(const sigset_t& whileWaiting) {
+    if (!IsThere(whileWaiting)) return kExitFine;
     if (!Open()) return kExitUnusable;
     if (!S_ISREG(Status().st_mode)) return Complain("is no file that could be followed");
     bool replaced = false;
@@ -59,6 +61,14 @@ class Reader {
  private:
   enum class Found { kNothing, kBytes, kDamage, kFailure };
 
+  /// Waits until it is; false where a signal came first.
+  bool IsThere(const sigset_t& whileWaiting) const {
+    for (bool told = false; !sim::EndAsked(); sim::Rest(whileWaiting, kLookEvery)) {
+      if (::access(m_path.c_str(), F_OK) == 0 || errno != ENOENT) return true;
+      if (!std::exchange(told, true)) Complain("isn't there yet, and is waited for");
+    }
+    return false;
+  }
   bool Open() {
     Close();
     m_descriptor = ::open(m_path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -130,7 +140,8 @@ class Reader {
 
 }  // namespace
 
-Exit ReadFiles(const std::vector<std::string>& files, bool follow, const Sink& sink) {
+Exit ReadFiles(const std::vector<std::string>& given, bool follow, const Sink& sink) {
+  const std::vector<std::string> files = InOrderOfTime(given);
   Exit worst = kExitFine;
   for (std::size_t i = 0; i + (follow ? 1 : 0) < files.size(); ++i) {
     worst = std::max(worst, Reader(files[i], sink).ReadAll());

@@ -151,6 +151,27 @@ std::optional<Script::Reply> Script::Next(const std::string& frame) {
   return reply;
 }
 
+std::vector<int> Script::Addresses() const {
+  // The keys are in order, and an address is a frame's first byte behind its brace.
+  std::vector<int> addresses;
+  for (const auto& [frame, replies] : m_replies) {
+    const int address = frame[1] - link::AddressByte(0);
+    if (addresses.empty() || addresses.back() != address) addresses.push_back(address);
+  }
+  return addresses;
+}
+
+namespace {
+
+/// A console that is set to another one gets no answer.
+std::string AddressesText(const std::vector<int>& addresses) {
+  std::string text;
+  for (const int address : addresses) text += (text.empty() ? "" : ", ") + std::to_string(address);
+  return (addresses.size() > 1 ? "recorded addresses: " : "recorded address: ") + text;
+}
+
+}  // namespace
+
 int ReplayFiles(const std::vector<std::string>& files, const std::string& link, bool fast) {
   Script script;
   const Exit read = ReadFiles(files, false, [&](const Record& record) { script.Take(record); });
@@ -160,7 +181,7 @@ int ReplayFiles(const std::vector<std::string>& files, const std::string& link, 
   const auto line = sim::MakePty(link, sim::OldLink::kPutBack);
   const std::string error = line->Open();
   if (!error.empty()) return Complain(error), kExitUnusable;
-  std::printf("%s\n", line->Path().c_str());
+  std::printf("%s\n%s\n", line->Path().c_str(), AddressesText(script.Addresses()).c_str());
   std::fflush(stdout);
   Player(script, *line, fast).Run(whileWaiting);
   line->Close();

@@ -38,6 +38,9 @@ class Script {
   /// The reply to the next request with these bytes; nothing: the recording hasn't got such a request.
   std::optional<Reply> Next(const std::string& frame);
 
+  /// The addresses that were asked, in their order.
+  std::vector<int> Addresses() const;
+
   bool Empty() const { return m_replies.empty(); }
 
  private:

@@ -17,6 +17,7 @@ struct Row {
   const Request* query;
   View name;
   View unit;
+  Watch watch = Watch::kNot;
 };
 
 const Row kRows[] = {
@@ -25,12 +26,12 @@ const Row kRows[] = {
     {&protocol::kStatusQuery, "status", ""},
     {&protocol::kAlarmQuery, "alarms", ""},
     {&protocol::kAddressQuery, "address", ""},
-    {&protocol::kPriorityOrDiodeQuery, "priority path or PiN diode", ""},
-    {&protocol::kConfigurationQuery, "configuration", ""},
-    {&protocol::kOnlineQuery, "amplifiers online", ""},
-    {&protocol::kPathAQuery, "path A", ""},
-    {&protocol::kPathBQuery, "path B", ""},
-    {&protocol::kGainQuery, "gain adjust", "dB"},
+    {&protocol::kPriorityOrDiodeQuery, "priority path or PiN diode", "", Watch::kState},
+    {&protocol::kConfigurationQuery, "configuration", "", Watch::kState},
+    {&protocol::kOnlineQuery, "amplifiers online", "", Watch::kState},
+    {&protocol::kPathAQuery, "path A", "", Watch::kState},
+    {&protocol::kPathBQuery, "path B", "", Watch::kState},
+    {&protocol::kGainQuery, "gain adjust", "dB", Watch::kSetting},
     {&protocol::kRFLevelQuery, "RF level", "dBm"},
     {&protocol::kReflectedLevelQuery, "reflected RF level", "dBm"},
     {&protocol::kTemperature1Query, "temperature 1", "C"},
@@ -41,14 +42,14 @@ const Row kRows[] = {
     {&protocol::kRail14VQuery, "14 V rail", "V"},
     {&protocol::kRailMinus10VQuery, "-10 V rail", "V"},
     {&protocol::kPlatformQuery, "hardware platform", ""},
-    {&protocol::kTransceiverQuery, "transceiver", ""},
-    {&protocol::kRFMinimumQuery, "RF minimum", "dBm"},
-    {&protocol::kRFMaximumQuery, "RF maximum", "dBm"},
-    {&protocol::kReflectedMaximumQuery, "reflected RF maximum", "dBm"},
-    {&protocol::kShutdownQuery, "amplifier shutdown", ""},
-    {&protocol::kAlarmStyleQuery, "alarm style", ""},
-    {&protocol::kAuxSenseQuery, "auxiliary alarm sense", ""},
-    {&protocol::kFanQuery, "thermal fan control", ""},
+    {&protocol::kTransceiverQuery, "transceiver", "", Watch::kSetting},
+    {&protocol::kRFMinimumQuery, "RF minimum", "dBm", Watch::kSetting},
+    {&protocol::kRFMaximumQuery, "RF maximum", "dBm", Watch::kSetting},
+    {&protocol::kReflectedMaximumQuery, "reflected RF maximum", "dBm", Watch::kSetting},
+    {&protocol::kShutdownQuery, "amplifier shutdown", "", Watch::kSetting},
+    {&protocol::kAlarmStyleQuery, "alarm style", "", Watch::kSetting},
+    {&protocol::kAuxSenseQuery, "auxiliary alarm sense", "", Watch::kSetting},
+    {&protocol::kFanQuery, "thermal fan control", "", Watch::kSetting},
 };
 
 struct Verb {
@@ -155,6 +156,11 @@ std::string NameOf(View request) {
 View UnitOf(View request) {
   const Row* row = FindRow(Tag(request));
   return row != nullptr ? row->unit : View();
+}
+
+Watch WatchOf(View request) {
+  const Row* row = FindRow(Tag(request));
+  return row != nullptr ? row->watch : Watch::kNot;
 }
 
 std::string GroupOf(View request) {

@@ -18,6 +18,14 @@ int TriesFor(std::string_view request);
 enum class RequestKind { kQuery, kCommand, kSetting };
 RequestKind KindOf(std::string_view request);
 
+/// Values that are told when they become others.
+enum class Watch {
+  kNot,
+  kState,   ///< a controller's: it switches by itself, so also what is found, and what a command made of it
+  kSetting  ///< an amplifier's: where a query finds another value than the last query or command; somebody else set it
+};
+Watch WatchOf(std::string_view request);
+
 /// What is asked or commanded: "status", "gain adjust", "RF level table, point 4".
 std::string NameOf(std::string_view request);
 

@@ -85,6 +85,7 @@ void Turns::Ask(const Record& record, std::string_view frame) {
   const bool again = m_failed && frame == m_frame && m_attempt < TriesFor(m_request) &&
                      record.at - m_askedAt < kRetryWithin + kReplyWindow;
   m_attempt = again ? m_attempt + 1 : 1;
+  if (!again) m_firstAskedAt = record.at;
   m_frame = frame;
   m_request = link::ReplyPayload(frame);
   m_askedAt = record.at;
@@ -158,7 +159,7 @@ void Turns::End() {
 void Turns::Tell(What what, std::int64_t at, std::string bytes, Fault fault) {
   const bool last = fault != Fault::kNone && m_attempt >= TriesFor(m_request);
   m_sink({what, at, m_offset, std::move(bytes), m_request, m_frame.size() > 1 ? m_frame[1] : '@', m_attempt, last,
-          fault, std::max<std::int64_t>(at - m_askedAt, 0)});
+          fault, std::max<std::int64_t>(at - m_askedAt, 0), m_firstAskedAt});
 }
 
 }  // namespace tarnwell::vorel_line

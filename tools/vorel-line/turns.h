@@ -32,12 +32,13 @@ struct Turn {
   std::int64_t at = 0;  ///< of the first byte, microseconds since 1970
   int offset = 0;       ///< minutes of local time ahead of UTC
   std::string bytes;
-  std::string request;         ///< text of the request that it belongs to
-  char address = '@';          ///< its address byte
-  int attempt = 1;             ///< of the same request, in a row
-  bool last = false;           ///< a failure that the console doesn't try again
-  Fault fault = Fault::kNone;  ///< of an answer or a silence
-  std::int64_t took = 0;       ///< microseconds from the request's first byte to its own first
+  std::string request;            ///< text of the request that it belongs to
+  char address = '@';             ///< its address byte
+  int attempt = 1;                ///< of the same request, in a row
+  bool last = false;              ///< a failure that the console doesn't try again
+  Fault fault = Fault::kNone;     ///< of an answer or a silence
+  std::int64_t took = 0;          ///< microseconds from the request's first byte to its own first
+  std::int64_t firstAskedAt = 0;  ///< when the request was sent for the first time: its try 1
 };
 
 /// Finds requests and answers in records, by the console's own rules.
@@ -72,6 +73,7 @@ class Turns {
   std::string m_frame;
   std::string m_request;
   std::int64_t m_askedAt = 0;
+  std::int64_t m_firstAskedAt = 0;
   std::int64_t m_askedUntil = 0;
   int m_attempt = 0;
   bool m_failed = false;

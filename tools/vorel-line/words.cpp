@@ -6,6 +6,7 @@
 #include "alarms/alarm_table.h"
 #include "alarms/alarm_tokens.h"
 #include "link/frame_codec.h"
+#include "protocol/encodings.h"
 #include "protocol/readings.h"
 #include "protocol/vocabulary.h"
 #include "tools/vorel-line/plain_text.h"
@@ -50,18 +51,25 @@ struct Coded {
   View value;
   View meaning;
 };
-constexpr Coded kCoded[] = {
-    {"CM", "1", "1:1"},   {"CM", "2", "1:2"},   {"CP", "N", "none"},     {"CP", "A", "A"},
-    {"CP", "B", "B"},     {"O", "", "none"},    {"PA", "1", "SSPA1"},    {"PA", "2", "SSPA2"},
-    {"PB", "2", "SSPA2"}, {"PB", "3", "SSPA3"}, {"TX", "1", "Vorel"},    {"TX", "0", "generic"},
-    {"CS", "E", "on"},    {"CS", "D", "off"},   {"CF", "E", "on"},       {"CF", "D", "off"},
-    {"CX", "H", "high"},  {"CX", "L", "low"},   {"CA", "F", "fleeting"}, {"CA", "L", "latching"}};
+constexpr Coded kCoded[] = {{"CM", "1", "1:1"},     {"CM", "2", "1:2"},       {"CP", "N", "none"},
+                            {"CP", "A", "A"},       {"CP", "B", "B"},         {"PA", "1", "SSPA1"},
+                            {"PA", "2", "SSPA2"},   {"PA", "?", "not known"}, {"PB", "2", "SSPA2"},
+                            {"PB", "3", "SSPA3"},   {"PB", "?", "not known"}, {"TX", "1", "Vorel"},
+                            {"TX", "0", "generic"}, {"CS", "E", "on"},        {"CS", "D", "off"},
+                            {"CF", "E", "on"},      {"CF", "D", "off"},       {"CX", "H", "high"},
+                            {"CX", "L", "low"},     {"CA", "F", "fleeting"},  {"CA", "L", "latching"}};
 
 constexpr View kStates[] = {"", "online", "standby", "maintenance"};
-constexpr View kOutputs[] = {
-    "", "RF on", "RF on, a module failed", "RF muted by direct input", "RF muted, a module failed", "RF muted"};
 constexpr View kModes[] = {"", "local lockout", "remote lockout"};
 constexpr View kControllerModes[] = {"", "automatic", "manual"};
+
+std::string OnlineWords(View digits) {
+  std::string words;
+  for (const View sspa : {"1", "2", "3"}) {
+    if (protocol::Holds(digits, sspa)) Add(words, "SSPA" + std::string(sspa));
+  }
+  return words.empty() ? "none" : words;
+}
 
 template <class Code, std::size_t Count>
 View TextOf(const View (&texts)[Count], Code code) {
@@ -89,7 +97,13 @@ std::string Words::Meaning(View reply) const {
   if (tag == "S") return StatusWords(value);
   if (tag == "A") return AlarmWords(value);
   if (tag == "U" && value.size() == 1) return "address " + std::to_string(value[0] - '@');
-  std::string text = Name(reply) + " " + Value(tag, value);
+  return Name(reply) + " " + ValueMeaning(reply);
+}
+
+std::string Words::ValueMeaning(View reply) const {
+  const View tag = Tag(reply);
+  const View value = protocol::AfterEcho(reply, tag.size() + 1);
+  std::string text = Value(tag, value);
   const View unit = UnitOf(reply);
   if (!unit.empty() && value != kDisabled) (text += ' ') += unit;
   return text;
@@ -101,6 +115,7 @@ std::string Words::Value(View tag, View value) const {
     if (coded.tag == tag && coded.value == value && isMeant) return std::string(coded.meaning);
   }
   if (value == kDisabled) return "disabled";
+  if (tag == Tag(protocol::kOnlineQuery.text)) return OnlineWords(value);
   // A point of the RF level table: "P29V2.50".
   const std::size_t volts = value.find('V');
   if (value.starts_with('P') && volts != View::npos) {
@@ -127,7 +142,7 @@ std::string Words::StatusWords(View letters) const {
     Add(words, TextOf(kControllerModes, protocol::ReadControllerMode(letters)));
   } else {
     Add(words, TextOf(kStates, protocol::ReadOperatingState(letters)));
-    Add(words, TextOf(kOutputs, protocol::ReadRFOutput(letters)));
+    Add(words, protocol::RFOutputText(protocol::ReadRFOutput(letters)));
     AddFirst(words, letters, kBeeper);
     AddFirst(words, letters, kCompensation);
     AddFirst(words, letters, kStorage);
@@ -153,6 +168,17 @@ std::string Words::AlarmWords(View letters) const {
   return words.empty() ? "no alarm" : words;
 }
 
+std::optional<double> NumberOf(View text) {
+  const std::size_t digit = text.find_first_of("0123456789");
+  const std::size_t other = text.find_first_not_of(" +-.");
+  return digit != View::npos && digit == other ? std::optional(protocol::LeadingNumber(text)) : std::nullopt;
+}
+
+bool IsSameValue(View a, View b) {
+  const auto number = [](View reply) { return NumberOf(protocol::AfterEcho(reply, Tag(reply).size() + 1)); };
+  return a == b || (number(a) && number(a) == number(b));
+}
+
 std::string KnownFrame(const Turn& turn) {
   const bool known = turn.what == What::kNote && turn.bytes.starts_with(kKnown);
   const std::string frame = known ? turn.bytes.substr(std::min(kKnown.size() + 1, turn.bytes.size())) : std::string();
@@ -163,6 +189,7 @@ std::optional<std::pair<char, char>> AddressFollower::Take(const Turn& turn) {
   constexpr View kSetAddress = "U=";
   const bool asks = turn.request.starts_with(kSetAddress) && turn.request.size() == kSetAddress.size() + 1;
   if (turn.what == What::kAsked && asks) m_asked = {turn.address, turn.request.back()};
+  if (m_asked && m_asked->first == m_asked->second) m_asked.reset();
   const bool answered = turn.what == What::kAnswer && turn.fault == Fault::kNone;
   if (!answered || !m_asked || !(asks || turn.address == m_asked->second)) return std::nullopt;
   return std::exchange(m_asked, std::nullopt);

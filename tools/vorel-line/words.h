@@ -19,6 +19,8 @@ class Words {
 
   /// "online, RF on" for "S=OT"; a reply without a meaning of its own as it is.
   std::string Meaning(std::string_view reply) const;
+  /// The same without the name of what it tells: "SSPA1, SSPA3" for "O=13".
+  std::string ValueMeaning(std::string_view reply) const;
 
   /// What a request asks or commands: "status"; "standby" for "S=S", "gain adjust -3.5 dB" for "G=-3.5".
   std::string Asks(std::string_view request) const;
@@ -37,6 +39,12 @@ class Words {
   link::SSPA_Public m_device;
   std::string m_model;
 };
+
+/// Whether two replies to one query say the same: "T1=30" and "T1=30.0" do.
+bool IsSameValue(std::string_view a, std::string_view b);
+
+/// A number at the head of the text; none where the device said something else, such as "D".
+std::optional<double> NumberOf(std::string_view text);
 
 /// The frame in a note of what is known of the device at the turn's address; empty for any other turn.
 std::string KnownFrame(const Turn& turn);

@@ -5,17 +5,12 @@
 #include <QJsonObject>
 #include <QLocale>
 
+#include "tools/shared/csv.h"
 #include "tools/vorel-snapshot/describe.h"
 
 namespace tarnwell::vorel_snapshot {
 
 namespace {
-
-/// A cell; in quotes where it holds what separates.
-QString Cell(QString text) {
-  if (!text.contains(QLatin1Char(',')) && !text.contains(QLatin1Char('"'))) return text;
-  return QLatin1Char('"') + text.replace(QLatin1Char('"'), QLatin1String("\"\"")) + QLatin1Char('"');
-}
 
 /// The error of a value; nothing for one that is there, disabled or not in the device.
 QString ErrorText(const Value& value) {
@@ -38,7 +33,7 @@ QString NumberCell(const Value& value) {
 
 QString CsvRow(const QStringList& cells) {
   QStringList quoted;
-  for (const QString& cell : cells) quoted += Cell(cell);
+  for (const QString& cell : cells) quoted += QString::fromStdString(tools::CsvCell(cell.toStdString()));
   return quoted.join(QLatin1Char(',')) + QLatin1Char('\n');
 }
 
