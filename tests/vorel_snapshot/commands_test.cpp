@@ -313,5 +313,14 @@ TEST_F(SnapshotCommands, ALineThatTheConsoleCutIsWholeAsFarAsItGoes) {
   EXPECT_NE(m_out.find("\npin diode table,4,attenuation,,dB,#ERR\n"), std::string::npos) << m_out;
 }
 
+TEST_F(SnapshotCommands, ATimeThatTheReadersZoneSkipsIsATime) {
+  const Zone berlin("CET-1CEST,M3.5.0,M10.5.0/3");
+  Write("a.txt", Changed({{3, "[time dd/mm/yyyy hh:mm:ss] 25/03/2007 02:30:00"}}));
+  EXPECT_EQ(Run(QStringLiteral("trend a.txt --of rf_level -o t.csv")), 0) << m_err;
+  EXPECT_NE(Load("t.csv").indexOf(",2007-03-25T02:30:00,43.2,"), -1) << Load("t.csv").toStdString();
+  EXPECT_EQ(Run(QStringLiteral("list a.txt")), 0);
+  EXPECT_EQ(m_out.substr(0, 21), "2007-03-25 02:30:00  ");
+}
+
 }  // namespace
 }  // namespace tarnwell::test

@@ -1,6 +1,5 @@
 #include "tools/vorel-snapshot/describe.h"
 
-#include <QDateTime>
 #include <algorithm>
 
 #include "platform/text_encoding.h"
@@ -66,9 +65,17 @@ QString Model(const Snapshot& snapshot) {
   return TextOf(snapshot, snapshot.kind == Kind::kController ? "redundancy controller" : "sspa");
 }
 
+QDateTime TimeOf(const QString& text) {
+  const QDate date = QDate::fromString(text.section(QLatin1Char(' '), 0, 0), QStringLiteral("dd/MM/yyyy"));
+  const QTime time = QTime::fromString(text.section(QLatin1Char(' '), 1), QStringLiteral("hh:mm:ss"));
+  return date.isValid() && time.isValid() ? QDateTime(date, time, Qt::UTC) : QDateTime();
+}
+
+QString IsoTime(const QDateTime& time) { return time.toString(QStringLiteral("yyyy-MM-ddThh:mm:ss")); }
+
 QString IsoTime(const QString& text) {
-  const QDateTime time = QDateTime::fromString(text, QStringLiteral("dd/MM/yyyy hh:mm:ss"));
-  return time.isValid() ? time.toString(Qt::ISODate) : text;
+  const QDateTime time = TimeOf(text);
+  return time.isValid() ? IsoTime(time) : text;
 }
 
 QString TextOf(const Snapshot& snapshot, std::string_view label) {

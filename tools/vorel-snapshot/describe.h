@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -31,7 +32,14 @@ QString FaultLines(const QString& file, const Snapshot& snapshot);
 /// What the device calls itself.
 QString Model(const Snapshot& snapshot);
 
-/// "2007-03-14T09:26:41" of a time as it stands in the file, or the text as it is where it is no date.
+/// The time that stands in the file, or an invalid one. It has no zone: the reader's may lack that hour, so that the
+/// clock's digits stand as UTC.
+QDateTime TimeOf(const QString& text);
+
+/// "2007-03-14T09:26:41"
+QString IsoTime(const QDateTime& time);
+
+/// The same of a time as it stands in the file, or the text as it is where it is no date.
 QString IsoTime(const QString& text);
 
 /// "amplifier", "redundancy controller" or "not a snapshot".
