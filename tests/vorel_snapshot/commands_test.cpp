@@ -36,7 +36,8 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
   } cases[] = {
       {whole, "a.txt: whole, amplifier, 57 lines"},
       {SampleFile("controller.txt"), "a.txt: whole, redundancy controller, 16 lines"},
-      {"", "a.txt: not a snapshot: the file is empty"},
+      {"", "a.txt: the file is empty"},
+      {std::string(4674, '\0'), "a.txt: nothing but zeros is in the file"},
       {std::string("\0\1\2\xFF\r\n\n\r", 8), "a.txt: not a snapshot: no line of one is in it"},
       {unixFile, "a.txt: all lines end in LF rather than CR LF: a converted file"},
       {unixFile.substr(0, unixFile.size() - 1),
@@ -142,6 +143,19 @@ TEST_F(SnapshotCommands, TakeFoldersAndKnowFilesByWhatIsInThem) {
   EXPECT_EQ(Run(QStringLiteral("verify f.d")), 0) << "a picture beside them is no fault";
   Write("f.d/empty", "");
   EXPECT_EQ(Run(QStringLiteral("verify --quiet f.d")), 1) << "it may be what is left of a snapshot";
+  Write("f.d/empty", std::string(4674, '\0'));
+  Write("f.d/grown", SampleFile("amplifier.txt") + std::string(70'000, ' '));
+  EXPECT_EQ(Run(QStringLiteral("verify --quiet f.d")), 1);
+  EXPECT_EQ(m_out.substr(0, m_out.find("f.d/grown:58")),
+            "f.d/empty: nothing but zeros is in the file\n"
+            "f.d/grown: larger than any snapshot: its first 64 KiB are read\n");
+  EXPECT_NE(m_out.find("\n6 files: 2 whole, 2 damaged, 2 not a snapshot\n"), std::string::npos) << m_out;
+  ASSERT_TRUE(QFile::remove(m_folder.filePath(QStringLiteral("f.d/empty"))) &&
+              QFile::remove(m_folder.filePath(QStringLiteral("f.d/grown"))));
+  EXPECT_EQ(Run(QStringLiteral("verify --quiet --strict f.d")), 1);
+  EXPECT_EQ(m_out,
+            "f.d/big: not a snapshot: larger than any\nf.d/picture.png: not a snapshot: no line of one is in it\n"
+            "4 files: 2 whole, 0 damaged, 2 not a snapshot\n");
   EXPECT_EQ(Run(QStringLiteral("list --by colour f.d")), 2);
 }
 
@@ -150,6 +164,7 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
   Write("c.txt", SampleFile("controller.txt"));
   QDir(m_folder.path()).mkdir(QStringLiteral("e.d"));
   Write("huge.txt", std::string(70'000, ' '));
+  Write("zeros.txt", std::string(80, '\0'));
   const struct {
     const char* command;
     int code;
@@ -158,7 +173,7 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
       {"verify a.txt gone.txt c.txt", 2, "vorel-snapshot: gone.txt: No such file or directory\n"},
       {"show .", 2, "vorel-snapshot: .: is a directory\n"},
       {"verify e.d", 2, "vorel-snapshot: e.d: no snapshot is in it\n"},
-      {"export --csv huge.txt", 2, "vorel-snapshot: huge.txt: larger than any snapshot\n"},
+      {"export --csv huge.txt", 1, "huge.txt: not a snapshot: larger than any\n"},
       {"export a.txt", 2, "vorel-snapshot: export: give either --json or --csv\n"},
       {"plot c.txt -o p.svg", 3, "vorel-snapshot: c.txt: a redundancy controller has no calibration tables\n"},
       {"plot a.txt -o p.gif", 2, "vorel-snapshot: plot: -o takes a file that ends in .svg or .png\n"},

@@ -133,9 +133,7 @@ std::optional<QByteArray> LoadFile(const QString& name, QString& error) {
     return std::nullopt;
   }
   bytes.truncate(static_cast<qsizetype>(file.gcount()));
-  if (bytes.size() <= static_cast<qsizetype>(kMostBytes)) return bytes;
-  error = QStringLiteral("larger than any snapshot");
-  return std::nullopt;
+  return bytes;
 }
 
 bool IsSameFile(const QString& a, const QString& b) {

@@ -24,7 +24,7 @@ QString Told(const QString& name, const QString& why);
 /// Some ten snapshots; what is larger is something else.
 inline constexpr std::size_t kMostBytes = 1 << 16;
 
-/// The file's bytes, or why not.
+/// The file's bytes, or why not. Of a larger one kMostBytes and one more, which tells that it is.
 std::optional<QByteArray> LoadFile(const QString& name, QString& error);
 
 /// Whether both name one file that exists, by links too.

@@ -33,15 +33,17 @@ constexpr Option kRecursive = {"recursive", nullptr, "the folders in folders as 
 
 const Command kCommands[] = {
     {"verify",
-     "[--quiet] [--recursive] FILE|FOLDER...",
+     "[--quiet] [--strict] [--recursive] FILE|FOLDER...",
      "say whether files are whole, and what is damaged",
      "Checks each line's length, end and check character, the form of each value, and that\n"
      "all lines are there, once and in order. Of a folder the files that are snapshots by what is\n"
      "in them, whatever their names. The last line counts. Ends with 0 when all are whole, 1 when\n"
-     "one is damaged or empty, 2 when one can't be read.\n",
+     "one is damaged, empty or nothing but zeros, 2 when one can't be read.\n",
      1,
      kManyFiles,
-     {{{"quiet", nullptr, "nothing about files that are whole"}, kRecursive}},
+     {{{"quiet", nullptr, "nothing about files that are whole"},
+       {"strict", nullptr, "a file in a folder that is no snapshot is a failure"},
+       kRecursive}},
      Verify},
     {"list",
      "[--by COLUMN] [--recursive] FILE|FOLDER...",

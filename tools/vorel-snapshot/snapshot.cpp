@@ -31,9 +31,8 @@ class Reader {
 
   Snapshot All() {
     m_snapshot.lines = m_lines.size();
-    if (m_lines.empty()) return Useless("the file is empty");
     Order order = PlaceLines(m_lines);
-    if (!order.known) return Useless("no line of one is in it");
+    if (!order.known) return Foreign();
     m_snapshot.kind = order.kind;
     TellLines();
     for (Fault& fault : order.faults) Tell(std::move(fault));
@@ -47,10 +46,9 @@ class Reader {
   }
 
  private:
-  Snapshot Useless(const std::string& why) {
-    m_snapshot.known = false;
-    m_snapshot.faults = {{0, 0, "not a snapshot: " + why}};
-    return std::move(m_snapshot);
+  Snapshot Foreign() const {
+    const Fault fault{0, 0, "not a snapshot: no line of one is in it"};
+    return {.known = false, .foreign = true, .lines = m_lines.size(), .faults = {fault}};
   }
 
   void Tell(Fault fault) {
@@ -229,6 +227,11 @@ const Entry* Snapshot::Find(const Row& row) const {
 }
 
 Snapshot ReadSnapshot(std::string_view file) {
+  // A disk that lost its power may give a file back that has its length and nothing else.
+  if (file.find_first_not_of('\0') == std::string_view::npos) {
+    return {.known = false,
+            .faults = {{0, 0, file.empty() ? "the file is empty" : "nothing but zeros is in the file"}}};
+  }
   const Source source(file);
   const std::vector<Line>& lines = source.Lines();
   const std::vector<std::size_t> begins = Beginnings(lines);
