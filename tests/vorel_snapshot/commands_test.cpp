@@ -203,9 +203,12 @@ TEST_F(SnapshotCommands, WriteWholeFilesOrNoneAndSayWhy) {
   ASSERT_EQ(symlink("nowhere", path("gone.csv").c_str()), 0);
   QDir(m_folder.path()).mkdir(QStringLiteral("f.d"));
   Write("f.d/w.csv", SampleFile("amplifier.txt"));
+  Write("s.csv", SampleFile("controller.txt").substr(At(9, 1)) + std::string(70'000, ' '));
+  Write("r.csv", "vorel-line recording 1\n\1");
   for (const char* target :
        {"plot a.txt -o pipe.svg", "export --csv a.txt -o link.csv", "export --csv a.txt -o gone.csv",
-        "export --csv a.txt -o ./a.txt", "trend f.d -o f.d/../f.d/w.csv"}) {
+        "export --csv a.txt -o ./a.txt", "trend f.d -o f.d/../f.d/w.csv", "export --csv a.txt -o s.csv",
+        "export --csv old.csv -o old.csv", "trend a.txt -o r.csv"}) {
     EXPECT_EQ(Run(QLatin1String(target)), 2) << target;
     EXPECT_NE(m_err.find(": not replaced\n"), std::string::npos) << m_err;
   }

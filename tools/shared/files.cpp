@@ -6,9 +6,17 @@
 #include <algorithm>
 #include <cerrno>
 #include <fstream>
+#include <string_view>
 #include <system_error>
 
 #include "platform/text_encoding.h"
+#include "tools/vorel-line/recording.h"
+#include "tools/vorel-snapshot/snapshot.h"
+
+#ifdef Q_OS_WIN
+#include <fcntl.h>
+#include <io.h>
+#endif
 
 namespace tarnwell::tools {
 
@@ -50,12 +58,23 @@ QString ReasonOf(int error) {
                     : QString::fromLocal8Bit(std::generic_category().message(error).c_str());
 }
 
+/// By what is in it: also one that is damaged, or a further part of a recording.
+bool IsSnapshotOrRecording(const QByteArray& bytes) {
+  const std::string_view start(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+  return start.starts_with(vorel_line::kRecordingHead) || vorel_snapshot::ReadSnapshot(start).known;
+}
+
 /// Why the file may not be put there; empty: nothing is against it.
 QString Objection(const QString& name) {
   const QFileInfo target(name);
   if (HasEscape(name)) return QStringLiteral("a name that is no UTF-8 is only read");
   const bool taken = target.exists() || target.isSymLink();
-  return taken && !target.isFile() ? QStringLiteral("exists and is no regular file: not replaced") : QString();
+  if (!taken) return {};
+  if (!target.isFile()) return QStringLiteral("exists and is no regular file: not replaced");
+  QString unknown;
+  const auto bytes = LoadFile(name, unknown);
+  if (!bytes) return QStringLiteral("exists and can't be read: not replaced");
+  return IsSnapshotOrRecording(*bytes) ? QStringLiteral("is a snapshot or a recording: not replaced") : QString();
 }
 
 /// A disk that fills up takes a part first; why, is told by the write behind it.

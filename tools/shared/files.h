@@ -31,7 +31,7 @@ std::optional<QByteArray> LoadFile(const QString& name, QString& error);
 bool IsSameFile(const QString& a, const QString& b);
 
 /// Puts the whole file there, or leaves what was there and says why. What is no regular file isn't replaced: a device,
-/// a pipe or a link to one would be gone.
+/// a pipe or a link to one would be gone. Nor is a snapshot or a recording, which nobody can make anew.
 bool WriteWhole(const QString& name, const QByteArray& bytes, QString& error);
 
 }  // namespace tarnwell::tools

@@ -33,8 +33,7 @@ void Complain(Output& output, const QString& text) {
 int Deliver(Call& call, const QString& path, const QByteArray& bytes, int code) {
   QString error;
   const auto isTarget = [&](const QString& file) { return tools::IsSameFile(file, path); };
-  const QStringList read = call.files + call.found;
-  if (std::any_of(read.begin(), read.end(), isTarget)) {
+  if (std::any_of(call.files.begin(), call.files.end(), isTarget)) {
     error = QStringLiteral("is read by this command: not replaced");
   } else if (tools::WriteWhole(path, bytes, error)) {
     return code;

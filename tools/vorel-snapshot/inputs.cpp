@@ -47,7 +47,6 @@ class InputReader {
     }
     Input input{tools::ShownName(name), name, named, std::move(*snapshot)};
     if (!input.IsForeign()) ++m_snapshots;
-    if (!named && input.snapshot.known) m_call.found += name;
     m_take(input);
   }
 
