@@ -36,6 +36,8 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
   } cases[] = {
       {whole, "a.txt: whole, amplifier, 57 lines"},
       {SampleFile("controller.txt"), "a.txt: whole, redundancy controller, 16 lines"},
+      {Changed({{13, "[rf level] #ERR"}, {46, "[rf level table (dBm,V)] (#ERR, #ERR), (D, D)"}}),
+       "a.txt: whole, 2 values not read, amplifier, 57 lines"},
       {"", "a.txt: the file is empty"},
       {std::string(4674, '\0'), "a.txt: nothing but zeros is in the file"},
       {std::string("\0\1\2\xFF\r\n\n\r", 8), "a.txt: not a snapshot: no line of one is in it"},

@@ -61,6 +61,27 @@ QString KindText(const Snapshot& snapshot) {
   return snapshot.kind == Kind::kController ? QStringLiteral("redundancy controller") : QStringLiteral("amplifier");
 }
 
+QString StateText(const Snapshot& snapshot) {
+  if (snapshot.foreign) return KindText(snapshot);
+  return (snapshot.faults.empty() ? QStringLiteral("whole") : QStringLiteral("damaged")) + NotReadText(snapshot);
+}
+
+QString NotReadText(const Snapshot& snapshot) {
+  const auto isNotRead = [](const Value& value) {
+    return value.kind == Value::Kind::kError && value.text == kNotReadMark;
+  };
+  std::ptrdiff_t count = 0;
+  for (const Entry& entry : snapshot.entries) {
+    count += isNotRead(entry.value) ? 1 : 0;
+    count += std::count_if(entry.points.begin(), entry.points.end(),
+                           [&](const Point& point) { return isNotRead(point.second); });
+  }
+  if (count == 0) return {};
+  return QStringLiteral(", %1 %2 not read")
+      .arg(count)
+      .arg(count == 1 ? QStringLiteral("value") : QStringLiteral("values"));
+}
+
 QString Model(const Snapshot& snapshot) {
   return TextOf(snapshot, snapshot.kind == Kind::kController ? "redundancy controller" : "sspa");
 }

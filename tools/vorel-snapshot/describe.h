@@ -29,6 +29,12 @@ QString FaultText(const QString& file, const Fault& fault);
 /// All of them, one a line.
 QString FaultLines(const QString& file, const Snapshot& snapshot);
 
+/// "whole", "whole, 107 values not read", "damaged", "not a snapshot".
+QString StateText(const Snapshot& snapshot);
+
+/// ", 107 values not read"; empty where all were. A table's point is one value.
+QString NotReadText(const Snapshot& snapshot);
+
 /// What the device calls itself.
 QString Model(const Snapshot& snapshot);
 

@@ -46,7 +46,7 @@ QString Show(const QString& file, const Snapshot& snapshot) {
   QString page = QStringLiteral("%1: %2, %3 lines, %4\n\n")
                      .arg(file, KindText(snapshot))
                      .arg(snapshot.lines)
-                     .arg(snapshot.faults.empty() ? QStringLiteral("whole") : QStringLiteral("damaged"));
+                     .arg(StateText(snapshot));
   for (const Entry& entry : snapshot.entries) page += EntryLine(entry);
   for (const Entry& entry : snapshot.entries) {
     if (IsTable(entry)) page += TablePage(entry);
