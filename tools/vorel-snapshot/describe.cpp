@@ -21,6 +21,8 @@ QString ValueText(const Value& value, std::string_view unit) {
     case Value::Kind::kError:
       return (value.text == kUnknown ? QStringLiteral("unknown (%1)") : QStringLiteral("not read (%1)"))
           .arg(Text(value.text));
+    case Value::Kind::kCut:
+      return QStringLiteral("cut");
     case Value::Kind::kLost:
       break;
   }
@@ -35,7 +37,7 @@ QString EntryText(const Entry& entry) {
 }
 
 QString PointText(const Point& point) {
-  if (point.first.kind == Value::Kind::kLost) return QStringLiteral("lost");
+  if (point.first.text.empty()) return ValueText(point.first, {});
   return QStringLiteral("(%1, %2)").arg(Text(point.first.text), Text(point.second.text));
 }
 

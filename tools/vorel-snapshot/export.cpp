@@ -20,6 +20,7 @@ QString Cell(QString text) {
 /// The error of a value; nothing for one that is there, disabled or not in the device.
 QString ErrorText(const Value& value) {
   if (value.kind == Value::Kind::kLost) return QStringLiteral("lost");
+  if (value.kind == Value::Kind::kCut) return QStringLiteral("cut");
   return value.kind == Value::Kind::kError ? Text(value.text) : QString();
 }
 

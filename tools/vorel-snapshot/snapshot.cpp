@@ -147,6 +147,9 @@ class Reader {
     for (const Mismatch& mismatch : read.mismatches) TellOf(placed, MismatchFault(placed, mismatch));
     const std::size_t due = shape.PointsOf(index);
     if (complete && whole && !cut) FitLost(read.values, due);
+    const bool shortened = complete && whole && cut && read.mismatches.empty();
+    const Point cutPoint{{Value::Kind::kCut}, {Value::Kind::kCut}};
+    if (shortened && read.values.size() < due) read.values.resize(due, cutPoint);
     const std::size_t count = read.values.size();
     if (complete && (whole || read.mismatches.empty()) && !cut && count != due) {
       Tell({placed.line + 1, 0, Count(count, "point") + " rather than " + std::to_string(due)});
@@ -186,7 +189,7 @@ class Source {
     if (auto conversion = FindConversion(file)) Take(std::move(*conversion));
     const auto wrongEnd = SharedWrongEnd(m_lines);
     if (!wrongEnd) return;
-    m_faults.push_back({0, 0, "all lines end in " + EndName(*wrongEnd) + " rather than CR LF: a converted file"});
+    Tell("all lines end in " + EndName(*wrongEnd) + " rather than CR LF", EndCure(*wrongEnd));
     for (Line& line : m_lines) line.end = line.end.empty() ? line.end : "\r\n";
   }
   Source(const Source&) = delete;
@@ -203,8 +206,11 @@ class Source {
     if (std::count_if(lines.begin(), lines.end(), Holds) <= std::count_if(m_lines.begin(), m_lines.end(), Holds))
       return;
     m_lines = std::move(lines);
-    const std::string encoding = conversion.encoding;
-    m_faults.push_back({0, 0, "the characters are " + encoding + " rather than windows-1252: a converted file"});
+    Tell(std::string("the characters are ") + conversion.encoding + " rather than windows-1252", conversion.cure);
+  }
+
+  void Tell(const std::string& what, const std::string& cure) {
+    m_faults.push_back({0, 0, what + ": a converted file, cured by: " + cure});
   }
 
   std::string m_bytes;

@@ -80,6 +80,7 @@ QString LeftOut(const std::vector<const Value*>& values) {
   const std::pair<Value::Kind, QString> kinds[] = {
       {Value::Kind::kDisabled, QString(QChar(0x00D7)) + QStringLiteral(" disabled")},
       {Value::Kind::kError, QStringLiteral("not read")},
+      {Value::Kind::kCut, QStringLiteral("cut")},
       {Value::Kind::kLost, QStringLiteral("damaged")}};
   QStringList notes;
   for (const auto& [kind, name] : kinds) {
