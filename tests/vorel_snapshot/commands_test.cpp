@@ -296,15 +296,17 @@ TEST_F(SnapshotCommands, DiffTellsWhatTheServiceVisitChanged) {
 TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {
   Write("a.txt", Changed({{2, "[file description] \"x\", y"},
                           {13, "[rf level] #ERR"},
+                          {24, "[5v rail] 5.x V"},
                           {36, "[rf temp comp points (\xB0\x43,dB)] (-20, .5), (#ERR, #ERR), (30, D)"},
                           {47, "[pin diode table (dB,DAC)] (0, 12), (1, 18), (2, 24), (3, -)"},
                           {48, "[pin diode table (dB,DAC)] (4, x), (5, 42), (5, 48), (7, 54)"}}));
   EXPECT_EQ(Run(QStringLiteral("export a.txt --csv")), 1);
   EXPECT_EQ(m_err,
-            "a.txt:47: column 60: no point in brackets\na.txt:48: column 32: no point in brackets\n"
+            "a.txt:24: column 13: not the unit V\na.txt:47: column 60: no point in brackets\na.txt:48: column 32: no "
+            "point in brackets\n"
             "a.txt:48: point 5 where 6 belongs\n");
   for (const char* row : {"file description,,,\"\"\"x\"\", y\",,", "time,,,2007-03-14T09:26:41,,", "rf level,,,,,#ERR",
-                          "reflected rf level,,,,,NA", "rf min,,,,,disabled", "rf max,,,47,dBm,",
+                          "reflected rf level,,,,,NA", "rf min,,,,,disabled", "rf max,,,47,dBm,", "5v rail,,,,,damaged",
                           "latched alarms,,,\"RF_LEVEL_LOW, OVER_TEMP_AMP1, AUXILIARY, SIMULATED\",,",
                           "rf temp comp points,1,compensation,0.5,dB,", "rf temp comp points,2,temperature,,°C,#ERR",
                           "rf temp comp points,3,temperature,30,°C,", "rf temp comp points,3,compensation,,dB,disabled",
@@ -315,12 +317,14 @@ TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {
 
   EXPECT_EQ(Run(QStringLiteral("export a.txt --json")), 1);
   const QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(m_out)).object();
-  EXPECT_EQ(json[QLatin1String("damage")].toArray().size(), 3);
+  EXPECT_EQ(json[QLatin1String("damage")].toArray().size(), 4);
+  EXPECT_EQ(json[QLatin1String("schema")].toInt(), 1);
   const std::pair<int, const char*> cases[] = {
       {4, R"({"label":"address","value":1})"},
       {12, R"({"error":"#ERR","label":"rf level","unit":"dBm","value":null})"},
       {15, R"({"disabled":true,"label":"rf min","unit":"dBm","value":null})"},
       {20, R"({"label":"active alarms","value":[]})"},
+      {22, R"({"damaged":true,"error":"lost","label":"5v rail","text":"5.x V","unit":"V","value":null})"},
       {34,
        "{\"fields\":[{\"name\":\"temperature\",\"unit\":\"°C\"},{\"name\":\"compensation\",\"unit\":\"dB\"}],"
        "\"label\":\"rf temp comp points\",\"points\":[{\"compensation\":0.5,\"point\":1,\"temperature\":-20},"

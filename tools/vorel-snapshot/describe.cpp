@@ -26,7 +26,7 @@ QString ValueText(const Value& value, std::string_view unit) {
     case Value::Kind::kLost:
       break;
   }
-  return QStringLiteral("lost");
+  return value.text.empty() ? QStringLiteral("lost") : Text(value.text);
 }
 
 QString EntryText(const Entry& entry) {

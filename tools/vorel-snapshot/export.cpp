@@ -57,6 +57,7 @@ void PutUnit(QJsonObject& object, std::string_view unit) {
 
 void PutState(QJsonObject& object, const Value& value, bool damaged) {
   if (const QString error = ErrorText(value); !error.isEmpty()) object[QLatin1String("error")] = error;
+  if (value.kind == ValueKind::kLost && !value.text.empty()) object[QLatin1String("text")] = Text(value.text);
   if (value.kind == ValueKind::kDisabled) object[QLatin1String("disabled")] = true;
   if (damaged) object[QLatin1String("damaged")] = true;
 }
@@ -142,7 +143,8 @@ QByteArray ExportJson(const QString& file, const Snapshot& snapshot) {
   for (const Entry& entry : snapshot.entries) entries.append(JsonEntry(entry));
   QJsonArray faults;
   for (const Fault& fault : snapshot.faults) faults.append(JsonFault(fault));
-  const QJsonObject whole{{QStringLiteral("file"), file},
+  const QJsonObject whole{{QStringLiteral("schema"), kJsonSchema},
+                          {QStringLiteral("file"), file},
                           {QStringLiteral("kind"), KindText(snapshot)},
                           {QStringLiteral("damage"), faults},
                           {QStringLiteral("entries"), entries}};

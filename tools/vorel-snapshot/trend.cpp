@@ -19,9 +19,7 @@ namespace {
 
 bool IsNumber(const Value& value) { return value.kind == Value::Kind::kNumber; }
 
-bool HasNumbers(const Row& row) {
-  return row.form == Form::kNumber || row.form == Form::kLimit || row.form == Form::kDegrees;
-}
+bool HasNumbers(const Row& row) { return IsNumeric(row.form) && row.form != Form::kAddress; }
 
 QString NameOf(const Quantity& quantity) {
   const QString name = Text(quantity.name);

@@ -22,7 +22,7 @@ struct Value {
     kLost      ///< the file is damaged: nothing that may stand there can be read
   };
   Kind kind = Kind::kLost;
-  std::string text = {};  ///< as it stands in the file, without its unit
+  std::string text = {};  ///< as it stands in the file, without its unit; of a lost number as well
   double number = 0.0;    ///< of kNumber
 };
 
