@@ -198,6 +198,7 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
       {"show .", 2, "vorel-snapshot: .: is a directory\n"},
       {"verify e.d", 2, "vorel-snapshot: e.d: no snapshot is in it\n"},
       {"export --csv huge.txt", 1, "huge.txt: not a snapshot: larger than any\n"},
+      {"diff a.txt zeros.txt", 4, "zeros.txt: nothing but zeros is in the file\n"},
       {"export a.txt", 2, "vorel-snapshot: export: give either --json or --csv\n"},
       {"plot c.txt -o p.svg", 3, "vorel-snapshot: c.txt: a redundancy controller has no calibration tables\n"},
       {"plot a.txt -o p.gif", 2, "vorel-snapshot: plot: -o takes a file that ends in .svg or .png\n"},
@@ -286,11 +287,21 @@ TEST_F(SnapshotCommands, DiffTellsWhatTheServiceVisitChanged) {
             "1\nchanged\n"
             "  rf min                          disabled                 -> 20 dBm\n"
             "  temp amp2                       44 °C                    -> not read (#ERR)\n"
-            "  latched alarms                  RF_LEVEL_LOW, OVER_TEMP_AMP1, AUXILIARY, SIMULATED -> RF_LEVEL_LOW, "
-            "OVER_TEMP_AMP1, AUXILIARY, CE_FAILSAFE\n"
+            "  latched alarms                  come: CE_FAILSAFE; gone: SIMULATED\n"
             "  9.3v rail                       11.04 V                  -> 11.04 V\n"
             "  rf level table, point 22        (46, 5.21)               -> (#ERR, #ERR)\n"
             "  rf level table, point 24        (D, D)                   -> (48, 5.63)\n\n6 differences\n");
+  std::string damaged = Changed({{16, "[rf min] 20 dBm"}, {17, "[rf max] 4x.0 dBm"}, {21, "[active alarms] EEPROM"}});
+  damaged.replace(At(21, 18), 1, "X").replace(At(46, 27), 1, "E").erase(At(13, 1), 82);
+  EXPECT_EQ(diff(damaged),
+            "4\nchanged\n  rf min                          disabled                 -> 20 dBm\n"
+            "\ndamaged, counted apart\n"
+            "! rf level                        43.2 dBm                 -> (no such line)\n"
+            "! rf max                          47.0 dBm                 -> 4x.0 dBm\n"
+            "! active alarms                   come: EXPROM\n"
+            "! rf level table, point 25        (D, D)                   -> lost\n"
+            "! rf level table, point 26        (D, D)                   -> lost\n\n"
+            "1 difference, 5 in damage\n");
 }
 
 TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {

@@ -65,8 +65,8 @@ const Command kCommands[] = {
      "[--readings] BEFORE AFTER",
      "print what changed between two snapshots",
      "By label and by table point. Program, description and time head the report and don't\n"
-     "count; nor do two different numbers of a measured value. Ends with 0 for no difference\n"
-     "that counts, 1 for one or for a damaged file.\n",
+     "count; nor do two different numbers of a measured value. What may be damage is marked \"!\" and\n"
+     "counted apart. Ends with 0 for no difference that counts, 1 for one, 4 for a damaged file.\n",
      2,
      2,
      {{{"readings", nullptr, "measured values (levels, temperatures, rails) count as well"}}},

@@ -56,8 +56,8 @@ int DiffFiles(Call& call) {
   const Differences found =
       Diff({tools::ShownName(call.files[0]), *before}, {tools::ShownName(call.files[1]), *after}, call.Has("readings"));
   call.output.out += found.report.toUtf8();
-  const bool whole = before->faults.empty() && after->faults.empty();
-  return found.count == 0 && whole ? kExitFine : kExitDamaged;
+  if (!before->faults.empty() || !after->faults.empty()) return kExitDiffDamaged;
+  return found.count == 0 ? kExitFine : kExitDiffers;
 }
 
 int ExportFile(Call& call) {
