@@ -198,6 +198,10 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
       {"show .", 2, "vorel-snapshot: .: is a directory\n"},
       {"verify e.d", 2, "vorel-snapshot: e.d: no snapshot is in it\n"},
       {"export --csv huge.txt", 1, "huge.txt: not a snapshot: larger than any\n"},
+      {"verify --quiet a.txt --quiet", 2,
+       "vorel-snapshot: verify: --quiet is given twice\nvorel-snapshot --help lists the commands.\n"},
+      {"diff - -", 2, "vorel-snapshot: diff: - is given twice\nvorel-snapshot --help lists the commands.\n"},
+      {"trend a.txt --of rf_level --of rf_max -o t.csv", 0, ""},
       {"diff a.txt zeros.txt", 4, "zeros.txt: nothing but zeros is in the file\n"},
       {"export a.txt", 2, "vorel-snapshot: export: give either --json or --csv\n"},
       {"plot c.txt -o p.svg", 3, "vorel-snapshot: c.txt: a redundancy controller has no calibration tables\n"},
@@ -381,6 +385,14 @@ TEST_F(SnapshotCommands, ATimeThatTheReadersZoneSkipsIsATime) {
   EXPECT_NE(Load("t.csv").indexOf(",2007-03-25T02:30:00,43.2,"), -1) << Load("t.csv").toStdString();
   EXPECT_EQ(Run(QStringLiteral("list a.txt")), 0);
   EXPECT_EQ(m_out.substr(0, 21), "2007-03-25 02:30:00  ");
+}
+
+TEST_F(SnapshotCommands, TheProgramReadsStandardInputAndTellsOfAFileAtItsLimit) {
+  Write("a.txt", SampleFile("amplifier.txt"));
+  EXPECT_EQ(Shell(VOREL_SNAPSHOT " verify - < a.txt > told.txt"), 0);
+  EXPECT_EQ(Load("told.txt").left(49), "standard input: whole, amplifier, 57 lines\n1 file");
+  EXPECT_EQ(Shell("ulimit -f 1; " VOREL_SNAPSHOT " export --json a.txt > t.json 2> told.txt"), 2);
+  EXPECT_EQ(Load("told.txt"), "vorel-snapshot: standard output took not all: File too large\n");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <QSaveFile>
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <fstream>
 #include <string_view>
 #include <system_error>
@@ -153,6 +154,19 @@ std::optional<QByteArray> LoadFile(const QString& name, QString& error) {
   }
   bytes.truncate(static_cast<qsizetype>(file.gcount()));
   return bytes;
+}
+
+std::optional<QByteArray> LoadStandardInput(QString& error) {
+#ifdef Q_OS_WIN
+  _setmode(_fileno(stdin), _O_BINARY);
+#endif
+  QByteArray bytes(static_cast<qsizetype>(kMostBytes) + 1, Qt::Uninitialized);
+  errno = 0;
+  const std::size_t count = std::fread(bytes.data(), 1, static_cast<std::size_t>(bytes.size()), stdin);
+  bytes.truncate(static_cast<qsizetype>(count));
+  if (std::ferror(stdin) == 0) return bytes;
+  error = ReasonOf(errno);
+  return std::nullopt;
 }
 
 bool IsSameFile(const QString& a, const QString& b) {

@@ -27,6 +27,9 @@ inline constexpr std::size_t kMostBytes = 1 << 16;
 /// The file's bytes, or why not. Of a larger one kMostBytes and one more, which tells that it is.
 std::optional<QByteArray> LoadFile(const QString& name, QString& error);
 
+/// The same of what comes in on standard input.
+std::optional<QByteArray> LoadStandardInput(QString& error);
+
 /// Whether both name one file that exists, by links too.
 bool IsSameFile(const QString& a, const QString& b);
 

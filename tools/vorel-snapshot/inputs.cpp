@@ -23,7 +23,7 @@ class InputReader {
   Missed All() {
     for (const QString& name : m_call.files) {
       std::error_code none;
-      if (!fs::is_directory(tools::PathOf(name), none)) {
+      if (name == kStandardInput || !fs::is_directory(tools::PathOf(name), none)) {
         ReadFile(name, true);
         continue;
       }
@@ -45,7 +45,7 @@ class InputReader {
       ++m_missed.files;
       return;
     }
-    Input input{tools::ShownName(name), name, named, std::move(*snapshot)};
+    Input input{ShownName(name), name, named, std::move(*snapshot)};
     if (!input.IsForeign()) ++m_snapshots;
     m_take(input);
   }
@@ -95,9 +95,13 @@ Snapshot ReadBytes(std::string_view bytes) {
 
 }  // namespace
 
+QString ShownName(const QString& path) {
+  return path == kStandardInput ? QStringLiteral("standard input") : tools::ShownName(path);
+}
+
 std::optional<Snapshot> ReadNamed(const QString& path, Output& output) {
   QString error;
-  const auto bytes = tools::LoadFile(path, error);
+  const auto bytes = path == kStandardInput ? tools::LoadStandardInput(error) : tools::LoadFile(path, error);
   if (bytes) return ReadBytes({bytes->constData(), static_cast<std::size_t>(bytes->size())});
   Complain(output, tools::Told(path, error));
   return std::nullopt;

@@ -19,6 +19,12 @@ struct Input {
   bool IsForeign() const { return !named && snapshot.foreign; }
 };
 
+/// A file's name that stands for standard input.
+inline constexpr QLatin1String kStandardInput("-");
+
+/// The name as it is shown.
+QString ShownName(const QString& path);
+
 /// The file, or nothing: why not is told on standard error.
 std::optional<Snapshot> ReadNamed(const QString& path, Output& output);
 
