@@ -8,6 +8,8 @@
 #include <array>
 #include <cmath>
 
+#include "tools/shared/overlap.h"
+
 namespace tarnwell::tools {
 
 namespace {
@@ -239,32 +241,6 @@ void DrawRun(QPainter& painter, const QPolygonF& pixels, double radius, double w
   for (const QPointF& pixel : pixels) DrawPoint(painter, pixel, std::max(radius, kLeastRadius), index);
 }
 
-/// What the run is at x, between its points as well; nothing beside it.
-std::optional<double> ValueAt(const QPolygonF& run, double x) {
-  const auto isLeft = [](const QPointF& point, double at) { return point.x() < at; };
-  const auto right = std::lower_bound(run.begin(), run.end(), x, isLeft);
-  if (right == run.end() || (right == run.begin() && right->x() > x)) return std::nullopt;
-  if (right->x() == x) return right->y();
-  const QPointF left = *(right - 1);
-  return left.y() + (right->y() - left.y()) * (x - left.x()) / (right->x() - left.x());
-}
-
-/// Whether two neighbouring points of the one, or its only one, stand on the other: more than that they cross.
-bool LiesOn(const Series& one, const Series& other, double hair) {
-  for (const QPolygonF& run : one.runs) {
-    qsizetype together = 0;
-    for (const QPointF& point : run) {
-      const bool on = std::any_of(other.runs.begin(), other.runs.end(), [&](const QPolygonF& line) {
-        const auto value = ValueAt(line, point.x());
-        return value && std::abs(*value - point.y()) <= hair;
-      });
-      together = on ? together + 1 : 0;
-      if (together == std::min<qsizetype>(run.size(), 2)) return true;
-    }
-  }
-  return false;
-}
-
 /// Curves that may hide this one: of a few, and of tables, all that are drawn later.
 std::size_t CurvesAbove(const Chart& chart, std::size_t index) {
   const auto later = chart.series.size() - 1 - index;
@@ -272,9 +248,9 @@ std::size_t CurvesAbove(const Chart& chart, std::size_t index) {
   const Range range = RangeOf(chart, false);
   const double hair = (range.greatest - range.least) / 200.0;
   const Series& series = chart.series[index];
-  return static_cast<std::size_t>(
-      std::count_if(chart.series.end() - static_cast<std::ptrdiff_t>(later), chart.series.end(),
-                    [&](const Series& above) { return LiesOn(above, series, hair) || LiesOn(series, above, hair); }));
+  return static_cast<std::size_t>(std::count_if(chart.series.end() - static_cast<std::ptrdiff_t>(later),
+                                                chart.series.end(),
+                                                [&](const Series& above) { return LieTogether(above, series, hair); }));
 }
 
 /// How far a curve stands out on both sides of those above it, so that equal ones are seen.
