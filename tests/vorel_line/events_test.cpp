@@ -240,6 +240,9 @@ TEST(Plot, HasCurvesAndABandForWhatStood) {
   EXPECT_FALSE(picture.contains("Temperature"));
   EXPECT_EQ(picture.count("stroke=\"#1b5e9c\""), 2) << "no curve over the time without an answer";
   EXPECT_EQ(DrawPlot({path}, path), kExitUnusable);
+  const std::string other = folder.filePath(QStringLiteral("b.svg")).toStdString();
+  ASSERT_TRUE(QFile::copy(QString::fromStdString(path), QString::fromStdString(other)));
+  EXPECT_EQ(DrawPlot({path}, other), kExitUnusable) << "a picture in place of another recording";
   EXPECT_EQ(DrawPlot({path}, "/dev/null.svg/a.svg"), kExitUnusable);
 }
 

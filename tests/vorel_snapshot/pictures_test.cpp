@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QImage>
+#include <QPainter>
 #include <QSvgRenderer>
 #include <QXmlStreamReader>
 
@@ -141,6 +142,30 @@ TEST_F(SnapshotCommands, TrendDrawsACurveADeviceWithAGapWhereAValueIsMissing) {
   ASSERT_TRUE(series.at(0).runs.size() == 2 && series.at(3).runs.size() == 1);
   EXPECT_TRUE(series[0].runs[0].size() == 2 && series[0].marked.size() == 1 && series[3].runs[0].size() == 1);
   EXPECT_EQ(page.charts[0].notes.value(0).toStdString(), "\xC3\x97 disabled: 1");
+}
+
+TEST_F(SnapshotCommands, TrendShowsEachOfFiveEqualCurves) {
+  vorel_snapshot::Trend trend({*vorel_snapshot::FindQuantity(QStringLiteral("rf max"))},
+                              vorel_snapshot::Device::kModelAndAddress);
+  for (int i = 0; i < 50; ++i) {
+    const std::string time = std::string("[time dd/mm/yyyy hh:mm:ss] ") + std::to_string(i % 10 / 5 + 1) +
+                             std::to_string(i % 5) + "/01/2007 10:00:0" + std::to_string(i / 10);
+    const std::string file = Changed({{3, time}, {5, "[address] " + std::to_string(i / 10)}});
+    trend.Add({{}, {}, true, vorel_snapshot::ReadSnapshot(file)});
+  }
+  trend.Finish();
+  const QImage page = QImage::fromData(tools::DrawPage(trend.Picture(), QStringLiteral("png")));
+  for (std::size_t device = 0; device < 5; ++device) {
+    QImage sample(44, 44, QImage::Format_RGB32);
+    QPainter painter(&sample);
+    tools::DrawSample(painter, sample.rect(), device);
+    painter.end();
+    const QRgb colour = sample.pixel(22, 22);
+    int seen = 0;
+    for (int y = 300; y < page.height(); ++y)
+      for (int x = 0; x < page.width(); ++x) seen += page.pixel(x, y) == colour ? 1 : 0;
+    EXPECT_GT(seen, 100) << device;
+  }
 }
 
 TEST_F(SnapshotCommands, ChartsHaveRoomForAnyNumber) {

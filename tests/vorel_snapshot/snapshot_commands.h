@@ -1,10 +1,13 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <cstdlib>
+#include <ctime>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,6 +20,22 @@ namespace tarnwell::test {
 
 /// The place of a character in a file whose lines are whole, both from 1.
 constexpr std::size_t At(std::size_t line, std::size_t column) { return (line - 1) * 82 + column - 1; }
+
+/// The machine's time zone while it lives.
+class Zone {
+ public:
+  explicit Zone(const char* name) { Set(name); }
+  ~Zone() { Set(m_before); }
+  Zone(const Zone&) = delete;
+  Zone& operator=(const Zone&) = delete;
+
+ private:
+  static void Set(const QByteArray& name) {
+    name.isNull() ? qunsetenv("TZ") : qputenv("TZ", name);
+    tzset();
+  }
+  QByteArray m_before = qEnvironmentVariableIsSet("TZ") ? qgetenv("TZ") : QByteArray();
+};
 
 class SnapshotCommands : public testing::Test {
  protected:
@@ -33,6 +52,12 @@ class SnapshotCommands : public testing::Test {
     m_out = output.out.replace((m_folder.path() + QLatin1Char('/')).toUtf8(), "").toStdString();
     m_err = output.err.replace((m_folder.path() + QLatin1Char('/')).toUtf8(), "").toStdString();
     return code;
+  }
+
+  /// The exit status of a command in the folder.
+  int Shell(const std::string& command) {
+    const int status = std::system(("cd " + m_folder.path().toStdString() + " && " + command).c_str());
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
   }
 
   void Write(const char* name, const std::string& bytes) {

@@ -8,6 +8,8 @@
 #include <array>
 #include <cmath>
 
+#include "tools/shared/overlap.h"
+
 namespace tarnwell::tools {
 
 namespace {
@@ -30,7 +32,11 @@ constexpr double kNoteHeight = 20.0;
 constexpr double kPointRadius = 3.0;
 constexpr double kSmallRadius = 2.0;
 constexpr double kLeastRadius = 1.2;
-constexpr qsizetype kMany = 60;  ///< points of a curve
+constexpr double kLineWidth = 1.8;
+constexpr std::size_t kFew = 3;  ///< curves of which the dashes show the lower ones
+constexpr double kRim = 1.6;
+constexpr double kWidestRim = 10.0;  ///< of a curve below all others
+constexpr qsizetype kMany = 60;      ///< points of a curve
 constexpr double kCrossArm = 4.5;
 constexpr qsizetype kDense = 400;  ///< points of a curve that are drawn as a line alone
 constexpr double kLaneHeight = 18.0;
@@ -212,8 +218,8 @@ void DrawAxisTitles(QPainter& painter, const QRectF& area, const Chart& chart) {
   painter.restore();
 }
 
-QPen PenOf(std::size_t index) {
-  QPen pen(ColourOf(index), 1.8, kDashes[index % kDashes.size()], Qt::FlatCap, Qt::RoundJoin);
+QPen PenOf(std::size_t index, double width) {
+  QPen pen(ColourOf(index), width, kDashes[index % kDashes.size()], Qt::FlatCap, Qt::RoundJoin);
   if (index % kDashes.size() == 0) pen.setCapStyle(Qt::RoundCap);
   return pen;
 }
@@ -236,12 +242,12 @@ void DrawPoint(QPainter& painter, const QPointF& at, double radius, std::size_t 
   painter.drawPolygon(QPolygonF({at + QPointF(0, tip), at + QPointF(r, -tip), at + QPointF(-r, -tip)}));
 }
 
-void DrawRun(QPainter& painter, const QPolygonF& pixels, double radius, std::size_t index) {
+void DrawRun(QPainter& painter, const QPolygonF& pixels, double radius, double width, std::size_t index) {
   painter.setBrush(Qt::NoBrush);
-  painter.setPen(PenOf(index));
+  painter.setPen(PenOf(index, width));
   // One outline of a long curve that crosses itself takes the painter minutes; its lines one by one take none.
   const bool isPicture = painter.paintEngine()->type() == QPaintEngine::Raster;
-  if (isPicture && radius == 0.0 && PenOf(index).style() == Qt::SolidLine) {
+  if (isPicture && radius == 0.0 && PenOf(index, width).style() == Qt::SolidLine) {
     for (qsizetype i = 1; i < pixels.size(); ++i) painter.drawLine(pixels[i - 1], pixels[i]);
   } else {
     painter.drawPolyline(pixels);
@@ -253,23 +259,42 @@ void DrawRun(QPainter& painter, const QPolygonF& pixels, double radius, std::siz
   for (const QPointF& pixel : pixels) DrawPoint(painter, pixel, std::max(radius, kLeastRadius), index);
 }
 
-/// Small where there are many, none where they are dense; of a few curves that may lie on one another the lower ones
-/// show below the upper.
-double PointRadius(const Chart& chart, std::size_t index) {
+/// Curves that may hide this one: of a few, and of tables, all that are drawn later.
+std::size_t CurvesAbove(const Chart& chart, std::size_t index) {
+  const auto later = chart.series.size() - 1 - index;
+  if (chart.series.size() <= kFew || !chart.timeAcross) return later;
+  const Range range = RangeOf(chart, false);
+  const double hair = (range.greatest - range.least) / 200.0;
+  const Series& series = chart.series[index];
+  return static_cast<std::size_t>(std::count_if(chart.series.end() - static_cast<std::ptrdiff_t>(later),
+                                                chart.series.end(),
+                                                [&](const Series& above) { return LieTogether(above, series, hair); }));
+}
+
+/// How far a curve stands out on both sides of those above it, so that equal ones are seen.
+double Rim(const Chart& chart, std::size_t index) {
+  const double step = std::min(kRim, kWidestRim / static_cast<double>(chart.series.size()));
+  return step * static_cast<double>(CurvesAbove(chart, index));
+}
+
+/// Small where there are many, none where they are dense.
+double PointRadius(const Series& series) {
   qsizetype count = 0;
-  for (const QPolygonF& run : chart.series[index].runs) count += run.size();
+  for (const QPolygonF& run : series.runs) count += run.size();
   if (count > kDense) return 0.0;
-  const double below = static_cast<double>(chart.series.size() - 1 - index);
-  return (count > kMany ? kSmallRadius : kPointRadius) + (chart.series.size() <= 3 ? 1.6 * below : 0.0);
+  return count > kMany ? kSmallRadius : kPointRadius;
 }
 
 void DrawSeries(QPainter& painter, const Plane& plane, const Chart& chart, std::size_t index) {
   const Series& series = chart.series[index];
-  const double radius = PointRadius(chart, index);
+  const double rim = Rim(chart, index);
+  const double plain = PointRadius(series);
+  const double radius = plain > 0.0 ? plain + rim : 0.0;
+  const double width = kLineWidth + (chart.series.size() > kFew ? 2.0 * rim : 0.0);
   for (const QPolygonF& run : series.runs) {
     QPolygonF pixels;
     for (const QPointF& point : run) pixels += plane.Pixel(point);
-    DrawRun(painter, pixels, radius, index);
+    DrawRun(painter, pixels, radius, width, index);
   }
 }
 
@@ -321,7 +346,8 @@ void DrawChart(QPainter& painter, const QRectF& area, const Chart& chart) {
 
 void DrawSample(QPainter& painter, const QRectF& area, std::size_t index) {
   const double y = area.center().y();
-  DrawRun(painter, QPolygonF({{area.left(), y}, {area.center().x(), y}, {area.right(), y}}), kPointRadius, index);
+  DrawRun(painter, QPolygonF({{area.left(), y}, {area.center().x(), y}, {area.right(), y}}), kPointRadius, kLineWidth,
+          index);
 }
 
 QFont PictureFont(int pixels, bool bold) {

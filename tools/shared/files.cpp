@@ -5,10 +5,19 @@
 #include <QSaveFile>
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <fstream>
+#include <string_view>
 #include <system_error>
 
 #include "platform/text_encoding.h"
+#include "tools/vorel-line/recording.h"
+#include "tools/vorel-snapshot/snapshot.h"
+
+#ifdef Q_OS_WIN
+#include <fcntl.h>
+#include <io.h>
+#endif
 
 namespace tarnwell::tools {
 
@@ -50,12 +59,23 @@ QString ReasonOf(int error) {
                     : QString::fromLocal8Bit(std::generic_category().message(error).c_str());
 }
 
+/// By what is in it: also one that is damaged, or a further part of a recording.
+bool IsSnapshotOrRecording(const QByteArray& bytes) {
+  const std::string_view start(bytes.constData(), static_cast<std::size_t>(bytes.size()));
+  return start.starts_with(vorel_line::kRecordingHead) || vorel_snapshot::ReadSnapshot(start).known;
+}
+
 /// Why the file may not be put there; empty: nothing is against it.
 QString Objection(const QString& name) {
   const QFileInfo target(name);
   if (HasEscape(name)) return QStringLiteral("a name that is no UTF-8 is only read");
   const bool taken = target.exists() || target.isSymLink();
-  return taken && !target.isFile() ? QStringLiteral("exists and is no regular file: not replaced") : QString();
+  if (!taken) return {};
+  if (!target.isFile()) return QStringLiteral("exists and is no regular file: not replaced");
+  QString unknown;
+  const auto bytes = LoadFile(name, unknown);
+  if (!bytes) return QStringLiteral("exists and can't be read: not replaced");
+  return IsSnapshotOrRecording(*bytes) ? QStringLiteral("is a snapshot or a recording: not replaced") : QString();
 }
 
 /// A disk that fills up takes a part first; why, is told by the write behind it.
@@ -133,8 +153,19 @@ std::optional<QByteArray> LoadFile(const QString& name, QString& error) {
     return std::nullopt;
   }
   bytes.truncate(static_cast<qsizetype>(file.gcount()));
-  if (bytes.size() <= static_cast<qsizetype>(kMostBytes)) return bytes;
-  error = QStringLiteral("larger than any snapshot");
+  return bytes;
+}
+
+std::optional<QByteArray> LoadStandardInput(QString& error) {
+#ifdef Q_OS_WIN
+  _setmode(_fileno(stdin), _O_BINARY);
+#endif
+  QByteArray bytes(static_cast<qsizetype>(kMostBytes) + 1, Qt::Uninitialized);
+  errno = 0;
+  const std::size_t count = std::fread(bytes.data(), 1, static_cast<std::size_t>(bytes.size()), stdin);
+  bytes.truncate(static_cast<qsizetype>(count));
+  if (std::ferror(stdin) == 0) return bytes;
+  error = ReasonOf(errno);
   return std::nullopt;
 }
 

@@ -24,14 +24,17 @@ QString Told(const QString& name, const QString& why);
 /// Some ten snapshots; what is larger is something else.
 inline constexpr std::size_t kMostBytes = 1 << 16;
 
-/// The file's bytes, or why not.
+/// The file's bytes, or why not. Of a larger one kMostBytes and one more, which tells that it is.
 std::optional<QByteArray> LoadFile(const QString& name, QString& error);
+
+/// The same of what comes in on standard input.
+std::optional<QByteArray> LoadStandardInput(QString& error);
 
 /// Whether both name one file that exists, by links too.
 bool IsSameFile(const QString& a, const QString& b);
 
 /// Puts the whole file there, or leaves what was there and says why. What is no regular file isn't replaced: a device,
-/// a pipe or a link to one would be gone.
+/// a pipe or a link to one would be gone. Nor is a snapshot or a recording, which nobody can make anew.
 bool WriteWhole(const QString& name, const QByteArray& bytes, QString& error);
 
 }  // namespace tarnwell::tools

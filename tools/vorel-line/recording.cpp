@@ -9,6 +9,7 @@ namespace tarnwell::vorel_line {
 namespace {
 
 constexpr std::string_view kHeader = "vorel-line recording 1\n";
+static_assert(kHeader.starts_with(kRecordingHead));
 constexpr std::int64_t kStep = 100;                // microseconds
 constexpr std::int64_t kClockEvery = 600'000'000;  // microseconds
 constexpr std::size_t kClockBytes = 10;

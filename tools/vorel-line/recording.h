@@ -37,6 +37,9 @@ inline std::string_view FormatOfNote(std::string_view note) {
   return inForce ? note.substr(kFormat.size()) : std::string_view();
 }
 
+/// What a recording of any version begins with.
+inline constexpr std::string_view kRecordingHead = "vorel-line recording ";
+
 /// Longest text of a record in bytes; a writer splits what is longer.
 inline constexpr std::size_t kLongestRecord = 4096;
 

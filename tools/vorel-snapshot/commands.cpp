@@ -4,6 +4,7 @@
 #include <array>
 
 #include "tools/vorel-snapshot/file_commands.h"
+#include "tools/vorel-snapshot/inputs.h"
 
 namespace tarnwell::vorel_snapshot {
 
@@ -15,6 +16,7 @@ struct Option {
   const char* name;  ///< null: no more
   const char* argument;
   const char* help;
+  bool repeats = false;
 };
 
 struct Command {
@@ -33,15 +35,17 @@ constexpr Option kRecursive = {"recursive", nullptr, "the folders in folders as 
 
 const Command kCommands[] = {
     {"verify",
-     "[--quiet] [--recursive] FILE|FOLDER...",
+     "[--quiet] [--strict] [--recursive] FILE|FOLDER...",
      "say whether files are whole, and what is damaged",
      "Checks each line's length, end and check character, the form of each value, and that\n"
      "all lines are there, once and in order. Of a folder the files that are snapshots by what is\n"
      "in them, whatever their names. The last line counts. Ends with 0 when all are whole, 1 when\n"
-     "one is damaged or empty, 2 when one can't be read.\n",
+     "one is damaged, empty or nothing but zeros, 2 when one can't be read.\n",
      1,
      kManyFiles,
-     {{{"quiet", nullptr, "nothing about files that are whole"}, kRecursive}},
+     {{{"quiet", nullptr, "nothing about files that are whole"},
+       {"strict", nullptr, "a file in a folder that is no snapshot is a failure"},
+       kRecursive}},
      Verify},
     {"list",
      "[--by COLUMN] [--recursive] FILE|FOLDER...",
@@ -63,8 +67,8 @@ const Command kCommands[] = {
      "[--readings] BEFORE AFTER",
      "print what changed between two snapshots",
      "By label and by table point. Program, description and time head the report and don't\n"
-     "count; nor do two different numbers of a measured value. Ends with 0 for no difference\n"
-     "that counts, 1 for one or for a damaged file.\n",
+     "count; nor do two different numbers of a measured value. What may be damage is marked \"!\" and\n"
+     "counted apart. Ends with 0 for no difference that counts, 1 for one, 4 for a damaged file.\n",
      2,
      2,
      {{{"readings", nullptr, "measured values (levels, temperatures, rails) count as well"}}},
@@ -85,7 +89,7 @@ const Command kCommands[] = {
      "disabled or was not read is left out and counted. Ends with 3 when there is nothing to draw.\n",
      1,
      kManyFiles,
-     {{{"of", "VALUE", "such as \"rf level\" or \"rf level table:8\", a table's point; may be repeated"},
+     {{{"of", "VALUE", "such as \"rf level\" or \"rf level table:8\", a table's point; may be repeated", true},
        {"by", "WHAT", "devices told apart by address (and model), description or folder"},
        {"o", "OUT", "the picture or the values, by its ending"},
        kRecursive}},
@@ -113,7 +117,12 @@ QString ProgramHelp() {
   text += QLatin1Char('\n') + HelpRow(QStringLiteral("--help"), "print this; behind a command, what that takes") +
           HelpRow(QStringLiteral("--version"), "print the version");
   return text + QStringLiteral(
-                    "\nExit status: 0 fine, 1 damaged or different, 2 unreadable or wrong usage, 3 nothing to draw.\n");
+                    "\nExit status: 0 fine, 1 damaged, or different, 2 unreadable or wrong usage, 3 nothing to draw,\n"
+                    "4 diff of a damaged file. The file - is standard input.\n");
+}
+
+QString OptionName(const Option& option) {
+  return QLatin1String(option.name[1] != '\0' ? "--" : "-") + QLatin1String(option.name);
 }
 
 QString CommandHelp(const Command& command) {
@@ -122,8 +131,7 @@ QString CommandHelp(const Command& command) {
                           QString::fromLatin1(command.details));
   for (const Option& option : command.options) {
     if (!option.name) continue;
-    const bool isLong = option.name[1] != '\0';
-    const QString name = QLatin1String(isLong ? "--" : "-") + QLatin1String(option.name);
+    const QString name = OptionName(option);
     text += QLatin1Char('\n') +
             HelpRow(option.argument ? name + QLatin1Char(' ') + QLatin1String(option.argument) : name, option.help);
   }
@@ -134,6 +142,15 @@ int Misused(Output& output, const QString& why) {
   Complain(output, why);
   output.err += "vorel-snapshot --help lists the commands.\n";
   return kExitUnreadable;
+}
+
+/// The first option, or standard input, that stands more often than it can; else nothing.
+QString GivenTwice(const Command& command, const QCommandLineParser& parser) {
+  const QStringList given = parser.optionNames();
+  for (const Option& option : command.options) {
+    if (option.name && !option.repeats && given.count(QLatin1String(option.name)) > 1) return OptionName(option);
+  }
+  return parser.positionalArguments().count(kStandardInput) > 1 ? QString(kStandardInput) : QString();
 }
 
 int RunCommand(const Command& command, const QStringList& arguments, Output& output) {
@@ -150,6 +167,8 @@ int RunCommand(const Command& command, const QStringList& arguments, Output& out
     output.out += CommandHelp(command).toUtf8();
     return kExitFine;
   }
+  const QString twice = GivenTwice(command, parser);
+  if (!twice.isEmpty()) return Misused(output, QStringLiteral("%1: %2 is given twice").arg(name, twice));
   const QStringList files = parser.positionalArguments();
   if (files.size() < command.leastFiles || files.size() > command.mostFiles) {
     return Misused(output, QStringLiteral("usage: %1 %2").arg(name, QLatin1String(command.arguments)));

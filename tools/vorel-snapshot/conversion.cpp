@@ -13,6 +13,13 @@ constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
 constexpr std::string_view kUtf16Mark = "\xFF\xFE";
 constexpr std::string_view kBigUtf16Mark = "\xFE\xFF";
 
+// A mark at the front is no character of the console's encoding.
+constexpr const char* kUtf8Cure = "iconv -f UTF-8 -t WINDOWS-1252 FILE >NEW";
+constexpr const char* kMarkedUtf8Cure = "tail -c +4 FILE | iconv -f UTF-8 -t WINDOWS-1252 >NEW";
+constexpr const char* kMarkedUtf16Cure = "iconv -f UTF-16 -t WINDOWS-1252 FILE >NEW";
+constexpr std::array kUtf16Cures = {"iconv -f UTF-16LE -t WINDOWS-1252 FILE >NEW",
+                                    "iconv -f UTF-16BE -t WINDOWS-1252 FILE >NEW"};
+
 unsigned Byte(std::string_view text, std::size_t at) { return static_cast<unsigned char>(text[at]); }
 
 bool IsFollower(char c) { return (static_cast<unsigned char>(c) & 0xC0U) == 0x80; }
@@ -63,11 +70,13 @@ std::optional<std::size_t> LowByteOfPairs(std::string_view text) {
 }  // namespace
 
 std::optional<Conversion> FindConversion(std::string_view file) {
-  if (file.starts_with(kUtf16Mark)) return Conversion{"UTF-16", FromUtf16(file.substr(2), 0)};
-  if (file.starts_with(kBigUtf16Mark)) return Conversion{"UTF-16", FromUtf16(file.substr(2), 1)};
-  if (const auto low = LowByteOfPairs(file)) return Conversion{"UTF-16", FromUtf16(file, *low)};
-  std::string bytes = FromUtf8(file.substr(file.starts_with(kUtf8Mark) ? kUtf8Mark.size() : 0));
-  return bytes == file ? std::nullopt : std::optional(Conversion{"UTF-8", std::move(bytes)});
+  if (file.starts_with(kUtf16Mark)) return Conversion{"UTF-16", kMarkedUtf16Cure, FromUtf16(file.substr(2), 0)};
+  if (file.starts_with(kBigUtf16Mark)) return Conversion{"UTF-16", kMarkedUtf16Cure, FromUtf16(file.substr(2), 1)};
+  if (const auto low = LowByteOfPairs(file)) return Conversion{"UTF-16", kUtf16Cures[*low], FromUtf16(file, *low)};
+  const bool marked = file.starts_with(kUtf8Mark);
+  std::string bytes = FromUtf8(file.substr(marked ? kUtf8Mark.size() : 0));
+  if (bytes == file) return std::nullopt;
+  return Conversion{"UTF-8", marked ? kMarkedUtf8Cure : kUtf8Cure, std::move(bytes)};
 }
 
 }  // namespace tarnwell::vorel_snapshot

@@ -9,6 +9,7 @@ namespace tarnwell::vorel_snapshot {
 /// A file that another program stored in another encoding.
 struct Conversion {
   const char* encoding;  ///< that it is in
+  const char* cure;      ///< the command that takes it back
   std::string bytes;     ///< in that of the console
 };
 

@@ -1,6 +1,5 @@
 #include "tools/vorel-snapshot/describe.h"
 
-#include <QDateTime>
 #include <algorithm>
 
 #include "platform/text_encoding.h"
@@ -22,10 +21,12 @@ QString ValueText(const Value& value, std::string_view unit) {
     case Value::Kind::kError:
       return (value.text == kUnknown ? QStringLiteral("unknown (%1)") : QStringLiteral("not read (%1)"))
           .arg(Text(value.text));
+    case Value::Kind::kCut:
+      return QStringLiteral("cut");
     case Value::Kind::kLost:
       break;
   }
-  return QStringLiteral("lost");
+  return value.text.empty() ? QStringLiteral("lost") : Text(value.text);
 }
 
 QString EntryText(const Entry& entry) {
@@ -36,7 +37,7 @@ QString EntryText(const Entry& entry) {
 }
 
 QString PointText(const Point& point) {
-  if (point.first.kind == Value::Kind::kLost) return QStringLiteral("lost");
+  if (point.first.text.empty()) return ValueText(point.first, {});
   return QStringLiteral("(%1, %2)").arg(Text(point.first.text), Text(point.second.text));
 }
 
@@ -62,13 +63,42 @@ QString KindText(const Snapshot& snapshot) {
   return snapshot.kind == Kind::kController ? QStringLiteral("redundancy controller") : QStringLiteral("amplifier");
 }
 
+QString StateText(const Snapshot& snapshot) {
+  if (snapshot.foreign) return KindText(snapshot);
+  return (snapshot.faults.empty() ? QStringLiteral("whole") : QStringLiteral("damaged")) + NotReadText(snapshot);
+}
+
+QString NotReadText(const Snapshot& snapshot) {
+  const auto isNotRead = [](const Value& value) {
+    return value.kind == Value::Kind::kError && value.text == kNotReadMark;
+  };
+  std::ptrdiff_t count = 0;
+  for (const Entry& entry : snapshot.entries) {
+    count += isNotRead(entry.value) ? 1 : 0;
+    count += std::count_if(entry.points.begin(), entry.points.end(),
+                           [&](const Point& point) { return isNotRead(point.second); });
+  }
+  if (count == 0) return {};
+  return QStringLiteral(", %1 %2 not read")
+      .arg(count)
+      .arg(count == 1 ? QStringLiteral("value") : QStringLiteral("values"));
+}
+
 QString Model(const Snapshot& snapshot) {
   return TextOf(snapshot, snapshot.kind == Kind::kController ? "redundancy controller" : "sspa");
 }
 
+QDateTime TimeOf(const QString& text) {
+  const QDate date = QDate::fromString(text.section(QLatin1Char(' '), 0, 0), QStringLiteral("dd/MM/yyyy"));
+  const QTime time = QTime::fromString(text.section(QLatin1Char(' '), 1), QStringLiteral("hh:mm:ss"));
+  return date.isValid() && time.isValid() ? QDateTime(date, time, Qt::UTC) : QDateTime();
+}
+
+QString IsoTime(const QDateTime& time) { return time.toString(QStringLiteral("yyyy-MM-ddThh:mm:ss")); }
+
 QString IsoTime(const QString& text) {
-  const QDateTime time = QDateTime::fromString(text, QStringLiteral("dd/MM/yyyy hh:mm:ss"));
-  return time.isValid() ? time.toString(Qt::ISODate) : text;
+  const QDateTime time = TimeOf(text);
+  return time.isValid() ? IsoTime(time) : text;
 }
 
 QString TextOf(const Snapshot& snapshot, std::string_view label) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -28,10 +29,23 @@ QString FaultText(const QString& file, const Fault& fault);
 /// All of them, one a line.
 QString FaultLines(const QString& file, const Snapshot& snapshot);
 
+/// "whole", "whole, 107 values not read", "damaged", "not a snapshot".
+QString StateText(const Snapshot& snapshot);
+
+/// ", 107 values not read"; empty where all were. A table's point is one value.
+QString NotReadText(const Snapshot& snapshot);
+
 /// What the device calls itself.
 QString Model(const Snapshot& snapshot);
 
-/// "2007-03-14T09:26:41" of a time as it stands in the file, or the text as it is where it is no date.
+/// The time that stands in the file, or an invalid one. It has no zone: the reader's may lack that hour, so that the
+/// clock's digits stand as UTC.
+QDateTime TimeOf(const QString& text);
+
+/// "2007-03-14T09:26:41"
+QString IsoTime(const QDateTime& time);
+
+/// The same of a time as it stands in the file, or the text as it is where it is no date.
 QString IsoTime(const QString& text);
 
 /// "amplifier", "redundancy controller" or "not a snapshot".

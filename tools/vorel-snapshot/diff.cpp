@@ -1,5 +1,9 @@
 #include "tools/vorel-snapshot/diff.h"
 
+#include <algorithm>
+#include <string>
+#include <vector>
+
 #include "tools/vorel-snapshot/describe.h"
 
 namespace tarnwell::vorel_snapshot {
@@ -17,7 +21,27 @@ QString Heading(char mark, const NamedSnapshot& named) {
 }
 
 QString ChangeLine(const QString& label, const QString& from, const QString& to) {
-  return QStringLiteral("  %1 %2 -> %3\n").arg(label, -kLabelWidth).arg(from, -kValueWidth).arg(to);
+  return QStringLiteral(" %1 %2 -> %3\n").arg(label, -kLabelWidth).arg(from, -kValueWidth).arg(to);
+}
+
+/// Those of `some` that `others` hasn't.
+QString Without(std::vector<std::string> some, const std::vector<std::string>& others) {
+  for (const std::string& other : others) {
+    if (const auto same = std::find(some.begin(), some.end(), other); same != some.end()) some.erase(same);
+  }
+  QStringList left;
+  for (const std::string& alarm : some) left += Text(alarm);
+  return left.join(QStringLiteral(", "));
+}
+
+/// "come: SIMULATED; gone: AUXILIARY"; empty where both have the same.
+QString ListChange(const Entry& before, const Entry& after) {
+  const QString come = Without(after.alarms, before.alarms);
+  const QString gone = Without(before.alarms, after.alarms);
+  QStringList parts;
+  if (!come.isEmpty()) parts += QStringLiteral("come: ") + come;
+  if (!gone.isEmpty()) parts += QStringLiteral("gone: ") + gone;
+  return parts.join(QStringLiteral("; "));
 }
 
 /// Numbers by their value: "0.5" is ".5".
@@ -31,7 +55,11 @@ bool IsSame(const Entry& before, const Entry& after) {
          before.points.size() == after.points.size();
 }
 
-/// The two lists of changes, filled row by row.
+/// A whole file has every line of its kind.
+bool IsDamaged(const Entry* entry) { return !entry || entry->damaged || entry->value.kind == Value::Kind::kLost; }
+bool IsDamaged(const Point& point) { return point.damaged || point.second.kind == Value::Kind::kLost; }
+
+/// The lists of what differs, filled row by row.
 class Comparison {
  public:
   explicit Comparison(bool readingsCount) : m_readingsCount(readingsCount) {}
@@ -39,32 +67,54 @@ class Comparison {
   void Compare(const Row& row, const Entry* before, const Entry* after) {
     if (row.role == Role::kHeading || (!before && !after)) return;
     if (before && after && IsSame(*before, *after)) return ComparePoints(*before, *after);
-    const bool mereReading = IsMereReading(row, before, after);
-    Tell(Text((after ? after : before)->name), Describe(before), Describe(after), mereReading);
+    Part& part = IsDamaged(before) || IsDamaged(after) ? m_damaged
+                 : IsMereReading(row, *before, *after) ? m_readings
+                                                       : m_changes;
+    part.Add(Line(row, before, after));
   }
 
   Differences Report(const QString& heading) const {
-    QString report = heading;
-    if (!m_changes.isEmpty()) report += QStringLiteral("\nchanged\n") + m_changes;
-    if (!m_readings.isEmpty()) report += QStringLiteral("\nmeasured, not counted\n") + m_readings;
-    if (m_count == 0) return {report + QStringLiteral("\nno difference that counts\n"), m_count};
-    return {report + QStringLiteral("\n%1 %2\n")
-                         .arg(m_count)
-                         .arg(m_count == 1 ? QStringLiteral("difference") : QStringLiteral("differences")),
-            m_count};
+    const QString total = m_changes.count == 0   ? QStringLiteral("no difference that counts")
+                          : m_changes.count == 1 ? QStringLiteral("1 difference")
+                                                 : QStringLiteral("%1 differences").arg(m_changes.count);
+    const QString damage = m_damaged.count == 0 ? QString() : QStringLiteral(", %1 in damage").arg(m_damaged.count);
+    return {heading + m_changes.Page() + m_readings.Page() + m_damaged.Page() + QLatin1Char('\n') + total + damage +
+                QLatin1Char('\n'),
+            m_changes.count};
   }
 
  private:
+  struct Part {
+    const char* title;
+    char mark = ' ';
+    QString lines = {};
+    std::size_t count = 0;
+
+    void Add(const QString& line) {
+      lines += QLatin1Char(mark) + line;
+      ++count;
+    }
+    QString Page() const { return count == 0 ? QString() : QStringLiteral("\n%1\n").arg(QLatin1String(title)) + lines; }
+  };
+
   static QString Describe(const Entry* entry) {
     if (!entry) return QStringLiteral("(no such line)");
     if (!entry->points.empty()) return QStringLiteral("%1 points").arg(entry->points.size());
     return EntryText(*entry);
   }
 
-  bool IsMereReading(const Row& row, const Entry* before, const Entry* after) const {
-    const auto isNumber = [](const Entry* entry) { return entry && entry->value.kind == Value::Kind::kNumber; };
+  static QString Line(const Row& row, const Entry* before, const Entry* after) {
+    const QString label = Text((after ? after : before)->name);
+    const bool lists = row.form == Form::kAlarms && before && after && before->HasContents() && after->HasContents();
+    const QString change = lists ? ListChange(*before, *after) : QString();
+    if (change.isEmpty()) return ChangeLine(label, Describe(before), Describe(after));
+    return QStringLiteral(" %1 %2\n").arg(label, -kLabelWidth).arg(change);
+  }
+
+  bool IsMereReading(const Row& row, const Entry& before, const Entry& after) const {
+    const auto isNumber = [](const Entry& entry) { return entry.value.kind == Value::Kind::kNumber; };
     return !m_readingsCount && row.role == Role::kReading && isNumber(before) && isNumber(after) &&
-           before->name == after->name;
+           before.name == after.name;
   }
 
   void ComparePoints(const Entry& before, const Entry& after) {
@@ -73,19 +123,14 @@ class Comparison {
       const Point& to = after.points[i];
       if (IsSame(from.first, to.first) && IsSame(from.second, to.second)) continue;
       const QString label = QStringLiteral("%1, point %2").arg(Text(after.name)).arg(i + 1);
-      Tell(label, PointText(from), PointText(to), false);
+      (IsDamaged(from) || IsDamaged(to) ? m_damaged : m_changes).Add(ChangeLine(label, PointText(from), PointText(to)));
     }
   }
 
-  void Tell(const QString& label, const QString& from, const QString& to, bool mereReading) {
-    (mereReading ? m_readings : m_changes) += ChangeLine(label, from, to);
-    if (!mereReading) ++m_count;
-  }
-
   bool m_readingsCount;
-  QString m_changes;
-  QString m_readings;
-  std::size_t m_count = 0;
+  Part m_changes{"changed"};
+  Part m_readings{"measured, not counted"};
+  Part m_damaged{"damaged, counted apart", '!'};
 };
 
 }  // namespace
@@ -93,7 +138,7 @@ class Comparison {
 Differences Diff(const NamedSnapshot& before, const NamedSnapshot& after, bool readingsCount) {
   const QString heading = Heading('-', before) + Heading('+', after);
   for (const NamedSnapshot* named : {&before, &after}) {
-    if (!named->snapshot.known) return {QStringLiteral("%1: %2\n").arg(named->file, KindText(named->snapshot)), 1};
+    if (!named->snapshot.known) return {QStringLiteral("%1: %2\n").arg(named->file, StateText(named->snapshot)), 0};
   }
   if (before.snapshot.kind != after.snapshot.kind) {
     return {heading + QStringLiteral("\none is of an amplifier, the other of a redundancy controller\n"), 1};

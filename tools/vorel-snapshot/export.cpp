@@ -15,6 +15,7 @@ namespace {
 /// The error of a value; nothing for one that is there, disabled or not in the device.
 QString ErrorText(const Value& value) {
   if (value.kind == Value::Kind::kLost) return QStringLiteral("lost");
+  if (value.kind == Value::Kind::kCut) return QStringLiteral("cut");
   return value.kind == Value::Kind::kError ? Text(value.text) : QString();
 }
 
@@ -51,6 +52,7 @@ void PutUnit(QJsonObject& object, std::string_view unit) {
 
 void PutState(QJsonObject& object, const Value& value, bool damaged) {
   if (const QString error = ErrorText(value); !error.isEmpty()) object[QLatin1String("error")] = error;
+  if (value.kind == ValueKind::kLost && !value.text.empty()) object[QLatin1String("text")] = Text(value.text);
   if (value.kind == ValueKind::kDisabled) object[QLatin1String("disabled")] = true;
   if (damaged) object[QLatin1String("damaged")] = true;
 }
@@ -136,7 +138,8 @@ QByteArray ExportJson(const QString& file, const Snapshot& snapshot) {
   for (const Entry& entry : snapshot.entries) entries.append(JsonEntry(entry));
   QJsonArray faults;
   for (const Fault& fault : snapshot.faults) faults.append(JsonFault(fault));
-  const QJsonObject whole{{QStringLiteral("file"), file},
+  const QJsonObject whole{{QStringLiteral("schema"), kJsonSchema},
+                          {QStringLiteral("file"), file},
                           {QStringLiteral("kind"), KindText(snapshot)},
                           {QStringLiteral("damage"), faults},
                           {QStringLiteral("entries"), entries}};

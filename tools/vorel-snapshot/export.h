@@ -8,6 +8,9 @@
 
 namespace tarnwell::vorel_snapshot {
 
+/// Becomes another where a field goes or means something else; a further field is no reason.
+inline constexpr int kJsonSchema = 1;
+
 /// One JSON object, UTF-8; its form is told in the manual page.
 QByteArray ExportJson(const QString& file, const Snapshot& snapshot);
 

@@ -20,7 +20,7 @@ namespace {
 /// For a command that goes on with what it could read: the damage is told on standard error.
 std::optional<Snapshot> ReadAndTell(const QString& path, Output& output) {
   auto snapshot = ReadNamed(path, output);
-  if (snapshot) output.err += FaultLines(tools::ShownName(path), *snapshot).toUtf8();
+  if (snapshot) output.err += FaultLines(ShownName(path), *snapshot).toUtf8();
   return snapshot;
 }
 
@@ -33,8 +33,7 @@ void Complain(Output& output, const QString& text) {
 int Deliver(Call& call, const QString& path, const QByteArray& bytes, int code) {
   QString error;
   const auto isTarget = [&](const QString& file) { return tools::IsSameFile(file, path); };
-  const QStringList read = call.files + call.found;
-  if (std::any_of(read.begin(), read.end(), isTarget)) {
+  if (std::any_of(call.files.begin(), call.files.end(), isTarget)) {
     error = QStringLiteral("is read by this command: not replaced");
   } else if (tools::WriteWhole(path, bytes, error)) {
     return code;
@@ -46,7 +45,7 @@ int Deliver(Call& call, const QString& path, const QByteArray& bytes, int code) 
 int ShowFile(Call& call) {
   const auto snapshot = ReadAndTell(call.files[0], call.output);
   if (!snapshot) return kExitUnreadable;
-  call.output.out += Show(tools::ShownName(call.files[0]), *snapshot).toUtf8();
+  call.output.out += Show(ShownName(call.files[0]), *snapshot).toUtf8();
   return ExitOf(*snapshot);
 }
 
@@ -55,10 +54,10 @@ int DiffFiles(Call& call) {
   const auto after = ReadAndTell(call.files[1], call.output);
   if (!before || !after) return kExitUnreadable;
   const Differences found =
-      Diff({tools::ShownName(call.files[0]), *before}, {tools::ShownName(call.files[1]), *after}, call.Has("readings"));
+      Diff({ShownName(call.files[0]), *before}, {ShownName(call.files[1]), *after}, call.Has("readings"));
   call.output.out += found.report.toUtf8();
-  const bool whole = before->faults.empty() && after->faults.empty();
-  return found.count == 0 && whole ? kExitFine : kExitDamaged;
+  if (!before->faults.empty() || !after->faults.empty()) return kExitDiffDamaged;
+  return found.count == 0 ? kExitFine : kExitDiffers;
 }
 
 int ExportFile(Call& call) {
@@ -68,8 +67,7 @@ int ExportFile(Call& call) {
   }
   const auto snapshot = ReadAndTell(call.files[0], call.output);
   if (!snapshot) return kExitUnreadable;
-  const QByteArray bytes =
-      call.Has("json") ? ExportJson(tools::ShownName(call.files[0]), *snapshot) : ExportCsv(*snapshot);
+  const QByteArray bytes = call.Has("json") ? ExportJson(ShownName(call.files[0]), *snapshot) : ExportCsv(*snapshot);
   if (call.Has("o")) return Deliver(call, call.parser.value(QStringLiteral("o")), bytes, ExitOf(*snapshot));
   call.output.out += bytes;
   return ExitOf(*snapshot);
@@ -93,7 +91,7 @@ int PlotFile(Call& call) {
       return kExitNoTables;
     }
     worst = std::max(worst, ExitOf(*snapshot));
-    snapshots.push_back({tools::ShownName(QFileInfo(file).fileName()), std::move(*snapshot)});
+    snapshots.push_back({ShownName(QFileInfo(file).fileName()), std::move(*snapshot)});
   }
   const tools::Page page = PlotPage(snapshots);
   if (!page.charts.empty()) return Deliver(call, path, tools::DrawPage(page, format), worst);

@@ -15,7 +15,6 @@ struct Call {
   const QCommandLineParser& parser;
   QStringList files;
   Output& output;
-  QStringList found = {};  ///< the snapshots that were read in folders
 
   bool Has(const char* option) const { return parser.isSet(QLatin1String(option)); }
 };

@@ -39,8 +39,9 @@ QString VerdictLines(const Input& input) {
   if (!snapshot.known) return damage;
   const auto faults = snapshot.faults.size();
   return damage + input.name + QStringLiteral(": ") +
-         (faults == 0 ? QStringLiteral("whole, %1, %2 lines\n").arg(KindText(snapshot)).arg(snapshot.lines)
-                      : QStringLiteral("damaged, %1 told\n").arg(faults));
+         (faults == 0
+              ? QStringLiteral("%1, %2, %3 lines\n").arg(StateText(snapshot), KindText(snapshot)).arg(snapshot.lines)
+              : QStringLiteral("damaged, %1 told%2\n").arg(faults).arg(NotReadText(snapshot)));
 }
 
 /// For a command that goes on with what it could read: the damage is told on standard error. Gives the exit code.
@@ -58,15 +59,12 @@ using ListRow = std::array<QString, kColumns>;
 
 ListRow RowOf(const Input& input) {
   const Snapshot& snapshot = input.snapshot;
-  const QString state = !snapshot.known           ? KindText(snapshot)
-                        : snapshot.faults.empty() ? QStringLiteral("whole")
-                                                  : QStringLiteral("damaged");
   ListRow row = {IsoTime(TextOf(snapshot, "time")).replace(QLatin1Char('T'), QLatin1Char(' ')),
                  Model(snapshot),
                  TextOf(snapshot, "address"),
                  TextOf(snapshot, "firmware"),
                  TextOf(snapshot, "file description"),
-                 state,
+                 StateText(snapshot),
                  input.name};
   for (QString& cell : row) cell = cell.isEmpty() ? QStringLiteral("-") : cell;
   return row;
@@ -127,9 +125,10 @@ int Verify(Call& call) {
   int worst = kExitFine;
   const Missed missed = ReadInputs(call, [&](const Input& input) {
     const bool whole = input.snapshot.faults.empty();
-    ++(whole ? counts.whole : input.snapshot.known ? counts.damaged : counts.foreign);
-    if (!call.Has("quiet") || !(whole || input.IsForeign())) call.output.out += VerdictLines(input).toUtf8();
-    if (!whole && !input.IsForeign()) worst = kExitDamaged;
+    const bool passed = whole || (input.IsForeign() && !call.Has("strict"));
+    ++(whole ? counts.whole : input.snapshot.foreign ? counts.foreign : counts.damaged);
+    if (!call.Has("quiet") || !passed) call.output.out += VerdictLines(input).toUtf8();
+    if (!passed) worst = kExitDamaged;
   });
   counts.unreadable = missed.files;
   call.output.out += CountsLine(counts).toUtf8();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -22,7 +23,7 @@ class InputReader {
   Missed All() {
     for (const QString& name : m_call.files) {
       std::error_code none;
-      if (!fs::is_directory(tools::PathOf(name), none)) {
+      if (name == kStandardInput || !fs::is_directory(tools::PathOf(name), none)) {
         ReadFile(name, true);
         continue;
       }
@@ -44,9 +45,8 @@ class InputReader {
       ++m_missed.files;
       return;
     }
-    Input input{tools::ShownName(name), name, named, std::move(*snapshot)};
+    Input input{ShownName(name), name, named, std::move(*snapshot)};
     if (!input.IsForeign()) ++m_snapshots;
-    if (!named && input.snapshot.known) m_call.found += name;
     m_take(input);
   }
 
@@ -73,10 +73,7 @@ class InputReader {
     if (entry.is_directory(none) && !entry.is_symlink(none)) {
       if (m_recursive) ReadFolder(name);
     } else if (entry.is_regular_file(none)) {
-      if (entry.file_size(none) <= tools::kMostBytes) return ReadFile(name, false);
-      Input large{tools::ShownName(name), name, false, {.known = false, .lines = 1}};
-      large.snapshot.faults = {{0, 0, "not a snapshot: larger than any"}};
-      m_take(large);
+      ReadFile(name, false);
     }
   }
 
@@ -87,12 +84,25 @@ class InputReader {
   Missed m_missed;
 };
 
+/// Something may stand behind a snapshot that made its file larger than any: that is read as far as one goes.
+Snapshot ReadBytes(std::string_view bytes) {
+  Snapshot snapshot = ReadSnapshot(bytes.substr(0, tools::kMostBytes));
+  if (bytes.size() <= tools::kMostBytes) return snapshot;
+  if (!snapshot.known) return {.known = false, .foreign = true, .faults = {{0, 0, "not a snapshot: larger than any"}}};
+  snapshot.faults.insert(snapshot.faults.begin(), {0, 0, "larger than any snapshot: its first 64 KiB are read"});
+  return snapshot;
+}
+
 }  // namespace
+
+QString ShownName(const QString& path) {
+  return path == kStandardInput ? QStringLiteral("standard input") : tools::ShownName(path);
+}
 
 std::optional<Snapshot> ReadNamed(const QString& path, Output& output) {
   QString error;
-  const auto bytes = tools::LoadFile(path, error);
-  if (bytes) return ReadSnapshot({bytes->constData(), static_cast<std::size_t>(bytes->size())});
+  const auto bytes = path == kStandardInput ? tools::LoadStandardInput(error) : tools::LoadFile(path, error);
+  if (bytes) return ReadBytes({bytes->constData(), static_cast<std::size_t>(bytes->size())});
   Complain(output, tools::Told(path, error));
   return std::nullopt;
 }

@@ -15,9 +15,15 @@ struct Input {
   bool named;    ///< by the operator; else found in a folder
   Snapshot snapshot;
 
-  /// Something else that stands in the folder. An empty file isn't: it may be what is left of a snapshot.
-  bool IsForeign() const { return !named && !snapshot.known && snapshot.lines > 0; }
+  /// Something else that stands in the folder.
+  bool IsForeign() const { return !named && snapshot.foreign; }
 };
+
+/// A file's name that stands for standard input.
+inline constexpr QLatin1String kStandardInput("-");
+
+/// The name as it is shown.
+QString ShownName(const QString& path);
 
 /// The file, or nothing: why not is told on standard error.
 std::optional<Snapshot> ReadNamed(const QString& path, Output& output);

@@ -1,6 +1,7 @@
 #include "tools/vorel-snapshot/lines.h"
 
 #include <algorithm>
+#include <array>
 
 #include "snapshot/snapshot_line.h"
 
@@ -9,6 +10,9 @@ namespace tarnwell::vorel_snapshot {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";
+/// A copy as text to a system whose own end is CR LF adds a second CR.
+constexpr std::string_view kDoubledEnd = "\r\r\n";
+constexpr std::array kLongEnds = {kLineEnd, kDoubledEnd};
 
 bool IsControl(char c) { return (c >= 0 && c < ' ') || c == 0x7F; }
 
@@ -40,7 +44,9 @@ std::vector<Line> SplitLines(std::string_view file) {
   while (!file.empty()) {
     const std::size_t length = std::min(file.find_first_of(kLineEnd), file.size());
     const std::string_view rest = file.substr(length);
-    const std::size_t end = rest.starts_with(kLineEnd) ? 2 : std::min<std::size_t>(rest.size(), 1);
+    const auto isAhead = [&](std::string_view end) { return rest.starts_with(end); };
+    const auto* const known = std::find_if(kLongEnds.begin(), kLongEnds.end(), isAhead);
+    const std::size_t end = known != kLongEnds.end() ? known->size() : std::min<std::size_t>(rest.size(), 1);
     lines.push_back({file.substr(0, length), rest.substr(0, end)});
     file = rest.substr(end);
   }
@@ -88,7 +94,13 @@ std::optional<std::string_view> SharedWrongEnd(const std::vector<Line>& lines) {
 std::string EndName(std::string_view end) {
   if (end == "\n") return "LF";
   if (end == "\r") return "CR";
+  if (end == kDoubledEnd) return "CR CR LF";
   return end.empty() ? "no line end" : "CR LF";
+}
+
+std::string EndCure(std::string_view end) {
+  const char* const script = end == "\n" ? R"(s/$/\r/)" : end == "\r" ? R"(s/\r/\r\n/g)" : R"(s/\r\r$/\r/)";
+  return "sed '" + std::string(script) + "' FILE >NEW";
 }
 
 }  // namespace tarnwell::vorel_snapshot

@@ -18,7 +18,7 @@ struct Fault {
 /// One line as it stands in the file, a part of the file's bytes.
 struct Line {
   std::string_view body;  ///< the check character included, the line end not
-  std::string_view end;   ///< CR LF in a whole file; LF, CR or nothing in a damaged one
+  std::string_view end;   ///< CR LF in a whole file; LF, CR, CR CR LF or nothing in a damaged one
 };
 
 std::vector<Line> SplitLines(std::string_view file);
@@ -38,5 +38,8 @@ std::optional<std::string_view> SharedWrongEnd(const std::vector<Line>& lines);
 
 /// "LF", "CR LF", "no line end".
 std::string EndName(std::string_view end);
+
+/// The command that gives lines with that wrong end their own again.
+std::string EndCure(std::string_view end);
 
 }  // namespace tarnwell::vorel_snapshot

@@ -1,5 +1,6 @@
 #include <QGuiApplication>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -20,6 +21,9 @@ bool Print(const QByteArray& bytes, std::FILE* stream) {
 }
 
 int Main(int argc, char** argv) {
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN);  // a file at its limit is told like a full disk
+#endif
   QStringList arguments;
   for (int i = 1; i < argc; ++i) arguments += tarnwell::tools::NameFromBytes(argv[i]);
   std::unique_ptr<QGuiApplication> painting;

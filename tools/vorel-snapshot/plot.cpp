@@ -53,6 +53,7 @@ class SeriesFiller {
     const QString sign = m_series.marked.empty() ? QString() : QString(QChar(0x00D7)) + QLatin1Char(' ');
     if (!m_disabled.empty()) notes += sign + QStringLiteral("disabled: ") + Positions(m_disabled);
     if (!m_notRead.empty()) notes += QStringLiteral("not read: ") + Positions(m_notRead);
+    if (!m_cut.empty()) notes += QStringLiteral("cut by the end of the line: ") + Positions(m_cut);
     if (!m_damaged.empty()) notes += QStringLiteral("damaged: ") + Positions(m_damaged);
     return notes.join(QStringLiteral("; "));
   }
@@ -61,6 +62,7 @@ class SeriesFiller {
   void Take(const Point& point, int position) {
     if (point.damaged || point.second.kind == Value::Kind::kLost) return LeaveOut(m_damaged, position);
     if (point.second.kind == Value::Kind::kError) return LeaveOut(m_notRead, position);
+    if (point.second.kind == Value::Kind::kCut) return LeaveOut(m_cut, position);
     if (point.second.kind == Value::Kind::kDisabled) {
       // Where the second field runs across, its place is just what is disabled.
       if (point.first.kind == Value::Kind::kNumber && !m_secondAcross) m_series.marked.push_back(point.first.number);
@@ -82,6 +84,7 @@ class SeriesFiller {
   tools::Series m_series;
   std::vector<int> m_disabled;
   std::vector<int> m_notRead;
+  std::vector<int> m_cut;
   std::vector<int> m_damaged;
 };
 

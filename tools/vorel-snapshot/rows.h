@@ -22,6 +22,10 @@ enum class Form {
   kTable         ///< points in brackets, on a fixed count of lines
 };
 
+constexpr bool IsNumeric(Form form) {
+  return form == Form::kAddress || form == Form::kNumber || form == Form::kLimit || form == Form::kDegrees;
+}
+
 /// What a difference between two snapshots says.
 enum class Role {
   kHeading,  ///< of the file, not of the device

@@ -17,9 +17,7 @@ QString EntryLine(const Entry& entry) {
   return Mark(entry.damaged) + Text(entry.name).leftJustified(kLabelWidth) + text + QLatin1Char('\n');
 }
 
-QString FieldText(const Value& value) {
-  return value.kind == Value::Kind::kLost ? QStringLiteral("lost") : Text(value.text);
-}
+QString FieldText(const Value& value) { return value.text.empty() ? ValueText(value, {}) : Text(value.text); }
 
 QString PointRow(const QString& point, const QString& first, const QString& second, const TableShape& shape) {
   const auto width = [](const Field& field) { return static_cast<int>(FieldTitle(field).size()) + 2; };
@@ -46,7 +44,7 @@ QString Show(const QString& file, const Snapshot& snapshot) {
   QString page = QStringLiteral("%1: %2, %3 lines, %4\n\n")
                      .arg(file, KindText(snapshot))
                      .arg(snapshot.lines)
-                     .arg(snapshot.faults.empty() ? QStringLiteral("whole") : QStringLiteral("damaged"));
+                     .arg(StateText(snapshot));
   for (const Entry& entry : snapshot.entries) page += EntryLine(entry);
   for (const Entry& entry : snapshot.entries) {
     if (IsTable(entry)) page += TablePage(entry);

@@ -31,9 +31,8 @@ class Reader {
 
   Snapshot All() {
     m_snapshot.lines = m_lines.size();
-    if (m_lines.empty()) return Useless("the file is empty");
     Order order = PlaceLines(m_lines);
-    if (!order.known) return Useless("no line of one is in it");
+    if (!order.known) return Foreign();
     m_snapshot.kind = order.kind;
     TellLines();
     for (Fault& fault : order.faults) Tell(std::move(fault));
@@ -47,10 +46,9 @@ class Reader {
   }
 
  private:
-  Snapshot Useless(const std::string& why) {
-    m_snapshot.known = false;
-    m_snapshot.faults = {{0, 0, "not a snapshot: " + why}};
-    return std::move(m_snapshot);
+  Snapshot Foreign() const {
+    const Fault fault{0, 0, "not a snapshot: no line of one is in it"};
+    return {.known = false, .foreign = true, .lines = m_lines.size(), .faults = {fault}};
   }
 
   void Tell(Fault fault) {
@@ -149,6 +147,9 @@ class Reader {
     for (const Mismatch& mismatch : read.mismatches) TellOf(placed, MismatchFault(placed, mismatch));
     const std::size_t due = shape.PointsOf(index);
     if (complete && whole && !cut) FitLost(read.values, due);
+    const bool shortened = complete && whole && cut && read.mismatches.empty();
+    const Point cutPoint{{Value::Kind::kCut}, {Value::Kind::kCut}};
+    if (shortened && read.values.size() < due) read.values.resize(due, cutPoint);
     const std::size_t count = read.values.size();
     if (complete && (whole || read.mismatches.empty()) && !cut && count != due) {
       Tell({placed.line + 1, 0, Count(count, "point") + " rather than " + std::to_string(due)});
@@ -188,7 +189,7 @@ class Source {
     if (auto conversion = FindConversion(file)) Take(std::move(*conversion));
     const auto wrongEnd = SharedWrongEnd(m_lines);
     if (!wrongEnd) return;
-    m_faults.push_back({0, 0, "all lines end in " + EndName(*wrongEnd) + " rather than CR LF: a converted file"});
+    Tell("all lines end in " + EndName(*wrongEnd) + " rather than CR LF", EndCure(*wrongEnd));
     for (Line& line : m_lines) line.end = line.end.empty() ? line.end : "\r\n";
   }
   Source(const Source&) = delete;
@@ -205,8 +206,11 @@ class Source {
     if (std::count_if(lines.begin(), lines.end(), Holds) <= std::count_if(m_lines.begin(), m_lines.end(), Holds))
       return;
     m_lines = std::move(lines);
-    const std::string encoding = conversion.encoding;
-    m_faults.push_back({0, 0, "the characters are " + encoding + " rather than windows-1252: a converted file"});
+    Tell(std::string("the characters are ") + conversion.encoding + " rather than windows-1252", conversion.cure);
+  }
+
+  void Tell(const std::string& what, const std::string& cure) {
+    m_faults.push_back({0, 0, what + ": a converted file, cured by: " + cure});
   }
 
   std::string m_bytes;
@@ -229,6 +233,11 @@ const Entry* Snapshot::Find(const Row& row) const {
 }
 
 Snapshot ReadSnapshot(std::string_view file) {
+  // A disk that lost its power may give a file back that has its length and nothing else.
+  if (file.find_first_not_of('\0') == std::string_view::npos) {
+    return {.known = false,
+            .faults = {{0, 0, file.empty() ? "the file is empty" : "nothing but zeros is in the file"}}};
+  }
   const Source source(file);
   const std::vector<Line>& lines = source.Lines();
   const std::vector<std::size_t> begins = Beginnings(lines);

@@ -23,7 +23,8 @@ struct Entry {
 };
 
 struct Snapshot {
-  bool known = true;  ///< false: no line of a snapshot is in the file
+  bool known = true;     ///< false: no line of a snapshot is in the file
+  bool foreign = false;  ///< something else; a file that is empty or all zeros may be what is left of a snapshot
   Kind kind = Kind::kAmplifier;
   std::size_t lines = 0;
   std::vector<Entry> entries = {};  ///< in the order of the format; a label that isn't in the file is left out

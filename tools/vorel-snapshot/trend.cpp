@@ -19,9 +19,7 @@ namespace {
 
 bool IsNumber(const Value& value) { return value.kind == Value::Kind::kNumber; }
 
-bool HasNumbers(const Row& row) {
-  return row.form == Form::kNumber || row.form == Form::kLimit || row.form == Form::kDegrees;
-}
+bool HasNumbers(const Row& row) { return IsNumeric(row.form) && row.form != Form::kAddress; }
 
 QString NameOf(const Quantity& quantity) {
   const QString name = Text(quantity.name);
@@ -80,6 +78,7 @@ QString LeftOut(const std::vector<const Value*>& values) {
   const std::pair<Value::Kind, QString> kinds[] = {
       {Value::Kind::kDisabled, QString(QChar(0x00D7)) + QStringLiteral(" disabled")},
       {Value::Kind::kError, QStringLiteral("not read")},
+      {Value::Kind::kCut, QStringLiteral("cut")},
       {Value::Kind::kLost, QStringLiteral("damaged")}};
   QStringList notes;
   for (const auto& [kind, name] : kinds) {
@@ -116,14 +115,13 @@ QStringList QuantityNames() {
 QString Trend::Add(const Input& input) {
   if (!input.snapshot.known) return {};
   const Entry* time = Find(input.snapshot, "time dd/mm/yyyy hh:mm:ss");
-  const QDateTime at = QDateTime::fromString(time ? IsoTime(Text(time->value.text)) : QString(), Qt::ISODate);
+  const QDateTime at = time ? TimeOf(Text(time->value.text)) : QDateTime();
   const Identity device = DeviceOf(input);
   if (!at.isValid() || device.key.isEmpty())
     return QStringLiteral("left out: its time or what tells the device is damaged");
-  const QDateTime moment(at.date(), at.time(), Qt::UTC);
   if (m_quantities.empty()) m_quantities = AllQuantities();
   m_names.try_emplace(device.key, device.name);
-  Sample sample{static_cast<double>(moment.toSecsSinceEpoch()), device.key, input.name, {}};
+  Sample sample{static_cast<double>(at.toSecsSinceEpoch()), device.key, input.name, {}};
   for (const Quantity& quantity : m_quantities) sample.values.push_back(ValueOf(input.snapshot, quantity));
   m_samples.push_back(std::move(sample));
   return {};
@@ -237,8 +235,7 @@ QByteArray Trend::Csv() const {
     for (const Sample& sample : m_samples) {
       const Value& value = sample.values[i];
       const QDateTime time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(sample.time), Qt::UTC);
-      text += CsvRow({NameOf(m_quantities[i]), m_names.at(sample.device),
-                      time.toString(QStringLiteral("yyyy-MM-ddThh:mm:ss")), NumberCell(value),
+      text += CsvRow({NameOf(m_quantities[i]), m_names.at(sample.device), IsoTime(time), NumberCell(value),
                       Text(FieldOf(m_quantities[i]).unit), StateCell(value, value.kind == Value::Kind::kLost),
                       sample.file});
     }

@@ -234,6 +234,7 @@ Single ReadSingle(const Row& row, std::string_view text) {
   if (asked && text == kNotReadMark) return {ErrorValue(text), {}};
   if (row.mayLack && text == kLackingMark) return {{Value::Kind::kLacking, std::string(text)}, {}};
   Single read = ReadByForm(row, text);
+  if (read.mismatch && IsNumeric(row.form)) read.value.kind = Value::Kind::kLost;
   if (row.form == Form::kWord && text == kUnknown) read.value.kind = Value::Kind::kError;
   return read;
 }

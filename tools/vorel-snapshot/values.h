@@ -18,10 +18,11 @@ struct Value {
     kDisabled,
     kLacking,  ///< the device has none
     kError,    ///< could not be read, or is not known
-    kLost      ///< the file is damaged: it stood where nothing can be read
+    kCut,      ///< the line of the format had no room for it
+    kLost      ///< the file is damaged: nothing that may stand there can be read
   };
   Kind kind = Kind::kLost;
-  std::string text = {};  ///< as it stands in the file, without its unit
+  std::string text = {};  ///< as it stands in the file, without its unit; of a lost number as well
   double number = 0.0;    ///< of kNumber
 };
 

@@ -1,0 +1,10 @@
+#pragma once
+
+#include "tools/shared/chart.h"
+
+namespace tarnwell::tools {
+
+/// Whether the curves lie on one another for a while, rather than cross. Their points stand in the order of x.
+bool LieTogether(const Series& one, const Series& other, double hair);
+
+}  // namespace tarnwell::tools
