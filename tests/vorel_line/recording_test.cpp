@@ -37,14 +37,16 @@ void Feed(Reader& reader, const std::vector<Step>& steps) {
   reader.End();
 }
 
-TEST(Recording, EveryWholeRecordOfACutFileIsReadAndNoDamagedOne) {
+TEST(Recording, EveryWholeRecordOfACutFileIsReadAndOfADamagedOneAllUpToItAndFromTheNextTimeOfDay) {
   Encoder encoder;
   std::string file = Encoder::Header();
   std::vector<std::size_t> ends;
+  std::vector<std::int64_t> times;
   // a long rest, a clock set back, within a record as well, bytes of every kind
   for (const std::int64_t at : {0ll, 1'000'000ll, 4'000'000'000ll, 3'000'000'000ll}) {
     file += encoder.Encode({Kind::kDevice, kStart + at, at == 0 ? -1500 : 1500, std::string("\0{}\xFF", 4), 0});
     ends.push_back(file.size());
+    times.push_back(kStart + at);
   }
   for (std::size_t length = Encoder::Header().size(); length <= file.size(); ++length) {
     Decoder decoder;
@@ -58,15 +60,30 @@ TEST(Recording, EveryWholeRecordOfACutFileIsReadAndNoDamagedOne) {
     if (count < 4) continue;
     EXPECT_TRUE(record.at == kStart + 3'000'000'000 && record.lasted == 1500 && record.bytes.size() == 4);
   }
-  for (std::size_t at = 0; at < file.size(); ++at) {
-    Decoder decoder;
+  // A time of day of 15 bytes stands ahead of the first, the third and the fourth.
+  const std::vector<std::size_t> clocks{Encoder::Header().size(), ends[1], ends[2], file.size()};
+  std::vector<std::size_t> bounds = ends;
+  for (const std::size_t clock : clocks) bounds.insert(bounds.end(), {clock, clock + 15});
+  std::sort(bounds.begin(), bounds.end());
+  for (std::size_t at = clocks[0]; at < file.size(); ++at) {
     std::string damaged = file;
     damaged[at] = static_cast<char>(damaged[at] ^ 4);
-    decoder.Feed(damaged);
-    Record record;
-    int count = 0;
-    while (decoder.Next(record) == Decoder::Result::kRecord) ++count;
-    EXPECT_LT(count, 4) << at;
+    const std::size_t goesOn = *std::upper_bound(clocks.begin(), clocks.end(), at);
+    std::vector<std::int64_t> read, expected;
+    for (std::size_t i = 0; i < ends.size(); ++i) {
+      if (ends[i] <= at || ends[i] > goesOn) expected.push_back(times[i]);
+    }
+    Decoder decoder;
+    for (std::size_t piece = 0; piece < damaged.size(); piece += 7) {
+      decoder.Feed(damaged.substr(piece, 7));
+      Record record;
+      for (Decoder::Result result; (result = decoder.Next(record)) != Decoder::Result::kEnd;)
+        result == Decoder::Result::kRecord ? read.push_back(record.at) : decoder.PassOver();
+    }
+    EXPECT_EQ(read, expected) << at;
+    const bool mayBeUnfinished = goesOn == file.size();
+    const std::size_t unreadable = goesOn - std::upper_bound(bounds.begin(), bounds.end(), at)[-1];
+    EXPECT_TRUE(mayBeUnfinished || decoder.Unreadable() == unreadable) << at;
   }
 }
 
@@ -131,6 +148,16 @@ TEST(RecordFile, OnlyARecordingIsGoneOnWithAndADamagedOneIsSetAside) {
   EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) { read += record.bytes; }));
   EXPECT_EQ(kExitDamaged, ReadFiles({path + ".damaged"}, false, [&](const Record& record) { read += record.bytes; }));
   EXPECT_EQ(read, "twoone");
+  // Records behind the damage, and that there was some.
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QByteArray whole = file.readAll().mid(static_cast<qsizetype>(Encoder::Header().size()));
+  file.close();
+  file.setFileName(file.fileName() + QStringLiteral(".damaged"));
+  ASSERT_TRUE(file.open(QIODevice::Append) && file.write(whole) == whole.size());
+  file.close();
+  read.clear();
+  EXPECT_EQ(kExitDamaged, ReadFiles({path + ".damaged"}, false, [&](const Record& record) { read += record.bytes; }));
+  EXPECT_EQ(read, "one64 bytes unreadabletwo");
 }
 
 TEST(RecordFile, ANewFileIsBegunBySizeAndByDayAndOldOnesAreKeptAsTold) {
@@ -333,6 +360,15 @@ TEST(Turns, AnEchoIsNoConfirmationAndAConfirmationNoEcho) {
                {4, '>', set},
                {4.1, '<', set}});
   EXPECT_EQ(told, "echo answer echo answer answer ");
+}
+
+TEST(Turns, WhatStoodWhereNothingCouldBeReadIsNoSilence) {
+  for (const char* gap : {"9 bytes unreadable", "records lost: 3 (disk full)", "device back"}) {
+    bool silence = false;
+    Turns turns([&](const Turn& turn) { silence |= turn.what == What::kSilence; });
+    Feed(turns, {{1, '>', Framed("VR?", 1)}, {600, '-', gap}, {601, '<', Framed("VR=1", 1)}});
+    EXPECT_EQ(silence, std::string(gap) == "device back") << gap;
+  }
 }
 
 TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {
