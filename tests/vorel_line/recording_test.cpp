@@ -1,9 +1,12 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
+#include <atomic>
 
 #include "support/scripted_port.h"
 #include "tools/vorel-line/commands.h"
@@ -13,6 +16,13 @@
 #include "tools/vorel-line/record_file.h"
 #include "tools/vorel-line/record_reader.h"
 #include "tools/vorel-line/replay.h"
+
+/// Stands in for the system's: counts what is made safe from a loss of power.
+static std::atomic<int> synced = 0;
+extern "C" int fdatasync(int descriptor) {
+  ++synced;
+  return static_cast<int>(syscall(SYS_fdatasync, descriptor));
+}
 
 namespace tarnwell::vorel_line {
 namespace {
@@ -139,7 +149,11 @@ TEST(RecordFile, OnlyARecordingIsGoneOnWithAndADamagedOneIsSetAside) {
   file.close();
   EXPECT_EQ(put("x"), path + ": is there and is no recording");
   EXPECT_EQ(file.size(), 10);
+  ASSERT_TRUE(file.remove() && QFile::link(QStringLiteral("nowhere"), file.fileName()));
+  EXPECT_EQ(put("x"), path + ": is a link that leads nowhere");
   ASSERT_TRUE(file.remove());
+  EXPECT_EQ(RecordFile({path, 0, 0}).Open(), "");
+  EXPECT_FALSE(file.exists()) << "without a record";
   EXPECT_EQ(put("one"), "");
   ASSERT_TRUE(file.open(QIODevice::Append) && file.write(QByteArray(64, '\0')) == 64);
   file.close();
@@ -220,6 +234,74 @@ TEST(RecordFile, AFurtherFileTellsTheFormatAndTheDeviceByItself) {
   std::vector<std::string> read;
   EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) { read.push_back(record.bytes); }));
   EXPECT_EQ(read, (std::vector<std::string>{format, std::string(kKnown) + "@" + model, std::string(70, 'x')}));
+}
+
+TEST(RecordFile, AFileThatOthersTakeAwayIsBegunAnewAndThatIsTold) {
+  const std::string format = std::string(kFormat) + "300,n,8,1";
+  const struct {
+    const char* befell;
+    bool (*act)(const QString& path);
+    std::vector<std::string> ahead = {};
+  } cases[] = {
+      {"was removed", [](const QString& path) { return QFile::remove(path); }},
+      {"was renamed", [](const QString& path) { return QFile::rename(path, path + QStringLiteral("2")); }},
+      {"was shortened", [](const QString& path) { return QFile::resize(path, 0); }},
+      {"was shortened", [](const QString& path) { return QFile::resize(path, QFile(path).size() - 1); }, {format}},
+      {"was replaced",
+       [](const QString& path) {
+         RecordFile other({path.toStdString() + "2", 0, 0});
+         const bool opened = other.Open().empty();
+         other.Put({Kind::kNote, kStart, 0, std::string(kFormat) + "1200,n,8,1", 0});
+         return opened && other.Close() && QFile::remove(path) && QFile::rename(path + QStringLiteral("2"), path);
+       },
+       {std::string(kFormat) + "1200,n,8,1"}}};
+  for (const auto& row : cases) {
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("a.rec"));
+    const auto read = [&] {
+      std::vector<std::string> texts;
+      ReadFiles({path.toStdString()}, false, [&](const Record& record) { texts.push_back(record.bytes); });
+      return texts;
+    };
+    RecordFile file({path.toStdString(), 0, 0});
+    EXPECT_EQ(file.Open(), "");
+    file.Put({Kind::kNote, kStart, 0, format, 0});
+    file.Put({Kind::kDevice, kStart, 0, "x", 0});
+    while (read().size() < 2) usleep(1000);
+    ASSERT_TRUE(row.act(path)) << row.befell;
+    file.Put({Kind::kDevice, kStart + 1'000'000, 0, "y", 0});
+    file.Close();
+    std::vector<std::string> expected = row.ahead;
+    expected.insert(expected.end(), {std::string(kAnew) + row.befell, format, "y"});
+    EXPECT_EQ(read(), expected) << row.befell;
+  }
+}
+
+TEST(RecordFile, WhatWeighsIsSafeFromALossOfPowerAtOnceAndTheRestSoon) {
+  QTemporaryDir folder;
+  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
+  const std::string ask = Framed("A?", 1), level = Framed("VR?", 1), mute = Framed("S=X", 1);
+  const auto syncs = [&](std::chrono::milliseconds every, const std::vector<std::string>& frames) {
+    RecordFile file({path, 0, 0, every});
+    EXPECT_EQ(file.Open(), "");
+    const int before = synced;
+    for (const std::string& frame : frames) {
+      const bool isReply = frame.find('=') != std::string::npos && frame != mute;
+      const auto size = QFile(QString::fromStdString(path)).size();
+      file.Put({isReply ? Kind::kDevice : Kind::kConsole, kStart, 0, frame, 0});
+      while (QFile(QString::fromStdString(path)).size() == size) usleep(100);
+    }
+    for (int i = 0; every < std::chrono::seconds(1) && synced == before && i < 3000; ++i) usleep(1000);
+    file.Close();
+    return synced - before - 1;  // at the end all is
+  };
+  using std::chrono::hours;
+  const std::string alarm = Framed("A=P", 1), none = Framed("A=", 1);
+  EXPECT_EQ(syncs(hours(1), {level, Framed("VR=1", 1), level}), 0);
+  EXPECT_EQ(syncs(hours(1), {ask, none, ask, none, ask, none}), 1) << "only the first was news";
+  EXPECT_EQ(syncs(hours(1), {ask, alarm, ask, alarm}), 1);
+  EXPECT_EQ(syncs(hours(1), {mute}), 1);
+  EXPECT_GE(syncs(std::chrono::milliseconds(1), {level}), 1);
 }
 
 TEST(Plot, HasCurvesAndABandForWhatStood) {

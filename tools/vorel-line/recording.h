@@ -29,6 +29,7 @@ inline constexpr std::string_view kKnown = "known ";  ///< and an address byte a
 inline constexpr std::string_view kLost = "records lost: ";  ///< and how many, and why
 inline constexpr std::string_view kUnreadable =
     " bytes unreadable";  ///< behind how many; by the reader, not in the file
+inline constexpr std::string_view kAnew = "recording begun anew: the file ";  ///< and what became of it
 inline constexpr std::string_view kStarted = "recording started";
 inline constexpr std::string_view kEnded = "recording ended";
 inline constexpr std::string_view kDeviceGone = "device gone";
