@@ -108,6 +108,9 @@ class Pty final : public Line {
   std::string MakeLink() {
     if (m_link.empty()) return {};
     std::error_code error;
+    // A fresh account has no folder for a console's ports. Where it can't be made, the making of the link tells why.
+    if (const auto folder = std::filesystem::path(m_link).parent_path(); !folder.empty())
+      std::filesystem::create_directories(folder, error);
     if (m_oldLink == OldLink::kPutBack) m_oldTarget = std::filesystem::read_symlink(m_link, error);
     if (m_oldTarget.string().starts_with(kPtyFolder)) {
       if (m_oldTarget != m_path && IsServed(m_oldTarget)) return m_link + ": leads to a line that is in use";

@@ -30,7 +30,8 @@ enum class OldLink {
   kPutBack    ///< it comes back when the line is closed; where it leads to a pseudo-terminal in use, Open() refuses
 };
 
-/// A pseudo-terminal in raw mode. A symbolic link to it stands at `link`, unless that is empty, as long as it is open.
+/// A pseudo-terminal in raw mode. A symbolic link to it stands at `link`, unless that is empty, as long as it is open;
+/// folders on the way to it are made and stay.
 /// A file of that name isn't replaced.
 std::unique_ptr<Line> MakePty(const std::string& link, OldLink oldLink = OldLink::kReplaced);
 

@@ -6,6 +6,7 @@
 #include <QSerialPortInfo>
 #include <QStandardPaths>
 #include <algorithm>
+#include <set>
 #include <utility>
 
 namespace tarnwell::platform {
@@ -31,6 +32,8 @@ QStringList ListedPorts() { return {}; }
 std::optional<QString> NamedDevice(int number) { return QStringLiteral("COM%1").arg(number); }
 
 std::optional<QString> ListedDevice(int, const QStringList&) { return std::nullopt; }
+
+bool IsMadeByAProgram(const QString&) { return false; }
 #else
 QString TypeFileText(const QString& name) {
   QFile file(QStringLiteral("/sys/class/tty/%1/type").arg(name));
@@ -46,22 +49,48 @@ QStringList ListedPorts() {
   return InPortOrder(names);
 }
 
-/// The operator's own link, where there is one.
+QDir LinkFolder() {
+  return {QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/tarnwell/ports")};
+}
+
+/// exists() follows a link and would miss a broken one: that one is the operator's choice too.
+bool Stands(const QString& link) { return QFileInfo(link).isSymLink() || QFileInfo::exists(link); }
+
+bool HoldsLinks(const QDir& folder) {
+  const QStringList names = folder.entryList(QDir::AllEntries | QDir::System);  // broken links count as System
+  return std::any_of(names.begin(), names.end(), [](const QString& name) {
+    const auto [word, number] = Parts(name);
+    return word == QLatin1String("com") && number > 0;
+  });
+}
+
+/// The operator's own link. Where links are kept, or this one stood earlier in this run, a missing link is a device
+/// that isn't there: the computer's own port of that number may lead to another rack.
 std::optional<QString> NamedDevice(int number) {
-  const QDir folder(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
-  const QString link = folder.filePath(QStringLiteral("tarnwell/ports/com%1").arg(number));
-  // exists() follows the link and would miss a broken one: that one is the operator's choice too.
-  if (QFileInfo(link).isSymLink() || QFileInfo::exists(link)) return link;
-  return std::nullopt;
+  static std::set<int> seen;
+  const QDir folder = LinkFolder();
+  QString link = folder.filePath(QStringLiteral("com%1").arg(number));
+  if (Stands(link)) {
+    seen.insert(number);
+  } else if (!seen.contains(number) && !HoldsLinks(folder)) {
+    return std::nullopt;
+  }
+  return link;
 }
 
 std::optional<QString> ListedDevice(int number, const QStringList& listed) {
   if (number < 1 || number > listed.size()) return std::nullopt;
   return QStringLiteral("/dev/") + listed[number - 1];
 }
+
+/// Links and pseudo-terminals come and go with a program; the system makes every other device.
+bool IsMadeByAProgram(const QString& path) {
+  return path.startsWith(QLatin1String("/dev/pts/")) || !path.startsWith(QLatin1String("/dev/"));
+}
 #endif
 
 QString Description(const QString& path) {
+  if (!QFileInfo::exists(path)) return path + QStringLiteral(" - missing");
   const QSerialPortInfo info{QFileInfo(path).fileName()};
   QStringList words = {info.manufacturer(), info.description()};
   // Many adapters repeat the maker's name in the product's.
@@ -100,6 +129,12 @@ QString TargetOf(const QString& path) {
   if (!target.isEmpty()) return target;
   return file.isSymLink() ? file.symLinkTarget() : path;
 #endif
+}
+
+QString MissingReason(const QString& path) {
+  return IsMadeByAProgram(path)
+             ? QStringLiteral("it doesn't exist (is the program running that makes it, such as vorel-line or socat?)")
+             : QStringLiteral("the device doesn't exist (adapter not plugged in?)");
 }
 
 QStringList DescribePorts(int count) {

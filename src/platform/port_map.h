@@ -7,14 +7,18 @@
 namespace tarnwell::platform {
 
 /// The device behind a port number, 1 or more: its path, or the path of the operator's own link to it, whether or not
-/// the device is there. Empty: this computer has no such port.
+/// link and device are there. The system's own ports count only where the operator keeps no link at all. Empty: this
+/// computer has no such port.
 std::optional<QString> DeviceOfPort(int number);
 
 /// Where a path leads at this moment: the device at the end of a chain of links, or the missing target of a broken one.
 QString TargetOf(const QString& path);
 
-/// What the port numbers from 1 to `count` stand for, for tool tips: "/dev/ttyUSB0 - FTDI TTL232R", or that there is no
-/// such port. Asks the system once, which takes about 10 ms.
+/// Why opening `path` failed where nothing stands there, and what to look at.
+QString MissingReason(const QString& path);
+
+/// What the port numbers from 1 to `count` stand for, for tool tips: "/dev/ttyUSB0 - FTDI TTL232R", that the device is
+/// missing, or that there is no such port. Asks the system once, which takes about 10 ms.
 QStringList DescribePorts(int count);
 
 /// Device names ("ttyUSB10") in the order of their port numbers: on-board ports, then adapters, each in natural order.

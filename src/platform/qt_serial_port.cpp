@@ -171,14 +171,14 @@ bool QtSerialPort::OpenPort() {
   }
   m_path = *path;
   if (OpenDevice()) return true;
-  const QString target = TargetOf(m_path);
-  m_openFailure = target + QStringLiteral(": ") + FailureReason(target);
+  m_openFailure = m_target + QStringLiteral(": ") + FailureReason();
   return false;
 }
 
 bool QtSerialPort::OpenDevice() {
   // The link is followed each time: the adapter may have come back under another name.
-  m_device.setPortName(TargetOf(m_path));
+  m_target = TargetOf(m_path);
+  m_device.setPortName(m_target);
   // Given while it is closed: some lines take a format only as they open. Given again: what a device refused because
   // it was already gone would otherwise not be what Settings says.
   Apply(m_format);
@@ -237,12 +237,12 @@ bool QtSerialPort::Reachable() {
   return m_device.isOpen();
 }
 
-QString QtSerialPort::FailureReason(const QString& path) const {
+QString QtSerialPort::FailureReason() const {
   switch (m_device.error()) {
     case QSerialPort::DeviceNotFoundError:
-      return QStringLiteral("the device doesn't exist (adapter not plugged in?)");
+      return MissingReason(m_target);
     case QSerialPort::PermissionError:
-      return PermissionReason(path);
+      return PermissionReason(m_target);
     case QSerialPort::UnsupportedOperationError:
       return QStringLiteral("it isn't a serial port, or can't do %1").arg(QString::fromStdString(m_settings));
     default:

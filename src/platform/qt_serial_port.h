@@ -27,6 +27,7 @@ class QtSerialPort final : public SerialPort {
   bool SetPortOpen(bool open) override;
   bool SetInputMode(int mode) override;
   std::string OpenFailure() const override { return m_openFailure.toStdString(); }
+  std::string DevicePath() const override { return m_target.toStdString(); }
 
   /// A line without modem control has no RTS to drive: that is no error.
   void SetRTSEnable(bool on) override;
@@ -53,7 +54,7 @@ class QtSerialPort final : public SerialPort {
   void NoteError(QSerialPort::SerialPortError error);
   bool Reachable();
   void Look();
-  QString FailureReason(const QString& path) const;
+  QString FailureReason() const;
 
   int m_commPort = 1;
   std::string m_settings = "9600,n,8,1";
@@ -63,6 +64,7 @@ class QtSerialPort final : public SerialPort {
   bool m_open = false;        ///< the operator's wish; stays while the device is gone
   bool m_deviceLost = false;  ///< an I/O error came and the device isn't closed yet
   QString m_path;             ///< of the device, or of the operator's link to it
+  QString m_target;           ///< where that led at the last opening
   QString m_openFailure;
   mutable QSerialPort m_device;  ///< mutable: asking for the modem lines notes an error in it
 };

@@ -34,6 +34,10 @@ class SerialPort {
   /// Why the last opening was refused, for the operator: the device's path and the reason. Empty when it wasn't.
   virtual std::string OpenFailure() const = 0;
 
+  /// The path that the last opening tried, behind all links: what the port's number stood for then. Empty where the
+  /// port has none.
+  virtual std::string DevicePath() const { return {}; }
+
   /// Drives RTS. The wish is kept: a device that comes back gets it again.
   virtual void SetRTSEnable(bool on) = 0;
 

@@ -149,7 +149,10 @@ void Connection::StartPolling() {
 }
 
 void Connection::FailConnection() {
-  m_desktop.ShowMessage({QStringLiteral("Connection Failed"), platform::MessageIcon::kWarning});
+  const QString device = QString::fromStdString(m_port.DevicePath());
+  const QString details = QStringLiteral("COM%1 is %2").arg(m_port.CommPort()).arg(device);
+  m_desktop.ShowMessage(
+      {QStringLiteral("Connection Failed"), platform::MessageIcon::kWarning, device.isEmpty() ? QString() : details});
   EndAttempt();
 }
 

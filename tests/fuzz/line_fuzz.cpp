@@ -12,13 +12,17 @@ namespace {
 using namespace tarnwell;
 using namespace tarnwell::vorel_line;
 
+/// All records, those behind damage as well.
 std::vector<Record> Read(std::string_view file, std::size_t piece, Decoder::Result& end) {
   Decoder decoder;
   std::vector<Record> records;
   for (std::size_t at = 0; at < file.size(); at += piece) {
     decoder.Feed(file.substr(at, piece));
-    for (Record record; (end = decoder.Next(record)) == Decoder::Result::kRecord;) records.push_back(record);
-    if (end == Decoder::Result::kDamaged) break;
+    for (Record record; (end = decoder.Next(record)) != Decoder::Result::kEnd;) {
+      if (end == Decoder::Result::kDamaged && decoder.WholeBytes() == 0) return records;
+      if (end == Decoder::Result::kRecord) records.push_back(record);
+      if (end == Decoder::Result::kDamaged) decoder.PassOver();
+    }
   }
   return records;
 }

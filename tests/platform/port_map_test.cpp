@@ -19,7 +19,7 @@ TEST(PortMap, OnBoardPortsComeFirstAndNumbersSortAsNumbers) {
   EXPECT_TRUE(IsRealPort(QStringLiteral("ttyUSB0"), QStringLiteral("0")));
 }
 
-TEST(PortMap, TheOperatorsLinkStandsForThePortAlsoWhenItIsBroken) {
+TEST(PortMap, TheOperatorsLinkStandsForThePortAlsoWhenItIsBrokenOrMissing) {
   QDir folder(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
               QStringLiteral("/tarnwell/ports"));
   ASSERT_TRUE(folder.mkpath(QStringLiteral(".")));
@@ -33,12 +33,19 @@ TEST(PortMap, TheOperatorsLinkStandsForThePortAlsoWhenItIsBroken) {
   EXPECT_EQ(TargetOf(chained), QStringLiteral("/dev/null"));
   EXPECT_EQ(DeviceOfPort(103), broken);
   EXPECT_EQ(TargetOf(broken), QStringLiteral("/nowhere/ttyUSB7"));
-  EXPECT_EQ(DeviceOfPort(104), std::nullopt);
+  // Where links are kept the system's own ports stand for nothing, nor does one for a link that was there before.
+  for (const int number : {1, 104}) {
+    const QString missing = folder.filePath(QStringLiteral("com%1").arg(number));
+    EXPECT_EQ(DeviceOfPort(number), missing);
+    EXPECT_EQ(DescribePorts(number).last(), missing + QStringLiteral(" - missing"));
+  }
   const QStringList descriptions = DescribePorts(104);
   ASSERT_EQ(descriptions.size(), 104);
-  EXPECT_EQ(descriptions[102], QStringLiteral("/nowhere/ttyUSB7"));
-  EXPECT_EQ(descriptions[103], QStringLiteral("No such port on this computer"));
+  EXPECT_EQ(descriptions[102], QStringLiteral("/nowhere/ttyUSB7 - missing"));
   folder.removeRecursively();
+  EXPECT_EQ(DeviceOfPort(103), broken) << "its link stood earlier in this run";
+  EXPECT_EQ(DeviceOfPort(104), std::nullopt);
+  EXPECT_EQ(DescribePorts(104).last(), QStringLiteral("No such port on this computer"));
 }
 
 TEST(PortMap, ADeniedDeviceSaysWhoMayOpenItAndWhatToDo) {

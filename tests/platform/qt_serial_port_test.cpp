@@ -217,8 +217,10 @@ TEST_F(QtSerialPortTest, ARefusedOpeningSaysWhichDeviceAndWhy) {
     return m_port.OpenFailure();
   };
   EXPECT_EQ(refusal(199), "There is no port 199 on this computer.");
-  LinkPort("/nowhere/ttyUSB7");
-  EXPECT_EQ(refusal(kPort), "/nowhere/ttyUSB7: the device doesn't exist (adapter not plugged in?)");
+  LinkPort("/dev/ttyUSB777");
+  EXPECT_EQ(refusal(kPort), "/dev/ttyUSB777: the device doesn't exist (adapter not plugged in?)");
+  const std::string missing = m_folder.toStdString() + "/com199";
+  EXPECT_EQ(refusal(199).substr(0, missing.size() + 18), missing + ": it doesn't exist");
   LinkPort("/dev/null");
   EXPECT_EQ(refusal(kPort), "/dev/null: it isn't a serial port, or can't do 9600,n,8,1");
 

@@ -77,7 +77,7 @@ TEST_F(ConnectionTest, AnAttemptThatFailsTellsWhy) {
   for (const char* silent : {"CT?", "CV?", "CP?", "CH?", "G?"}) {
     m_replies = AmplifierReplies();
     m_replies.erase(silent);
-    ExpectFailure(QStringLiteral("(!) Connection Failed"), silent);
+    ExpectFailure(QStringLiteral("(!) Connection Failed | COM1 is /dev/ttyS0"), silent);
   }
   m_port.RefuseOpening("/dev/ttyS0: no such device");
   ExpectFailure(QStringLiteral("(i) Unable to open COM1 | /dev/ttyS0: no such device"), "");

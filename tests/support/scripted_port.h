@@ -111,6 +111,7 @@ class ScriptedPort final : public platform::SerialPort {
   bool SetPortOpen(bool open) override;
   bool SetInputMode(int mode) override;
   std::string OpenFailure() const override { return m_openFailure; }
+  std::string DevicePath() const override { return "/dev/ttyS0"; }
   void SetRTSEnable(bool on) override { Record(on ? "RTS=1" : "RTS=0"); }
   bool CTSHolding() const override { return m_ctsHolding; }
   int InBufferCount() override;

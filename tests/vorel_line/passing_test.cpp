@@ -10,6 +10,7 @@
 #include "support/pty.h"
 #include "support/scripted_port.h"
 #include "tools/vorel-line/device.h"
+#include "tools/vorel-line/plain_text.h"
 #include "tools/vorel-line/record_reader.h"
 
 namespace tarnwell::test {
@@ -29,9 +30,10 @@ class Passing : public testing::Test {
 
   QString Path(const char* name) const { return m_folder.filePath(QLatin1String(name)); }
 
-  bool Start(const QString& device) {
-    m_recorder.start(QStringLiteral(VOREL_LINE), {QStringLiteral("record"), device, QStringLiteral("--link"),
-                                                  Path("line"), QStringLiteral("-o"), Path("a.rec")});
+  bool Start(const QString& device, const QStringList& more = {}) {
+    m_recorder.start(QStringLiteral(VOREL_LINE), QStringList{QStringLiteral("record"), device, QStringLiteral("--link"),
+                                                             Path("line"), QStringLiteral("-o"), Path("a.rec")} +
+                                                     more);
     return m_recorder.waitForReadyRead() && OpenConsole();
   }
 
@@ -67,6 +69,17 @@ class Passing : public testing::Test {
   QProcess m_recorder;
   int m_console = -1;
 };
+
+TEST(CommandLine, TakesTheConsolesFormatAndTheOldOneAndPrintsNamesHarmlessly) {
+  const std::pair<const char*, const char*> formats[] = {{"e,7,1", "e,7,1"}, {"7,e,1", "e,7,1"}, {"8,n,2", "n,8,2"},
+                                                         {"n,8,3", ""},      {"7,7,1", ""},      {"e,n,1", ""},
+                                                         {"e.7,1", ""},      {"e,7,12", ""}};
+  for (const auto& [text, format] : formats) EXPECT_EQ(vorel_line::DataFormatOf(text), format) << text;
+  testing::internal::CaptureStderr();
+  vorel_line::Complain("a\x1b[2J\n\x7f\xC2\x9B b\xC3\xA4\xC2\xB0\\.rec");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "vorel-line: a\\x1B[2J\\x0A\\x7F\\xC2\\x9B b\xC3\xA4\xC2\xB0\\.rec\n");
+}
 
 TEST_F(Passing, BytesFormatAndTwoConsolesAndAKill) {
   Pty device;
@@ -104,11 +117,16 @@ TEST_F(Passing, BytesFormatAndTwoConsolesAndAKill) {
                             "\n>{B}\n-format 14400,n,8,1\n>{A}\n");
 }
 
-TEST_F(Passing, ADeviceThatIsPulledIsTakenAgain) {
+TEST_F(Passing, ADeviceThatComesLateOrIsPulledIsTaken) {
   QProcess simulator;
-  simulator.start(QStringLiteral(VOREL_SIM), {QStringLiteral("--link"), Path("device")});
-  ASSERT_TRUE(simulator.waitForReadyRead() && Start(Path("device")));
+  const QString device = Path("new/folder/device");
+  ASSERT_TRUE(Start(device, {QStringLiteral("--wait")}));
+  simulator.start(QStringLiteral(VOREL_SIM), {QStringLiteral("--link"), device});
+  ASSERT_TRUE(simulator.waitForReadyRead());
   const std::string ask = Framed("U?", 1), answer = Framed("U=A", 1);
+  m_recorder.setReadChannel(QProcess::StandardError);
+  for (QByteArray said; !said.contains("is back"); said += m_recorder.readAllStandardError())
+    ASSERT_TRUE(m_recorder.bytesAvailable() > 0 || m_recorder.waitForReadyRead()) << said.constData();
   Say(ask);
   EXPECT_EQ(Heard(answer.size()), answer);
   const auto tell = [&](const char* command, const char* expected) {
@@ -119,7 +137,6 @@ TEST_F(Passing, ADeviceThatIsPulledIsTakenAgain) {
       ASSERT_TRUE(m_recorder.waitForReadyRead()) << command;
     } while (!(said += m_recorder.readAllStandardError()).contains(expected));
   };
-  m_recorder.setReadChannel(QProcess::StandardError);
   tell("pull\n", "gone");
   Say(ask);
   tell("plug\n", "back");
@@ -127,8 +144,9 @@ TEST_F(Passing, ADeviceThatIsPulledIsTakenAgain) {
   EXPECT_EQ(Heard(answer.size()), answer);
   m_recorder.terminate();
   EXPECT_TRUE(m_recorder.waitForFinished() && m_recorder.exitCode() == 0);
-  EXPECT_EQ(Recorded(), "-recording started\n-format 9600,n,8,1\n>" + ask + "\n<" + answer + "\n-device gone\n>" + ask +
-                            "\n-device back\n-format 9600,n,8,1\n>" + ask + "\n<" + answer + "\n-recording ended\n");
+  const std::string back = "-device back\n-format 9600,n,8,1\n>" + ask + "\n<" + answer + "\n";
+  EXPECT_EQ(Recorded(),
+            "-recording started\n-device gone\n" + back + "-device gone\n>" + ask + "\n" + back + "-recording ended\n");
   simulator.terminate();
   simulator.waitForFinished();
 }
@@ -149,6 +167,7 @@ TEST_F(Passing, ALinkIsPutBackAndOneInUseAndAPipeAreRefused) {
   EXPECT_TRUE(refused(Path("other"), Path("a.rec"))) << "two recorders of one file";
   const QString own = leadsTo();
   EXPECT_TRUE(refused(Path("line"), Path("b.rec"))) << "two recorders of one link";
+  EXPECT_FALSE(QFile::exists(Path("b.rec")));
   EXPECT_EQ(leadsTo(), own);
   m_recorder.terminate();
   EXPECT_TRUE(m_recorder.waitForFinished());

@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
-#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
@@ -17,14 +15,16 @@ namespace {
 
 using test::Framed;
 
-TEST(Recording, EveryWholeRecordOfACutFileIsReadAndNoDamagedOne) {
+TEST(Recording, EveryWholeRecordOfACutFileIsReadAndOfADamagedOneAllUpToItAndFromTheNextTimeOfDay) {
   Encoder encoder;
   std::string file = Encoder::Header();
   std::vector<std::size_t> ends;
+  std::vector<std::int64_t> times;
   // a long rest, a clock set back, within a record as well, bytes of every kind
   for (const std::int64_t at : {0ll, 1'000'000ll, 4'000'000'000ll, 3'000'000'000ll}) {
     file += encoder.Encode({Kind::kDevice, kStart + at, at == 0 ? -1500 : 1500, std::string("\0{}\xFF", 4), 0});
     ends.push_back(file.size());
+    times.push_back(kStart + at);
   }
   for (std::size_t length = Encoder::Header().size(); length <= file.size(); ++length) {
     Decoder decoder;
@@ -38,141 +38,31 @@ TEST(Recording, EveryWholeRecordOfACutFileIsReadAndNoDamagedOne) {
     if (count < 4) continue;
     EXPECT_TRUE(record.at == kStart + 3'000'000'000 && record.lasted == 1500 && record.bytes.size() == 4);
   }
-  for (std::size_t at = 0; at < file.size(); ++at) {
-    Decoder decoder;
+  // A time of day of 15 bytes stands ahead of the first, the third and the fourth.
+  const std::vector<std::size_t> clocks{Encoder::Header().size(), ends[1], ends[2], file.size()};
+  std::vector<std::size_t> bounds = ends;
+  for (const std::size_t clock : clocks) bounds.insert(bounds.end(), {clock, clock + 15});
+  std::sort(bounds.begin(), bounds.end());
+  for (std::size_t at = clocks[0]; at < file.size(); ++at) {
     std::string damaged = file;
     damaged[at] = static_cast<char>(damaged[at] ^ 4);
-    decoder.Feed(damaged);
-    Record record;
-    int count = 0;
-    while (decoder.Next(record) == Decoder::Result::kRecord) ++count;
-    EXPECT_LT(count, 4) << at;
+    const std::size_t goesOn = *std::upper_bound(clocks.begin(), clocks.end(), at);
+    std::vector<std::int64_t> read, expected;
+    for (std::size_t i = 0; i < ends.size(); ++i) {
+      if (ends[i] <= at || ends[i] > goesOn) expected.push_back(times[i]);
+    }
+    Decoder decoder;
+    for (std::size_t piece = 0; piece < damaged.size(); piece += 7) {
+      decoder.Feed(damaged.substr(piece, 7));
+      Record record;
+      for (Decoder::Result result; (result = decoder.Next(record)) != Decoder::Result::kEnd;)
+        result == Decoder::Result::kRecord ? read.push_back(record.at) : decoder.PassOver();
+    }
+    EXPECT_EQ(read, expected) << at;
+    const bool mayBeUnfinished = goesOn == file.size();
+    const std::size_t unreadable = goesOn - std::upper_bound(bounds.begin(), bounds.end(), at)[-1];
+    EXPECT_TRUE(mayBeUnfinished || decoder.Unreadable() == unreadable) << at;
   }
-}
-
-TEST(RecordFile, AFullDiskLosesWholeRecordsAndTellsAndTheFileGoesOn) {
-  QTemporaryDir folder;
-  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
-  signal(SIGXFSZ, SIG_IGN);
-  rlimit limit{};
-  getrlimit(RLIMIT_FSIZE, &limit);
-  const auto write = [&] {
-    RecordFile file({path, 0, 0});
-    EXPECT_EQ(file.Open(), "");
-    file.Put({Kind::kDevice, kStart, 0, "whole", 0});
-    file.Close();
-  };
-  write();
-  QFile torn(QString::fromStdString(path));
-  ASSERT_TRUE(torn.open(QIODevice::Append) && torn.write("\1\1\1\5ab") == 6);
-  torn.close();
-  write();
-  std::vector<std::string> read;
-  EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) { read.push_back(record.bytes); }));
-  EXPECT_EQ(read, (std::vector<std::string>{"whole", "whole"}));
-
-  RecordFile file({path + "2", 0, 0});
-  EXPECT_EQ(file.Open(), "");
-  const rlimit small{200, limit.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
-  for (int i = 0; i < 9; ++i) file.Put({Kind::kDevice, kStart + i * 1000, 0, std::string(50, 'x'), 0});
-  while (QFile(QString::fromStdString(path + "2")).size() < 140) usleep(1000);
-  usleep(50'000);
-  setrlimit(RLIMIT_FSIZE, &limit);
-  file.Put({Kind::kDevice, kStart + 60'000'000, 0, "end", 0});
-  file.Close();
-  read.clear();
-  EXPECT_EQ(kExitFine, ReadFiles({path + "2"}, false, [&](const Record& record) { read.push_back(record.bytes); }));
-  ASSERT_EQ(read.size(), 4u);
-  EXPECT_EQ(read[2], "records lost: 7 (File too large)");
-  EXPECT_EQ(read[3], "end");
-}
-
-TEST(RecordFile, OnlyARecordingIsGoneOnWithAndADamagedOneIsSetAside) {
-  QTemporaryDir folder;
-  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
-  const auto put = [&](const std::string& text) {
-    RecordFile file({path, 0, 0});
-    const std::string error = file.Open();
-    file.Put({Kind::kDevice, kStart, 0, text, 0});
-    return error;
-  };
-  QFile file(QString::fromStdString(path));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("dear diary") > 0);
-  file.close();
-  EXPECT_EQ(put("x"), path + ": is there and is no recording");
-  EXPECT_EQ(file.size(), 10);
-  ASSERT_TRUE(file.remove());
-  EXPECT_EQ(put("one"), "");
-  ASSERT_TRUE(file.open(QIODevice::Append) && file.write(QByteArray(64, '\0')) == 64);
-  file.close();
-  EXPECT_EQ(put("two"), "");
-  std::string read;
-  EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) { read += record.bytes; }));
-  EXPECT_EQ(kExitDamaged, ReadFiles({path + ".damaged"}, false, [&](const Record& record) { read += record.bytes; }));
-  EXPECT_EQ(read, "twoone");
-}
-
-TEST(RecordFile, ANewFileIsBegunBySizeAndByDayAndOldOnesAreKeptAsTold) {
-  constexpr std::int64_t kDay = 86'400'000'000;
-  const struct {
-    std::uint64_t largest;
-    int keep;
-    std::int64_t step;
-    const char* files;  ///< the records' letters, the newest file first
-  } cases[] = {{200, 2, 1000, "i gh ef -"},
-               {200, 0, 1000, "i gh ef cd"},
-               {0, 2, kDay / 2, "i gh ef -"},
-               {0, 0, kDay / 2, "abcdefghi - - -"},
-               {0, 2, -kDay * 2, "i h g -"}};
-  for (const auto& row : cases) {
-    QTemporaryDir folder;
-    const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
-    RecordFile file({path, row.largest, row.keep});
-    EXPECT_EQ(file.Open(), "");
-    for (char c = 'a'; c <= 'i'; ++c)
-      file.Put({Kind::kDevice, kDay * 19000 + kDay / 4 + row.step * (c - 'a'), 0, std::string(70, c), 0});
-    file.Close();
-    const auto letters = [](const std::string& name) {
-      std::string text;
-      if (!QFile::exists(QString::fromStdString(name))) return std::string("-");
-      EXPECT_EQ(kExitFine, ReadFiles({name}, false, [&](const Record& record) { text += record.bytes[0]; }));
-      return text;
-    };
-    EXPECT_EQ(letters(path) + " " + letters(path + ".1") + " " + letters(path + ".2") + " " + letters(path + ".3"),
-              row.files);
-  }
-}
-
-TEST(RecordFile, ARotationThatFailsLosesNoTimeAndNoOlderFile) {
-  QTemporaryDir folder;
-  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
-  ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("a.rec.1/b")));
-  RecordFile file({path, 100, 1});
-  EXPECT_EQ(file.Open(), "");
-  for (int i = 0; i < 3; ++i) file.Put({Kind::kDevice, kStart + i * 700'000'000ll, 0, std::string(50, 'x'), 0});
-  file.Close();
-  std::string times;
-  EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) {
-              times += std::to_string((record.at - kStart) / 1'000'000) + " ";
-            }));
-  EXPECT_EQ(times, "0 700 1400 ");
-}
-
-TEST(RecordFile, AFurtherFileTellsTheFormatAndTheDeviceByItself) {
-  QTemporaryDir folder;
-  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
-  const std::string model = Framed("CT=7316 CONTROLLER", 1), format = std::string(kFormat) + "300,n,8,1";
-  RecordFile file({path, 150, 1});
-  EXPECT_EQ(file.Open(), "");
-  file.Put({Kind::kNote, kStart, 0, format, 0});
-  file.Put({Kind::kConsole, kStart, 0, Framed("CT?", 0), 0});
-  file.Put({Kind::kDevice, kStart + 1'000'000, 0, model, 0});
-  file.Put({Kind::kDevice, kStart + 2'000'000, 0, std::string(70, 'x'), 0});
-  file.Close();
-  std::vector<std::string> read;
-  EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) { read.push_back(record.bytes); }));
-  EXPECT_EQ(read, (std::vector<std::string>{format, std::string(kKnown) + "@" + model, std::string(70, 'x')}));
 }
 
 TEST(Direction, IsHeldForTheFramesBitsAndTheMarginAndForPiecesBehindOneAnother) {
@@ -209,6 +99,15 @@ TEST(Turns, AnEchoIsNoConfirmationAndAConfirmationNoEcho) {
                {4, '>', set},
                {4.1, '<', set}});
   EXPECT_EQ(told, "echo answer echo answer answer ");
+}
+
+TEST(Turns, WhatStoodWhereNothingCouldBeReadIsNoSilence) {
+  for (const char* gap : {"9 bytes unreadable", "records lost: 3 (disk full)", "device back"}) {
+    bool silence = false;
+    Turns turns([&](const Turn& turn) { silence |= turn.what == What::kSilence; });
+    Feed(turns, {{1, '>', Framed("VR?", 1)}, {600, '-', gap}, {601, '<', Framed("VR=1", 1)}});
+    EXPECT_EQ(silence, std::string(gap) == "device back") << gap;
+  }
 }
 
 TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {

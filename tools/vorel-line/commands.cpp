@@ -21,7 +21,8 @@ namespace {
 using View = std::string_view;
 
 constexpr const char* kHelp =
-    "Usage: vorel-line record DEVICE --link LINK [-o FILE] [--rs485] [--format 7,e,1] [--size MB] [--keep N]\n"
+    "Usage: vorel-line record DEVICE --link LINK [-o FILE] [--wait] [--rs485] [--format e,7,1]\n"
+    "                         [--size MB] [--keep N]\n"
     "       vorel-line show FILE... [--raw] [--follow]\n"
     "       vorel-line events FILE... [--csv | --json] [--follow]\n"
     "       vorel-line stats FILE...\n"
@@ -46,7 +47,7 @@ struct Option {
   bool hasValue;
 };
 
-constexpr Option kRecordOptions[] = {{"--link", true},   {"-o", true},     {"--rs485", false},
+constexpr Option kRecordOptions[] = {{"--link", true},   {"-o", true},     {"--wait", false}, {"--rs485", false},
                                      {"--format", true}, {"--size", true}, {"--keep", true}};
 constexpr Option kShowOptions[] = {{"--raw", false}, {"--follow", false}};
 constexpr Option kEventsOptions[] = {{"--csv", false}, {"--json", false}, {"--follow", false}};
@@ -54,7 +55,8 @@ constexpr Option kPlotOptions[] = {{"-o", true}};
 constexpr Option kReplayOptions[] = {{"--link", true}, {"--fast", false}};
 
 int Refuse(const std::string& what) {
-  Complain(what + "\nvorel-line --help tells how it is used.");
+  Complain(what);
+  std::fputs("vorel-line --help tells how it is used.\n", stderr);
   return kExitUnusable;
 }
 
@@ -70,12 +72,13 @@ int Record(const Parsed& parsed) {
   options.link = parsed.Value("--link");
   options.file.path = parsed.Value("-o", "line.rec");
   options.rs485 = parsed.Has("--rs485");
-  options.dataFormat = parsed.Value("--format");
+  options.wait = parsed.Has("--wait");
+  options.dataFormat = DataFormatOf(parsed.Value("--format"));
   if (parsed.operands.size() != 1) return Refuse("record: one device");
   if (options.link.empty()) return Refuse("record: --link is needed: what the console opens");
   const auto whole = [](const std::string& path) { return std::filesystem::absolute(path).lexically_normal(); };
   if (whole(options.device) == whole(options.link)) return Refuse("record: the link can't be the device itself");
-  if (parsed.Has("--format") && !IsDataFormat(options.dataFormat)) return Refuse("--format: such as 7,e,1");
+  if (parsed.Has("--format") && options.dataFormat.empty()) return Refuse("--format: parity, bits, stops: e,7,1");
   const int size = Number(parsed.Value("--size", "0"));
   options.file.keep = Number(parsed.Value("--keep", "0"));
   if (size < 0 || options.file.keep < 0) return Refuse("--size and --keep: whole numbers");

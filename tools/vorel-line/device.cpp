@@ -21,12 +21,12 @@ constexpr tcflag_t kFormatFlags = kDataFlags | kSpeedFlags | CRTSCTS;
 
 LineFormat FormatIn(const Terminal& terminal) { return {terminal.c_cflag & kFormatFlags, terminal.c_ospeed}; }
 
-/// `flags` with data bits, parity and stop bits of a text such as "7,e,1".
+/// `flags` with parity, data bits and stop bits of a text such as "e,7,1".
 tcflag_t WithData(tcflag_t flags, std::string_view text) {
   flags &= ~kDataFlags;
-  flags |= text[0] == '7' ? CS7 : CS8;
-  if (text[2] != 'n') flags |= PARENB;
-  if (text[2] == 'o') flags |= PARODD;
+  if (text[0] != 'n') flags |= PARENB;
+  if (text[0] == 'o') flags |= PARODD;
+  flags |= text[2] == '7' ? CS7 : CS8;
   if (text[4] == '2') flags |= CSTOPB;
   return flags;
 }
@@ -55,9 +55,16 @@ std::string FormatText(const LineFormat& format) {
   return std::to_string(format.speed) + ',' + parity + ',' + bits + ((format.flags & CSTOPB) != 0 ? ",2" : ",1");
 }
 
-bool IsDataFormat(std::string_view text) {
-  return text.size() == 5 && (text[0] == '7' || text[0] == '8') && text[1] == ',' && text[3] == ',' &&
-         std::string_view("noe").find(text[2]) != std::string_view::npos && (text[4] == '1' || text[4] == '2');
+std::string DataFormatOf(std::string_view text) {
+  std::string format(text);
+  if (format.size() != 5) return {};
+  if (format[0] == '7' || format[0] == '8') std::swap(format[0], format[2]);
+  const auto isOneOf = [&format](std::size_t at, std::string_view letters) {
+    return letters.find(format[at]) != std::string_view::npos;
+  };
+  const bool isFormat =
+      isOneOf(0, "neo") && isOneOf(2, "78") && isOneOf(4, "12") && format[1] == ',' && format[3] == ',';
+  return isFormat ? format : std::string();
 }
 
 std::string DevicePort::Open(const LineFormat& console) {
@@ -67,6 +74,7 @@ std::string DevicePort::Open(const LineFormat& console) {
     ioctl(m_descriptor, TIOCEXCL);
     return {};
   }
+  m_isAbsent = errno == ENOENT || errno == ENODEV || errno == ENXIO || errno == EIO;
   const std::string reason = std::strerror(errno);
   Close();
   return m_path + ": " + reason;

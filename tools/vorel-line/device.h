@@ -23,13 +23,14 @@ std::optional<LineFormat> FormatOf(int terminal);
 /// Such as "9600,n,8,1".
 std::string FormatText(const LineFormat& format);
 
-/// Whether `text` is data bits, parity and stop bits, such as "7,e,1".
-bool IsDataFormat(std::string_view text);
+/// Parity, data bits and stop bits in the console's order, such as "e,7,1". "7,e,1" is taken too; empty for what is
+/// neither.
+std::string DataFormatOf(std::string_view text);
 
 /// The real port of a recording.
 class DevicePort {
  public:
-  /// `dataFormat` such as "7,e,1" fixes what the console's side can't tell.
+  /// `dataFormat` such as "e,7,1" fixes what the console's side can't tell.
   DevicePort(std::string path, std::string dataFormat) : m_path(std::move(path)), m_dataFormat(std::move(dataFormat)) {}
   ~DevicePort() { Close(); }
   DevicePort(const DevicePort&) = delete;
@@ -37,6 +38,8 @@ class DevicePort {
 
   /// Opens it at `console`, the format of the console's side. What went wrong, or nothing.
   std::string Open(const LineFormat& console);
+  /// Whether the last opening found no device: it may come.
+  bool IsAbsent() const { return m_isAbsent; }
   void Close();
   int Descriptor() const { return m_descriptor; }
 
@@ -56,6 +59,7 @@ class DevicePort {
   std::string m_path;
   std::string m_dataFormat;
   int m_descriptor = -1;
+  bool m_isAbsent = false;
   LineFormat m_followed;
 };
 

@@ -7,7 +7,18 @@
 
 namespace tarnwell::vorel_line {
 
-void Complain(const std::string& what) { std::fprintf(stderr, "vorel-line: %s\n", what.c_str()); }
+void Complain(const std::string& what) {
+  std::string line;
+  for (std::size_t i = 0; i < what.size(); ++i) {
+    const auto code = static_cast<unsigned char>(what[i]);
+    // Those of the second set have two bytes in UTF-8: C2 and 80 to 9F.
+    const bool isSecond = i > 0 && what[i - 1] == '\xC2' && code >= 0x80 && code < 0xA0;
+    if (isSecond) line.pop_back();
+    if (isSecond) line += "\\xC2";
+    line += code < ' ' || code == 0x7F || isSecond ? Readable(what.substr(i, 1)) : what.substr(i, 1);
+  }
+  std::fprintf(stderr, "vorel-line: %s\n", line.c_str());
+}
 
 std::string Readable(std::string_view bytes) {
   std::string text;

@@ -6,7 +6,8 @@
 
 namespace tarnwell::vorel_line {
 
-/// A line of the program's on standard error.
+/// A line of the program's on standard error. Control characters, as a file's name may hold, stand as \x and two
+/// hexadecimal digits.
 void Complain(const std::string& what);
 
 /// Text for a terminal: what isn't plain ASCII, and a backslash, as its code.

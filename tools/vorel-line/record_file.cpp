@@ -17,6 +17,7 @@
 #include "protocol/vocabulary.h"
 #include "sim/ending.h"
 #include "tools/vorel-line/plain_text.h"
+#include "tools/vorel-line/requests.h"
 
 namespace tarnwell::vorel_line {
 
@@ -55,14 +56,20 @@ RecordFile::~RecordFile() { Close(); }
 std::string RecordFile::Open() {
   const std::string error = OpenPath();
   if (!error.empty()) return m_rules.path + ": " + error;
+  m_goesOn = true;
+  m_weighty = false;
   m_thread = std::thread([this] { Work(); });
   return {};
 }
 
 std::string RecordFile::OpenPath() {
   // Without waiting: the other end of a pipe may never come.
-  m_descriptor = ::open(m_rules.path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC | O_NONBLOCK, 0644);
-  if (m_descriptor < 0) return std::strerror(errno);
+  constexpr int kFlags = O_RDWR | O_APPEND | O_CLOEXEC | O_NONBLOCK;
+  m_descriptor = ::open(m_rules.path.c_str(), kFlags);
+  m_made = m_descriptor < 0 && errno == ENOENT;
+  // A link that leads nowhere isn't followed: a file that nobody expects would be made there.
+  if (m_made) m_descriptor = ::open(m_rules.path.c_str(), kFlags | O_CREAT | O_EXCL, 0644);
+  if (m_descriptor < 0) return m_made && errno == EEXIST ? "is a link that leads nowhere" : std::strerror(errno);
   std::string error = RefuseOthers(m_descriptor);
   if (error.empty()) error = FindEnd();
   if (!error.empty()) ::close(std::exchange(m_descriptor, -1));
@@ -79,7 +86,9 @@ std::string RecordFile::FindEnd() {
   while ((count = ::read(m_descriptor, buffer.data(), buffer.size())) > 0) {
     decoder.Feed({buffer.data(), static_cast<std::size_t>(count)});
     Decoder::Result result = Decoder::Result::kRecord;
-    while ((result = decoder.Next(record)) == Decoder::Result::kRecord) Learn(record);
+    while ((result = decoder.Next(record)) == Decoder::Result::kRecord) {
+      if (!m_goesOn) Learn(record);
+    }
     if (sim::EndAsked()) return "ended while it was read";
     if (result == Decoder::Result::kDamaged)
       return decoder.WholeBytes() == 0 ? "is there and is no recording" : SetAside();
@@ -129,7 +138,9 @@ bool RecordFile::Close() {
   if (!m_idle.wait_for(lock, kCloseWithin, [this] { return m_finished; })) return false;
   lock.unlock();
   m_thread.join();
-  if (m_descriptor >= 0) ::close(std::exchange(m_descriptor, -1));
+  if (m_descriptor < 0) return true;
+  if (m_made && m_size == 0 && WhatBefell().empty()) ::unlink(m_rules.path.c_str());
+  ::close(std::exchange(m_descriptor, -1));
   return true;
 }
 
@@ -139,15 +150,22 @@ void RecordFile::Work() {
     std::uint64_t overflown = 0;
     {
       std::unique_lock lock(m_mutex);
-      m_wake.wait(lock, [this] { return m_ending || !m_queue.empty(); });
-      if (m_queue.empty()) break;
+      const auto isWoken = [this] { return m_ending || !m_queue.empty(); };
+      if (m_syncAt) {
+        m_wake.wait_until(lock, *m_syncAt, isWoken);
+      } else {
+        m_wake.wait(lock, isWoken);
+      }
+      if (m_queue.empty() && m_ending) break;
       records.swap(m_queue);
       overflown = std::exchange(m_overflown, 0);
     }
     for (const Record& record : records) Write(record);
     // They came behind these.
     if (overflown != 0) Lose(overflown, kTooSlow);
+    SyncWhereDue();
   }
+  Sync();
   const std::lock_guard lock(m_mutex);
   m_finished = true;
   m_idle.notify_one();
@@ -156,7 +174,44 @@ void RecordFile::Work() {
 // A clock that is set back a little begins no new day, and one that was far ahead once doesn't stop them.
 bool RecordFile::IsOtherDay(int day) const { return day > m_day || day < m_day - 1; }
 
+void RecordFile::SyncWhereDue() {
+  const bool isDue = m_syncAt && (m_weighty || std::chrono::steady_clock::now() >= *m_syncAt);
+  m_weighty = false;
+  if (isDue) Sync();
+}
+
+void RecordFile::Sync() {
+  m_syncAt.reset();
+  if (m_descriptor < 0) return;
+  const bool failed = ::fdatasync(m_descriptor) != 0;
+  if (failed && !m_syncFailed) Complain(m_rules.path + ": " + std::strerror(errno) + "; the last records may be lost");
+  m_syncFailed = failed;
+}
+
+std::string RecordFile::WhatBefell() const {
+  struct stat own {};
+  struct stat named {};
+  if (m_descriptor < 0 || fstat(m_descriptor, &own) != 0) return {};
+  if (::stat(m_rules.path.c_str(), &named) != 0) {
+    const bool isGone = errno == ENOENT || errno == ENOTDIR;
+    return !isGone ? "" : own.st_nlink == 0 ? "was removed" : "was renamed";
+  }
+  if (own.st_dev != named.st_dev || own.st_ino != named.st_ino) return "was replaced";
+  return own.st_size < static_cast<off_t>(m_size) ? "was shortened" : "";
+}
+
+void RecordFile::FollowName() {
+  const std::string befell = WhatBefell();
+  if (befell.empty()) return;
+  m_befell = befell;
+  Complain(m_rules.path + ": " + befell + " while it was written; the recording is begun anew");
+  Sync();
+  ::close(std::exchange(m_descriptor, -1));
+  m_size = 0;
+}
+
 void RecordFile::Write(const Record& record) {
+  FollowName();
   if (m_descriptor < 0) m_reason = OpenPath();
   const Encoder before = m_encoder;
   std::string bytes = Encode(record);
@@ -168,6 +223,7 @@ void RecordFile::Write(const Record& record) {
   Learn(record);
   if (!Append(bytes)) return Lose(1, m_descriptor < 0 ? m_reason : std::strerror(errno));
   m_lost = 0;
+  m_befell.clear();
 }
 
 void RecordFile::Learn(const Record& record) {
@@ -177,6 +233,7 @@ void RecordFile::Learn(const Record& record) {
 }
 
 void RecordFile::Learn(const Turn& turn) {
+  m_weighty |= !turn.request.empty() && KindOf(turn.request) != RequestKind::kQuery;
   if (const auto move = m_addresses.Take(turn)) {
     const auto& [from, to] = *move;
     for (const protocol::Request* identity : kIdentity) {
@@ -186,6 +243,8 @@ void RecordFile::Learn(const Turn& turn) {
     }
   }
   if (turn.what != What::kAnswer || turn.fault != Fault::kNone) return;
+  if (turn.request == protocol::kAlarmQuery.text)
+    m_weighty |= std::exchange(m_alarms[turn.address], turn.bytes) != turn.bytes;
   for (const protocol::Request* identity : kIdentity) {
     if (turn.request != identity->text) continue;
     m_known[turn.address + identity->text] = std::string(kKnown) + turn.address + turn.bytes;
@@ -199,11 +258,13 @@ void RecordFile::Lose(std::uint64_t count, const std::string& reason) {
 }
 
 std::string RecordFile::Encode(const Record& record) {
-  if (m_lost != 0 || m_size == 0) m_encoder.Restart();
+  const bool begins = m_size == 0 || !m_befell.empty();
+  if (m_lost != 0 || begins) m_encoder.Restart();
   std::string bytes = m_size == 0 ? Encoder::Header() : std::string();
   const auto note = [&](const std::string& text) { bytes += m_encoder.Encode({Kind::kNote, record.at, 0, text, 0}); };
-  if (m_lost != 0) note("records lost: " + std::to_string(m_lost) + " (" + m_reason + ")");
-  if (m_size != 0) return bytes + m_encoder.Encode(record);
+  if (m_lost != 0) note(std::string(kLost) + std::to_string(m_lost) + " (" + m_reason + ")");
+  if (!m_befell.empty()) note(std::string(kAnew) + m_befell);
+  if (!begins) return bytes + m_encoder.Encode(record);
   if (!m_format.empty()) note(m_format);
   for (const auto& [of, text] : m_known) note(text);
   return bytes + m_encoder.Encode(record);
@@ -219,6 +280,7 @@ bool RecordFile::Append(const std::string& bytes) {
   }
   if (written == bytes.size()) {
     m_size += written;
+    if (!m_syncAt) m_syncAt = std::chrono::steady_clock::now() + m_rules.syncEvery;
     return true;
   }
   const int reason = errno;
@@ -249,6 +311,7 @@ void RecordFile::Rotate() {
     return;
   }
   m_rotateFrom = 0;
+  Sync();
   for (int more = m_rules.keep + 1; m_rules.keep > 0 && ::unlink(old(more).c_str()) == 0;) ++more;
   ::close(std::exchange(m_descriptor, -1));
   m_size = 0;

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
 #include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -16,12 +18,14 @@ namespace tarnwell::vorel_line {
 
 struct FileRules {
   std::string path;
-  std::uint64_t largest = 0;  ///< bytes at which a new file is begun; 0: none
-  int keep = 0;               ///< old files that are kept, as path.1, path.2; 0: one file for all days
+  std::uint64_t largest = 0;                  ///< bytes at which a new file is begun; 0: none
+  int keep = 0;                               ///< old files that are kept, as path.1, path.2; 0: one file for all days
+  std::chrono::milliseconds syncEvery{5000};  ///< what a loss of power may cost, alarms and commands apart
 };
 
 /// The file of a recording, written by a thread of its own, so that no disk holds up the line. A record that the disk
-/// doesn't take is lost whole, and how many were stands in the file once it takes some again.
+/// doesn't take is lost whole, and how many were stands in the file once it takes some again. Where the file is
+/// removed, renamed, replaced or shortened by others, the next record begins one anew.
 class RecordFile {
  public:
   explicit RecordFile(FileRules rules);
@@ -30,7 +34,7 @@ class RecordFile {
   RecordFile& operator=(const RecordFile&) = delete;
 
   /// Opens the file behind its last whole record; one that is damaged ahead of its end is set aside as FILE.damaged.
-  /// What went wrong, or nothing. No other program may be writing to it.
+  /// What went wrong, or nothing. No other program may be writing to it. A new file without a record doesn't stay.
   std::string Open();
 
   /// Queues a record and returns at once.
@@ -46,6 +50,11 @@ class RecordFile {
   /// What a later file is to tell of it.
   void Learn(const Record& record);
   void Learn(const Turn& turn);
+  /// Begins anew where the name leads to another file or none, or the file has shrunk.
+  void FollowName();
+  std::string WhatBefell() const;
+  void SyncWhereDue();
+  void Sync();
   void Lose(std::uint64_t count, const std::string& reason);
   /// The record, behind what stands ahead of it: the header of a new file, a note of those that were lost.
   std::string Encode(const Record& record);
@@ -61,14 +70,21 @@ class RecordFile {
 
   FileRules m_rules;
   int m_descriptor = -1;
+  bool m_made = false;    // by this program
+  bool m_goesOn = false;  // what is found in a file from now on says nothing of this line
   std::uint64_t m_size = 0;
   int m_day = 0;
   std::uint64_t m_rotateFrom = 0;  // bytes below which a failed rotation isn't tried again
   std::uint64_t m_lost = 0;
   std::string m_reason;
+  std::string m_befell;                                           // the file before, till this one tells it
+  std::optional<std::chrono::steady_clock::time_point> m_syncAt;  // where something is written and not synchronised
+  bool m_weighty = false;
+  bool m_syncFailed = false;
   // What each file tells by itself, so that it can be read alone.
   std::string m_format;
   std::map<std::string, std::string> m_known;  // by address byte and request
+  std::map<char, std::string> m_alarms;        // the last answer, by address byte
   AddressFollower m_addresses;
   Turns m_turns;
   Encoder m_encoder;

@@ -13,22 +13,21 @@ namespace tarnwell::vorel_line {
 
 namespace {
 
-/// When the first record of the file was.
+/// When the first record of the file was that can be read.
 std::int64_t BeginOf(const std::string& path) {
+  using Limits = std::numeric_limits<std::int64_t>;
   std::ifstream file(path, std::ios::binary);
   std::array<char, 2 * kLongestRecord> buffer;
   Decoder decoder;
   Record record;
-  Decoder::Result result = Decoder::Result::kEnd;
-  while (result == Decoder::Result::kEnd && file) {
-    file.read(buffer.data(), buffer.size());
-    if (file.gcount() == 0) break;
+  while (file.read(buffer.data(), buffer.size()), file.gcount() != 0) {
     decoder.Feed({buffer.data(), static_cast<std::size_t>(file.gcount())});
-    result = decoder.Next(record);
+    Decoder::Result result = decoder.Next(record);
+    if (result == Decoder::Result::kDamaged && decoder.WholeBytes() == 0) return Limits::min();
+    for (; result == Decoder::Result::kDamaged; result = decoder.Next(record)) decoder.PassOver();
+    if (result == Decoder::Result::kRecord) return record.at;
   }
-  using Limits = std::numeric_limits<std::int64_t>;
-  if (result == Decoder::Result::kRecord) return record.at;
-  return result == Decoder::Result::kEnd ? Limits::max() : Limits::min();
+  return Limits::max();
 }
 
 /// Something else than a file of which a second look finds the same.

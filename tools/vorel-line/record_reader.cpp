@@ -32,9 +32,10 @@ class Reader {
 
   Exit ReadAll() {
     if (!Open()) return kExitUnusable;
-    const Found found = ReadOn();
-    if (found == Found::kNothing) Complain("holds no record");
-    return found == Found::kFailure ? kExitUnusable : found == Found::kDamage ? ComplainOfDamage() : kExitFine;
+    Found found = ReadOn();
+    while (found == Found::kDamage && PassOver()) found = ReadOn();
+    if (found == Found::kNothing && m_offset == 0) Complain("holds no record");
+    return found == Found::kFailure ? kExitUnusable : TellDamage();
   }
 
   Exit Follow(const sigset_t& whileWaiting) {
@@ -48,14 +49,14 @@ class Reader {
       const bool isBegunAnew = Status().st_size < static_cast<off_t>(m_decoder.WholeBytes());
       if (isBegunAnew && !Open()) return kExitUnusable;
       if (isBegunAnew) continue;
-      if (found == Found::kDamage && !GoBack()) return ComplainOfDamage();
+      if (found == Found::kDamage && !GoBack() && !PassOver()) return TellDamage();
       if (found != Found::kNothing || (Status().st_size < m_offset && GoBack())) continue;
       if (replaced && !Open()) return kExitUnusable;
       // What was written ahead of the change of files is read first.
       replaced = !replaced && IsReplaced();
       if (!replaced) sim::Rest(whileWaiting, kLookEvery);
     }
-    return kExitFine;
+    return TellDamage();
   }
 
  private:
@@ -70,10 +71,13 @@ class Reader {
     return false;
   }
   bool Open() {
+    TellDamage();
     Close();
     m_descriptor = ::open(m_path.c_str(), O_RDONLY | O_CLOEXEC);
     m_decoder = {};
     m_offset = 0;
+    m_told = 0;
+    m_places = 0;
     if (m_descriptor < 0) Complain(std::strerror(errno));
     return m_descriptor >= 0;
   }
@@ -85,18 +89,33 @@ class Reader {
   Found ReadOn() {
     std::array<char, 65536> buffer;
     Found found = Found::kNothing;
-    ssize_t count = 0;
-    while ((count = ::read(m_descriptor, buffer.data(), buffer.size())) > 0) {
+    for (;;) {
+      Record record;
+      Decoder::Result result = Decoder::Result::kRecord;
+      while ((result = m_decoder.Next(record)) == Decoder::Result::kRecord) HandOn(record);
+      if (result == Decoder::Result::kDamaged) return Found::kDamage;
+      const ssize_t count = ::read(m_descriptor, buffer.data(), buffer.size());
+      if (count < 0) Complain(std::strerror(errno));
+      if (count <= 0) return count < 0 ? Found::kFailure : found;
       found = Found::kBytes;
       m_offset += count;
       m_decoder.Feed({buffer.data(), static_cast<std::size_t>(count)});
-      Record record;
-      Decoder::Result result = Decoder::Result::kRecord;
-      while ((result = m_decoder.Next(record)) == Decoder::Result::kRecord) m_sink(record);
-      if (result == Decoder::Result::kDamaged) return Found::kDamage;
     }
-    if (count < 0) Complain(std::strerror(errno));
-    return count < 0 ? Found::kFailure : found;
+  }
+
+  void HandOn(const Record& record) {
+    const std::uint64_t unreadable = m_decoder.Unreadable();
+    const std::uint64_t more = unreadable - std::exchange(m_told, unreadable);
+    if (more != 0) m_sink({Kind::kNote, record.at, 0, std::to_string(more) + std::string(kUnreadable), record.offset});
+    m_sink(record);
+  }
+
+  /// Goes on behind damage. False: the file is no recording.
+  bool PassOver() {
+    if (m_places++ == 0) m_firstPlace = m_decoder.WholeBytes();
+    if (m_firstPlace == 0) return false;
+    m_decoder.PassOver();
+    return true;
   }
 
   /// A recorder cuts off what another one left unfinished. False where this has been tried for this place.
@@ -124,10 +143,15 @@ class Reader {
     vorel_line::Complain(m_path + ": " + what);
     return kExitUnusable;
   }
-  Exit ComplainOfDamage() const {
-    const std::uint64_t at = m_decoder.WholeBytes();
-    Complain(at == 0 ? "is no recording" : "damaged behind byte " + std::to_string(at));
-    return kExitDamaged;
+  /// What couldn't be read of the file that is open.
+  Exit TellDamage() {
+    if (m_places == 0) return m_worst;
+    const std::string where =
+        m_places == 1 ? "damaged" : "damaged at " + std::to_string(m_places) + " places, the first";
+    const std::string bytes = std::to_string(m_decoder.Unreadable()) + std::string(kUnreadable);
+    Complain(m_firstPlace == 0 ? "is no recording"
+                               : where + " behind byte " + std::to_string(m_firstPlace) + ": " + bytes);
+    return m_worst = kExitDamaged;
   }
 
   std::string m_path;
@@ -136,6 +160,11 @@ class Reader {
   off_t m_offset = 0;
   off_t m_wentBackTo = -1;
   Decoder m_decoder;
+  // What is told of damage.
+  int m_places = 0;
+  std::uint64_t m_firstPlace = 0;  // 0: at the very begin
+  std::uint64_t m_told = 0;        // bytes
+  Exit m_worst = kExitFine;
 };
 
 }  // namespace

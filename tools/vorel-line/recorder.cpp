@@ -10,6 +10,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <utility>
 
 #include "sim/ending.h"
 #include "sim/pty.h"
@@ -92,6 +93,8 @@ class Recorder {
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
 
+  bool DeviceIsAbsent() const { return m_device.IsAbsent(); }
+
   /// What is wrong with the device, or nothing.
   std::string OpenDevice() {
     std::string error = m_device.Open(ConsoleFormat());
@@ -112,7 +115,7 @@ class Recorder {
 
   void Run(const sigset_t& whileWaiting) {
     m_journal.Note(Now(), kStarted);
-    NoteFormat(m_device.Settings());
+    m_device.Descriptor() < 0 ? AwaitDevice(Now()) : NoteFormat(m_device.Settings());
     while (!sim::EndAsked()) {
       Wait(whileWaiting);
       const std::int64_t now = Now();
@@ -220,9 +223,13 @@ class Recorder {
     m_toDevice.Clear();
     m_frame.clear();
     m_direction.Release();
+    Complain("the device is gone; waiting for it");
+    AwaitDevice(now);
+  }
+
+  void AwaitDevice(std::int64_t now) {
     m_reopenAt = now + kReopenEvery;
     m_journal.Note(now, kDeviceGone);
-    Complain("the device is gone; waiting for it");
   }
 
   void KeepDevice(std::int64_t now) {
@@ -255,6 +262,7 @@ int RecordLine(const RecordOptions& options) {
   RecordFile file(options.file);
   Recorder recorder(options, file);
   std::string error = recorder.OpenDevice();
+  if (options.wait && recorder.DeviceIsAbsent()) Complain(std::exchange(error, {}) + "; waiting for it");
   if (error.empty()) error = file.Open();
   if (error.empty()) error = recorder.OpenConsole();
   if (!error.empty()) return Complain(error), kExitUnusable;

@@ -11,7 +11,8 @@ struct RecordOptions {
   std::string link;
   FileRules file;
   bool rs485 = false;      ///< RTS is raised around what the console sends
-  std::string dataFormat;  ///< such as "7,e,1": what a pseudo-terminal can't hold; empty: as the console sets it
+  bool wait = false;       ///< for a device that isn't there at the start
+  std::string dataFormat;  ///< such as "e,7,1": what a pseudo-terminal can't hold; empty: as the console sets it
 };
 
 /// Stands between console and device until a signal ends it, passes every byte on and records. Gives the exit code.

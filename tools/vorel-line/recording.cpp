@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <ctime>
 
 namespace tarnwell::vorel_line {
@@ -13,6 +14,10 @@ static_assert(kHeader.starts_with(kRecordingHead));
 constexpr std::int64_t kStep = 100;                // microseconds
 constexpr std::int64_t kClockEvery = 600'000'000;  // microseconds
 constexpr std::size_t kClockBytes = 10;
+// Kind, since and lasted, which are 0, and size of a time of day: by them it is found behind damage.
+constexpr std::string_view kClockHead("\4\0\0\12", 4);
+constexpr std::size_t kClockEnd = kClockHead.size() + kClockBytes;  // its check stands here
+constexpr int kMostOffset = 24 * 60;
 constexpr std::size_t kCompactAt = 1 << 20;
 
 void PutNumber(std::string& bytes, std::uint64_t value) {
@@ -121,6 +126,14 @@ void Decoder::Feed(std::string_view bytes) {
     m_at = 0;
   }
   m_data += bytes;
+  m_fed += bytes.size();
+}
+
+void Decoder::DropPart() {
+  m_data.clear();
+  m_at = 0;
+  m_fed = m_taken;
+  m_passing = false;
 }
 
 Decoder::Result Decoder::TakeHeader() {
@@ -133,11 +146,31 @@ Decoder::Result Decoder::TakeHeader() {
   return Result::kRecord;
 }
 
+/// Goes on to the next time of day, if that has been fed. Texts may hold its head by chance, so offset and check
+/// decide.
+bool Decoder::FindClock() {
+  const std::string_view data = m_data;
+  std::size_t at = m_at;
+  for (; (at = data.find(kClockHead, at)) != std::string_view::npos && data.size() - at > kClockEnd; ++at) {
+    const auto offset = static_cast<std::int16_t>(Fixed(data.substr(at + kClockEnd - 2, 2)));
+    if (std::abs(offset) > kMostOffset || data[at + kClockEnd] != Check(data.substr(at, kClockEnd))) continue;
+    const std::uint64_t found = m_fed - (data.size() - at);
+    m_unreadable += found - m_taken;
+    m_taken = found;
+    m_at = at;
+    m_passing = false;
+    return true;
+  }
+  m_at = std::max(m_at, data.size() - std::min(data.size(), kClockEnd));  // a part of one may stand at the end
+  return false;
+}
+
 Decoder::Result Decoder::Next(Record& record) {
   if (!m_headerRead) {
     const Result header = TakeHeader();
     if (header != Result::kRecord) return header;
   }
+  if (m_passing && !FindClock()) return Result::kEnd;
   for (;;) {
     const std::string_view data = std::string_view(m_data).substr(m_at);
     if (data.empty()) return Result::kEnd;

@@ -26,6 +26,10 @@ struct Record {
 // Notes.
 inline constexpr std::string_view kFormat = "format ";  ///< and the format, or that it was refused
 inline constexpr std::string_view kKnown = "known ";  ///< and an address byte and a frame: what a device told of itself
+inline constexpr std::string_view kLost = "records lost: ";  ///< and how many, and why
+inline constexpr std::string_view kUnreadable =
+    " bytes unreadable";  ///< behind how many; by the reader, not in the file
+inline constexpr std::string_view kAnew = "recording begun anew: the file ";  ///< and what became of it
 inline constexpr std::string_view kStarted = "recording started";
 inline constexpr std::string_view kEnded = "recording ended";
 inline constexpr std::string_view kDeviceGone = "device gone";
@@ -36,6 +40,9 @@ inline std::string_view FormatOfNote(std::string_view note) {
   const bool inForce = note.starts_with(kFormat) && note.find(' ', kFormat.size()) == std::string_view::npos;
   return inForce ? note.substr(kFormat.size()) : std::string_view();
 }
+
+/// Whether records are missing ahead of a note.
+inline bool IsGap(std::string_view note) { return note.starts_with(kLost) || note.ends_with(kUnreadable); }
 
 /// What a recording of any version begins with.
 inline constexpr std::string_view kRecordingHead = "vorel-line recording ";
@@ -65,19 +72,29 @@ class Decoder {
   enum class Result { kRecord, kEnd, kDamaged };
 
   void Feed(std::string_view bytes);
-  /// The next record into `record`; kEnd where only a part of one is left.
+  /// The next record into `record`; kEnd where only a part of one is left. kDamaged comes again and again, until
+  /// PassOver.
   Result Next(Record& record);
+  /// Has Next go on behind damage at the next time of day: the times of all records ahead of it are unknown. No way on
+  /// where WholeBytes is 0: that is no recording.
+  void PassOver() { m_passing = true; }
+  /// Bytes that were passed over.
+  std::uint64_t Unreadable() const { return m_unreadable + (m_passing ? m_fed - m_taken : 0); }
   /// Forgets what was fed behind the last whole record; what is fed next follows that one.
-  void DropPart() { m_data.resize(m_at); }
+  void DropPart();
   /// Bytes up to the end of the last whole record.
   std::uint64_t WholeBytes() const { return m_taken; }
 
  private:
   Result TakeHeader();
+  bool FindClock();
 
   std::string m_data;
   std::size_t m_at = 0;
+  std::uint64_t m_fed = 0;
   std::uint64_t m_taken = 0;
+  bool m_passing = false;
+  std::uint64_t m_unreadable = 0;
   bool m_headerRead = false;
   bool m_clockRead = false;
   std::int64_t m_last = 0;

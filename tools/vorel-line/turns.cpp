@@ -36,6 +36,7 @@ std::string_view FaultText(Fault fault) {
 void Turns::Take(const Record& record) {
   m_offset = record.offset;
   m_now = record.at;
+  if (m_open && record.kind == Kind::kNote && IsGap(record.bytes)) DropOpen();
   if (m_open && record.at > m_askedUntil + kReplyWindow) CloseOpen(record.at);
   if (record.at - m_fromConsoleAt > kStray) TellNoise();
   switch (record.kind) {
@@ -149,6 +150,12 @@ void Turns::CloseOpen(std::int64_t now) {
   }
   if (fault == Fault::kNone && IsQuery(m_request) && !m_echoed) m_echoes.AnsweredWithout();
   Tell(What::kAnswer, m_gatheredAt, std::exchange(m_gathered, {}), fault);
+}
+
+/// What came for it stood where nothing could be read: that is no silence.
+void Turns::DropOpen() {
+  m_gathered.clear();
+  CloseOpen(m_askedAt);
 }
 
 void Turns::End() {

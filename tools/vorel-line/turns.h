@@ -61,6 +61,7 @@ class Turns {
   Fault Judge() const;
   /// What has come by `now` is all that came.
   void CloseOpen(std::int64_t now);
+  void DropOpen();
   void TellNoise();
   void Tell(What what, std::int64_t at, std::string bytes, Fault fault = Fault::kNone);
 
