@@ -151,6 +151,15 @@ TEST(Views, StartAsTheLogicExpects) {
   }
 }
 
+// The toolkit keeps the pictures that it drew of each.
+TEST(Views, AllFormsHaveOneIcon) {
+  const frmMain main;
+  const qint64 key = main.windowIcon().cacheKey();
+  const frmOptions options;
+  EXPECT_TRUE(main.windowIcon().cacheKey() == key && options.windowIcon().cacheKey() == key);
+  EXPECT_FALSE(main.windowIcon().isNull());
+}
+
 TEST(Layout, FontsStepUpThenDownByQuarters) {
   // At p points the text is 100 p wide and 20 p high: up while it is narrower than the field, down once and then while
   // it is higher; 6 where a size is refused or none is small enough.

@@ -101,6 +101,16 @@ void DrawRing(const QStyleOption& option, QPainter& painter) {
   painter.restore();
 }
 
+/// The toolkit keeps a picture of each button that it drew under the key of its palette, and the palette of a new
+/// widget has a key of its own though the colours are the application's: each form that opens would add its pictures to
+/// those.
+QPalette WithSharedKey(const QPalette& palette) {
+  QPalette shared = QApplication::palette();
+  if (palette != shared) return palette;
+  shared.setCurrentColorGroup(palette.currentColorGroup());
+  return shared;
+}
+
 }  // namespace
 
 FormStyle::FormStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
@@ -148,6 +158,12 @@ void FormStyle::drawControl(ControlElement element, const QStyleOption* option, 
 void FormStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                               const QWidget* widget) const {
   if (element == PE_FrameTabWidget) return DrawPane(*option, *painter);
+  const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+  if (element == PE_PanelButtonCommand && button != nullptr) {
+    QStyleOptionButton shared = *button;
+    shared.palette = WithSharedKey(button->palette);
+    return QProxyStyle::drawPrimitive(element, &shared, painter, widget);
+  }
   QProxyStyle::drawPrimitive(element, option, painter, widget);
   if (element == PE_IndicatorRadioButton && IsDark(option->palette)) DrawRing(*option, *painter);
 }
@@ -169,6 +185,7 @@ void FormStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
   }
   QStyleOptionComboBox plain = *box;
   plain.subControls &= ~SC_ComboBoxArrow;
+  plain.palette = WithSharedKey(box->palette);
   QProxyStyle::drawComplexControl(control, &plain, painter, widget);
   const QRect area = subControlRect(control, option, SC_ComboBoxArrow, widget);
   DrawArrow(*painter, area, option->fontMetrics.height() / 2, -1, option->palette.color(QPalette::ButtonText));
