@@ -86,9 +86,8 @@ QPalette TabColours(QPalette colours) {
 }
 
 void DrawPane(const QStyleOption& option, QPainter& painter) {
-  painter.setPen(LineColour(option.palette));
-  painter.setBrush(option.palette.window());
-  painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+  painter.fillRect(option.rect, option.palette.window());
+  DrawBorder(painter, option.rect, LineColour(option.palette));
 }
 
 /// Around an option's circle, whose own line is darker than the window.
@@ -113,6 +112,11 @@ QPalette WithSharedKey(const QPalette& palette) {
 
 }  // namespace
 
+void DrawBorder(QPainter& painter, const QRect& area, const QColor& colour) {
+  const QRect inside = area.adjusted(1, 1, -1, -1);
+  for (const QRect& part : QRegion(area) - inside) painter.fillRect(part, colour);
+}
+
 FormStyle::FormStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 
 FormStyle* FormStyle::Instance() {
@@ -135,6 +139,10 @@ int FormStyle::Stretch(const QFont& font, int flags, const QString& text, const 
     narrow.setStretch(stretch);
   }
   return stretch;
+}
+
+double FormStyle::RoomFor(const QFont& font, int flags, const QString& text, const QSize& room) {
+  return 100.0 * room.width() / std::max(TextSize(font, flags, text, room).width(), 1.0);
 }
 
 void FormStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
