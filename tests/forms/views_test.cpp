@@ -171,9 +171,9 @@ TEST(Layout, FontsStepUpThenDownByQuarters) {
       set = wanted > 0.0 && wanted <= limit ? wanted : set;
       return set == wanted;
     };
-    const auto narrower = [&, field = width] { return 100.0 * set < field; };
-    const auto higher = [&, field = height] { return 20.0 * set > field; };
-    EXPECT_EQ(FitPoints(setPoints, narrower, higher), points) << largest << ' ' << width << ' ' << height;
+    const auto across = [&, field = width] { return Filling{100.0 * set, field}; };
+    const auto down = [&, field = height] { return Filling{20.0 * set, field}; };
+    EXPECT_EQ(FitPoints(setPoints, across, down), points) << largest << ' ' << width << ' ' << height;
   }
 }
 
