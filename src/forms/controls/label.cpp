@@ -84,10 +84,10 @@ QString Label::Elided() const {
   return fontMetrics().elidedText(text(), Qt::ElideRight, static_cast<int>(TextArea().width() / kNarrowest));
 }
 
-// Nothing is measured for a field that is empty, as all are until a device answers: each size of a font costs.
+// Nothing is measured for a field that is blank, as all are until a device answers: each size of a font costs.
 void Label::ChooseToolTip() {
   if (!m_boxed) return;
-  const bool whole = text().isEmpty() || Elided() == text();
+  const bool whole = text().trimmed().isEmpty() || Elided() == text();
   SetOwnToolTip(*this, whole ? m_ownToolTip : PlainToolTip(text()));
 }
 
