@@ -19,8 +19,7 @@ void AlarmIndicator::ShowReply(const DecodedAlarms& found) {
 void AlarmIndicator::FlashAlarmIndicators() {
   const AlarmSummary summary = GetAlarmSummary(m_shared.AlarmStatus);
   if (summary.UnackedPresent) {
-    ToggleAlarmPicture();
-    m_form.imgOk.setVisible(false);
+    ShowFlash(m_form.imgAlarm.isHidden());  // not isVisible: a minimised console flashes too
     if (m_shared.AudibleNotify) m_desktop.Beep();
   } else {
     m_form.imgAlarm.setVisible(summary.AckedPresent);
@@ -28,10 +27,16 @@ void AlarmIndicator::FlashAlarmIndicators() {
   }
 }
 
-void AlarmIndicator::ToggleAlarmPicture() {
-  const bool shows = m_form.imgAlarm.isHidden();  // not isVisible: a minimised console flashes too
-  m_form.imgAlarm.setVisible(shows);
-  forms::SetBold(m_form.lblAlarm, shows);
+void AlarmIndicator::StandLit() {
+  const AlarmSummary summary = GetAlarmSummary(m_shared.AlarmStatus);
+  const bool present = summary.UnackedPresent || summary.AckedPresent;
+  if (present && m_form.imgAlarm.isHidden()) ShowFlash(true);
+}
+
+void AlarmIndicator::ShowFlash(bool lit) {
+  m_form.imgAlarm.setVisible(lit);
+  m_form.imgOk.setVisible(false);
+  forms::SetBold(m_form.lblAlarm, lit);
 }
 
 }  // namespace tarnwell::alarms

@@ -19,8 +19,11 @@ class AlarmIndicator {
   /// One tick of tmrFlasher.
   void FlashAlarmIndicators();
 
+  /// For a tmrFlasher that was stopped: a sign that flashes stays lit.
+  void StandLit();
+
  private:
-  void ToggleAlarmPicture();
+  void ShowFlash(bool lit);
 
   forms::frmMain& m_form;
   const link::SSPA_Public& m_shared;

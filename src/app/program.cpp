@@ -14,7 +14,7 @@ Program::Program(const Machine& machine)
       m_address(m_main, m_shared, m_properties, machine.desktop),
       m_polls(m_main, m_shared, m_timing, m_session, m_readers),
       m_connection(m_main, m_shared, m_line, m_timing, machine.comConnect, machine.desktop, m_session, m_readers,
-                   m_polls),
+                   m_indicator, m_polls),
       m_opener(m_main, m_timing, m_session),
       m_startUp(m_main, m_shared, m_timing, machine.comConnect, machine.desktop, m_properties) {
   WireForm();

@@ -3,6 +3,8 @@
 #include <QStyleOptionButton>
 #include <algorithm>
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include "forms/controls/command_button.h"
 #include "forms/controls/form_style.h"
@@ -15,7 +17,7 @@ namespace tarnwell::forms {
 
 namespace {
 
-constexpr int kNarrowest = 80;  ///< per cent of its own width at which a caption reads well
+constexpr double kNarrowest = 80;  ///< per cent of its own width at which a caption reads well
 constexpr double kLeastPoints = 4.0;
 constexpr int kFrameTitleMargins = 16;  ///< pixels beside a frame's title
 
@@ -48,29 +50,49 @@ std::optional<Caption> CaptionOf(const QWidget& control) {
   return std::nullopt;
 }
 
-bool Fits(const QWidget& control, const QString& text, const Caption& caption) {
-  return text.isEmpty() || FormStyle::Stretch(control.font(), caption.flags, text, caption.room) >= kNarrowest;
+/// All captions of the form as they are now, and those that it gets later.
+std::vector<std::pair<QFont, Caption>> Captions(Form& form, std::initializer_list<LaterCaption> later) {
+  std::vector<std::pair<QFont, Caption>> captions;
+  const auto add = [&captions](const QWidget& control, const QString* text) {
+    std::optional<Caption> caption = CaptionOf(control);
+    if (!caption) return;
+    if (text != nullptr) caption->text = *text;
+    if (!caption->text.isEmpty()) captions.emplace_back(control.font(), *caption);
+  };
+  for (const QWidget* control : form.Inner().findChildren<QWidget*>()) add(*control, nullptr);
+  for (const LaterCaption& row : later) add(row.control, &row.text);
+  return captions;
 }
 
-bool AllFit(Form& form, std::initializer_list<LaterCaption> later) {
-  const auto controls = form.Inner().findChildren<QWidget*>();
-  const auto fits = [](const QWidget* control) {
-    const std::optional<Caption> caption = CaptionOf(*control);
-    return !caption || Fits(*control, caption->text, *caption);
-  };
-  const auto fitsLater = [](const LaterCaption& row) { return Fits(row.control, row.text, *CaptionOf(row.control)); };
-  return std::all_of(controls.begin(), controls.end(), fits) && std::all_of(later.begin(), later.end(), fitsLater);
+/// What the most crowded caption takes of its room when it is as narrow as it may be: more than 1 where one doesn't
+/// fit. Each narrower font is looked at only where the captions' own widths leave it open.
+Filling MostCrowded(Form& form, std::initializer_list<LaterCaption> later) {
+  const auto captions = Captions(form, later);
+  double most = 0.0;
+  for (const auto& [font, caption] : captions) {
+    most = std::max(most, kNarrowest / FormStyle::RoomFor(font, caption.flags, caption.text, caption.room));
+  }
+  if (most > 1.0) return {most, 1.0};
+  const bool fit = std::all_of(captions.begin(), captions.end(), [](const auto& row) {
+    const auto& [font, caption] = row;
+    return FormStyle::Stretch(font, caption.flags, caption.text, caption.room) >= kNarrowest;
+  });
+  return {fit ? most : 1.01, 1.0};
 }
 
 }  // namespace
 
 double FitCaptions(Form& form, double points, std::initializer_list<LaterCaption> later) {
+  const auto setPoints = [&](double wanted) {
+    points = wanted;
+    SetFontSizes(form, wanted);
+    return true;
+  };
+  const auto crowded = [&] { return points > kLeastPoints ? MostCrowded(form, later) : Filling{1.0, 1.0}; };
+  double fitting = points;
   SetFontSizes(form, points);
-  while (points > kLeastPoints && !AllFit(form, later)) {
-    points -= kPointStep;
-    SetFontSizes(form, points);
-  }
-  return points;
+  StepWhile(crowded, -kPointStep, fitting, setPoints);
+  return fitting;
 }
 
 }  // namespace tarnwell::forms

@@ -68,7 +68,7 @@ frmAlarms::frmAlarms() : Form("frmAlarms", "", Border::kFixedSingle, 9480, 6795)
   SetFirstFocus(cmdExit);
   SetCancelButton(cmdExit);
   fra7316Alarms.raise();
-  GiveIcon(*this);
+  GiveIcon();
   connect(this, &Form::Resize, this, [this] { ArrangeAlarms(*this); });
 }
 

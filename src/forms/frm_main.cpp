@@ -27,7 +27,7 @@ frmMain::frmMain() : Form("frmMain", "", Border::kFixedSingle, 9510, 6960, Title
   NameFields(*this);
   SetFirstFocus(cmdConnect);
   fra7316Status.raise();
-  GiveIcon(*this);
+  GiveIcon();
   connect(this, &Form::Resize, this, [this] { ArrangeMain(*this); });
 }
 

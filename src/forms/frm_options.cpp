@@ -27,7 +27,7 @@ frmOptions::frmOptions() : Form("frmOptions", "", Border::kFixedDialog, 7110, 50
   SetDefaultButton(cmdOK);
   tabOptions.lower();
   Place(fraGeneral, kOutOfSight, 0, ScaleWidth(), ScaleHeight());
-  GiveIcon(*this);
+  GiveIcon();
   connect(this, &Form::Resize, this, [this] { ArrangeOptions(*this); });
 }
 

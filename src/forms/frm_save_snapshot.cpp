@@ -15,7 +15,7 @@ frmSaveSnapshot::frmSaveSnapshot() : Form("frmSaveSnapshot", "Save Snapshot", Bo
   PairUp({{lblFileDescription, txtSnapShotID}, {lblProgressBar, prgSaveSnapshot}});
   SetFirstFocus(cmdCancel);
   SetCancelButton(cmdCancel);
-  GiveIcon(*this);
+  GiveIcon();
 }
 
 }  // namespace tarnwell::forms

@@ -50,7 +50,7 @@ frmSettings::frmSettings(const Label& mainLevel)
   SetCancelButton(cmdExit);
   tabSettings.lower();
   for (Frame* page : {&fraAdvanced, &fraFactory}) Place(*page, kOutOfSight, 0, ScaleWidth(), ScaleHeight());
-  GiveIcon(*this);
+  GiveIcon();
   connect(this, &Form::Resize, this, [this] { ArrangeSettings(*this); });
 }
 

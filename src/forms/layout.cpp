@@ -1,6 +1,7 @@
 #include "forms/layout.h"
 
 #include <QComboBox>
+#include <algorithm>
 #include <cmath>
 
 #include "forms/controls/tab_strip.h"
@@ -43,17 +44,47 @@ void FitComboBoxes(Form& form) {
   for (QComboBox* box : form.Inner().findChildren<QComboBox*>()) box->resize(box->width(), box->sizeHint().height());
 }
 
-bool StepWhile(const FitTest& test, double step, double& points, const SetPoints& setPoints) {
-  while (test()) {
-    points += step;
-    if (!setPoints(points)) return false;
-  }
-  return true;
+namespace {
+
+bool StepsOn(const Filling& filling, double step) {
+  return step > 0.0 ? filling.text < filling.room : filling.text > filling.room;
 }
 
-double FitPoints(const SetPoints& setPoints, const FitTest& up, const FitTest& down) {
+/// Steps from `points` to the first size at which the text would fill its room if it grew exactly as its size does.
+double StepsToFill(const Filling& filling, double points, double step) {
+  return std::ceil((filling.room / std::max(filling.text, 1e-6) - 1.0) * points / step);
+}
+
+}  // namespace
+
+bool StepWhile(const Measure& measure, double step, double& points, const SetPoints& setPoints) {
+  const double first = points;
+  Filling filling = measure();
+  if (!StepsOn(filling, step)) return true;
+  double guess = StepsToFill(filling, first, step);
+  int on = 0;          // the most steps that are known to be taken
+  int off = 1 << 20;   // the fewest that are known to be too many
+  bool given = false;  // the platform gives the size after `off`
+  while (off - on > 1) {
+    const int steps = static_cast<int>(std::clamp(guess, on + 1.0, off - 1.0));
+    points = first + steps * step;
+    const bool isGiven = setPoints(points);
+    if (isGiven) filling = measure();
+    if (isGiven && StepsOn(filling, step)) {
+      on = steps;
+    } else {
+      off = steps;
+      given = isGiven;
+    }
+    guess = isGiven ? steps + StepsToFill(filling, points, step) : (on + off) / 2.0;
+  }
+  points = first + off * step;
+  return given && setPoints(points);
+}
+
+double FitPoints(const SetPoints& setPoints, const Measure& across, const Measure& down) {
   double points = kSmallestPoints;
-  if (!StepWhile(up, kPointStep, points, setPoints)) return kSmallestPoints;
+  if (!StepWhile(across, kPointStep, points, setPoints)) return kSmallestPoints;
   points -= kPointStep;
   if (!setPoints(points)) return kSmallestPoints;
   return StepWhile(down, -kPointStep, points, setPoints) ? points : kSmallestPoints;

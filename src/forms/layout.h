@@ -88,17 +88,26 @@ void SetFontSizes(Form& form, double points);
 /// Gives the combo boxes of the form the height that their font asks for.
 void FitComboBoxes(Form& form);
 
-/// Sets the size of the measuring font. False when the platform can't give it.
+/// Sets a font's size. False when the platform can't give it.
 using SetPoints = std::function<bool(double points)>;
-/// Looks at the measuring font: is the step to be taken?
-using FitTest = std::function<bool()>;
 
-/// The size at which a text fills its control: up by a quarter point for as long as `up` holds, then down once and
-/// again for as long as `down` holds. 6 when the platform refuses a size.
-double FitPoints(const SetPoints& setPoints, const FitTest& up, const FitTest& down);
+/// What a text takes in one direction, and the room that it has there.
+struct Filling {
+  double text;
+  double room;
+};
+/// Measures a text at the size that was set last.
+using Measure = std::function<Filling()>;
 
-/// Goes from `points` in steps of `step` for as long as `test` holds. False when the platform refuses a size.
-bool StepWhile(const FitTest& test, double step, double& points, const SetPoints& setPoints);
+/// The size at which a text fills its control: up by a quarter point for as long as `across` is smaller than its room,
+/// then down once and again for as long as `down` is larger. 6 when the platform refuses a size.
+double FitPoints(const SetPoints& setPoints, const Measure& across, const Measure& down);
+
+/// Goes from `points` in steps of `step` for as long as the text is smaller than its room, or larger where `step` leads
+/// down, and sets that size. False when the platform refuses it. Each size that is looked at costs a font of its own,
+/// and the first one at the start of the program a lot: a text grows with its size, all but the rounding to pixels, so
+/// only sizes near the sought one are looked at.
+bool StepWhile(const Measure& measure, double step, double& points, const SetPoints& setPoints);
 
 /// Makes the control's font the form's measuring font, at 6 points, and gives the way to change its size.
 SetPoints MeasureLike(Form& form, const QWidget& control);

@@ -126,11 +126,11 @@ void PlaceControllerPanel(Arrangement& a, frmAlarms& f) {
 
 double Fit(const Arrangement& a, frmAlarms& f) {
   const QString text = QStringLiteral("Acknowledged");
-  const Twips width = a.Width(f.lblExAck);
-  const Twips height = a.Height(f.lblExAck);
-  return FitPoints(
-      MeasureLike(f, f.lblExAck), [&] { return f.TextWidth(text) < width; },
-      [&] { return f.TextHeight(text) > height; });
+  const double width = a.Width(f.lblExAck);
+  const double height = a.Height(f.lblExAck);
+  const auto across = [&] { return Filling{f.TextWidth(text), width}; };
+  const auto down = [&] { return Filling{f.TextHeight(text), height}; };
+  return FitPoints(MeasureLike(f, f.lblExAck), across, down);
 }
 
 }  // namespace

@@ -114,9 +114,10 @@ void PlaceController(MainArrangement& a, frmMain& f) {
 double FitText(const Arrangement& a, frmMain& f) {
   const QString text = QStringLiteral("Maintenence");
   const SetPoints setPoints = MeasureLike(f, f.optMaint);
-  const Twips height = a.Height(f.optMaint);
+  const double height = a.Height(f.optMaint);
   double points = kSmallestPoints;
-  const bool fits = StepWhile([&] { return f.TextHeight(text) < height; }, kPointStep, points, setPoints);
+  const auto high = [&] { return Filling{f.TextHeight(text), height}; };
+  const bool fits = StepWhile(high, kPointStep, points, setPoints);
   return fits ? f.MeasuringFontSize() - 1.0 : kSmallestPoints;
 }
 
@@ -124,11 +125,12 @@ double FitText(const Arrangement& a, frmMain& f) {
 double FitLevel(const Arrangement& a, frmMain& f) {
   const QString text = QStringLiteral("-99.9 dBm");
   const SetPoints setPoints = MeasureLike(f, f.lblRFLevel);
-  const Twips width = a.Width(f.lblRFLevel);
-  const Twips height = a.Height(f.lblRFLevel);
+  const double width = a.Width(f.lblRFLevel);
+  const double height = a.Height(f.lblRFLevel);
   double points = kSmallestPoints;
-  const bool fits = StepWhile([&] { return f.TextHeight(text) < height; }, kPointStep, points, setPoints) &&
-                    StepWhile([&] { return 0.95 * width < f.TextWidth(text); }, -kPointStep, points, setPoints);
+  const auto high = [&] { return Filling{f.TextHeight(text), height}; };
+  const auto wide = [&] { return Filling{f.TextWidth(text), 0.95 * width}; };
+  const bool fits = StepWhile(high, kPointStep, points, setPoints) && StepWhile(wide, -kPointStep, points, setPoints);
   return fits ? f.MeasuringFontSize() + 1.0 : kSmallestPoints;
 }
 

@@ -68,11 +68,11 @@ double PlaceAndFit(frmOptions& f) {
   PlaceFrames(a, f);
   PlaceControls(a, f);
   const QString text = QStringLiteral("RS422/485");
-  const Twips width = a.Width(f.optRS4xx);
-  const Twips height = a.Height(f.optRS4xx);
-  return FitPoints(
-      MeasureLike(f, f.optRS4xx), [&] { return f.TextWidth(text) < 0.7 * width; },
-      [&] { return f.TextHeight(text) > height; });
+  const double width = a.Width(f.optRS4xx);
+  const double height = a.Height(f.optRS4xx);
+  const auto across = [&] { return Filling{f.TextWidth(text), 0.7 * width}; };
+  const auto down = [&] { return Filling{f.TextHeight(text), height}; };
+  return FitPoints(MeasureLike(f, f.optRS4xx), across, down);
 }
 
 }  // namespace

@@ -165,11 +165,11 @@ double PlaceAndFit(frmSettings& f) {
   PlaceFields(a, f);
   PlaceTables(a, f);
   const QString text = QStringLiteral("0264C-01 V6.0");
-  const Twips width = a.Width(f.lblFirmwareVersion);
-  const Twips height = a.Height(f.lblFirmwareVersion);
-  return FitPoints(
-      MeasureLike(f, f.lblFirmwareVersion), [&] { return f.TextWidth(text) < 0.8 * width; },
-      [&] { return f.TextHeight(text) > height; });
+  const double width = a.Width(f.lblFirmwareVersion);
+  const double height = a.Height(f.lblFirmwareVersion);
+  const auto across = [&] { return Filling{f.TextWidth(text), 0.8 * width}; };
+  const auto down = [&] { return Filling{f.TextHeight(text), height}; };
+  return FitPoints(MeasureLike(f, f.lblFirmwareVersion), across, down);
 }
 
 }  // namespace

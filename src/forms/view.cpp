@@ -1,5 +1,6 @@
 #include "forms/view.h"
 
+#include <QApplication>
 #include <QIcon>
 
 // Outside every namespace, as the macro demands. A static library's resources are linked only where somebody asks.
@@ -24,9 +25,12 @@ void NameSpins(std::initializer_list<SpinOf> spins) {
   }
 }
 
-void GiveIcon(Form& form) {
+// The toolkit keeps what it drew of each icon, up to 10 MB: an icon for each form that opens would fill that.
+void GiveIcon() {
   UsePictures();
-  form.setWindowIcon(QIcon(QStringLiteral(":/pictures/tarnwell.svg")));
+  if (QApplication::windowIcon().isNull()) {
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/pictures/tarnwell.svg")));
+  }
 }
 
 }  // namespace tarnwell::forms

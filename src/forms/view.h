@@ -25,7 +25,7 @@ struct SpinOf {
 /// Names each spin control as its field, by its caption, and has the field tell the limits of the spin.
 void NameSpins(std::initializer_list<SpinOf> spins);
 
-/// Gives the form what all views have in common: the program's icon.
-void GiveIcon(Form& form);
+/// Gives all windows of the program its icon.
+void GiveIcon();
 
 }  // namespace tarnwell::forms

@@ -172,6 +172,7 @@ void Connection::Disconnect() {
   AllowAddress(true);
   m_session.PollRunning = false;
   m_form.tmrFlasher.SetEnabled(false);
+  m_indicator.StandLit();
 }
 
 }  // namespace tarnwell::session

@@ -12,7 +12,8 @@ class Connection {
  public:
   Connection(forms::frmMain& form, link::SSPA_Public& shared, link::SerialLink& line,
              const link::IntervalTiming& timing, platform::SerialPort& comConnect, platform::Desktop& desktop,
-             console::SessionState& session, console::Readers& readers, PollCycle& polls)
+             console::SessionState& session, console::Readers& readers, alarms::AlarmIndicator& indicator,
+             PollCycle& polls)
       : m_form(form),
         m_shared(shared),
         m_line(line),
@@ -21,6 +22,7 @@ class Connection {
         m_desktop(desktop),
         m_session(session),
         m_readers(readers),
+        m_indicator(indicator),
         m_polls(polls) {}
 
   void cmdConnect_Click();
@@ -49,6 +51,7 @@ class Connection {
   platform::Desktop& m_desktop;
   console::SessionState& m_session;
   console::Readers& m_readers;
+  alarms::AlarmIndicator& m_indicator;
   PollCycle& m_polls;
 };
 

@@ -42,6 +42,10 @@ class InputTest : public ControlTest {
       front.ShowModal();
       form.activateWindow();
     };
+    form.verbs["minimise"] = [this](QWidget&) {  // as it is on a real display: not exposed, and nothing of it drawn
+      form.setAttribute(Qt::WA_Mapped, false);
+      form.setUpdatesEnabled(false);
+    };
     QObject::connect(&form, &Form::Unload, &form, [this] { form.Note("Unload"); });
   }
 
@@ -109,6 +113,20 @@ TEST_F(InputTest, AListThatComesWhileAFieldIsTypedInLosesNoKey) {
 
 TEST_F(InputTest, AFormClosesWhenItWasInFrontAtTheRequest) {
   form.Expect("mark, late, cover, close ->; return, close ->; fresh, close -> Unload");
+}
+
+TEST_F(InputTest, AMinimisedFormClosesThoughAModalOneEndedMeanwhile) {
+  form.Expect("minimise, cover, wait, close -> Unload");
+}
+
+// The toolkit draws what covers a control in its stead, and never the control.
+TEST_F(InputTest, WhatIsCoveredByItsPartsCountsAsDrawnWithItsWindow) {
+  QWidget cover(&form.cmdConnect);
+  cover.setAttribute(Qt::WA_OpaquePaintEvent);
+  cover.setAttribute(Qt::WA_TransparentForMouseEvents);
+  cover.resize(form.cmdConnect.size());
+  cover.show();
+  form.Expect("wait, move cmdConnect, wait, tap cmdConnect -> Connect");
 }
 
 TEST_F(InputTest, AnOptionActsAheadOfWhateverWasPressedAfterIt) {

@@ -87,6 +87,35 @@ TEST_F(LookTest, WhatIsOldIsDrawnAsWhatIsDisabledAndSaysSinceWhen) {
   }
 }
 
+TEST_F(LookTest, AFrameHasItsFourEdgesAtEveryScale) {
+  const QColor line = LineColour(form.palette());
+  for (const double scale : {1.0, 1.25, 1.5, 1.75}) {
+    QImage picture(form.size() * scale, QImage::Format_RGB32);
+    picture.setDevicePixelRatio(scale);
+    for (int at = 10; at < 14; ++at) {
+      form.fraState.setGeometry(at, at, 100 + at, 60 + at);
+      form.render(&picture);
+      const QRect inside = form.fraState.geometry().adjusted(2, 12, -2, -2);
+      const auto edges = [&](int fromX, int fromY, int toX, int toY) {
+        bool found = false;
+        for (int x = fromX; x <= toX; ++x) {
+          for (int y = fromY; y <= toY; ++y) found = found || picture.pixelColor(x, y) == line;
+        }
+        return found ? 1 : 0;
+      };
+      const auto px = [scale](int length) { return static_cast<int>(length * scale); };
+      const int middleX = px(inside.right() - 3);
+      const int middleY = px(inside.bottom() - 3);
+      EXPECT_EQ(edges(px(at) - 1, middleY, px(at + 2), middleY) +
+                    edges(px(inside.right()), middleY, px(inside.right() + 4), middleY) +
+                    edges(middleX, px(at), middleX, px(inside.top())) +
+                    edges(middleX, px(inside.bottom()), middleX, px(inside.bottom() + 4)),
+                4)
+          << scale << ' ' << at;
+    }
+  }
+}
+
 TEST_F(LookTest, DisabledTextCanBeReadOnEveryPalette) {
   const QPalette own = QApplication::palette();
   for (const QPalette& palette : {own, QPalette(QColor(60, 60, 60), QColor(45, 45, 45))}) {

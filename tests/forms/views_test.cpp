@@ -192,6 +192,15 @@ TEST(Views, StartAsTheLogicExpects) {
   }
 }
 
+// The toolkit keeps the pictures that it drew of each.
+TEST(Views, AllFormsHaveOneIcon) {
+  const frmMain main;
+  const qint64 key = main.windowIcon().cacheKey();
+  const frmOptions options;
+  EXPECT_TRUE(main.windowIcon().cacheKey() == key && options.windowIcon().cacheKey() == key);
+  EXPECT_FALSE(main.windowIcon().isNull());
+}
+
 TEST(Layout, FontsStepUpThenDownByQuarters) {
   // At p points the text is 100 p wide and 20 p high: up while it is narrower than the field, down once and then while
   // it is higher; 6 where a size is refused or none is small enough.
@@ -203,9 +212,9 @@ TEST(Layout, FontsStepUpThenDownByQuarters) {
       set = wanted > 0.0 && wanted <= limit ? wanted : set;
       return set == wanted;
     };
-    const auto narrower = [&, field = width] { return 100.0 * set < field; };
-    const auto higher = [&, field = height] { return 20.0 * set > field; };
-    EXPECT_EQ(FitPoints(setPoints, narrower, higher), points) << largest << ' ' << width << ' ' << height;
+    const auto across = [&, field = width] { return Filling{100.0 * set, field}; };
+    const auto down = [&, field = height] { return Filling{20.0 * set, field}; };
+    EXPECT_EQ(FitPoints(setPoints, across, down), points) << largest << ' ' << width << ' ' << height;
   }
 }
 

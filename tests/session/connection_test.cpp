@@ -86,6 +86,23 @@ TEST_F(ConnectionTest, AnAttemptThatFailsTellsWhy) {
   ExpectFailure(QStringLiteral("(i) Unable to open COM1"), "");
 }
 
+TEST_F(ConnectionTest, AFlashThatIsDarkAtDisconnectStandsLit) {
+  const auto sign = [this] {
+    return std::string(Find("imgAlarm").isHidden() ? "-" : "A") + (Find("imgOk").isHidden() ? "-" : "O") +
+           (forms::Bold(Find("lblAlarm")) ? "b" : "-");
+  };
+  for (const auto& [reply, ticks, lit] : std::initializer_list<std::tuple<const char*, int, const char*>>{
+           {"A=C", 0, "A-b"}, {"A=C", 1, "A-b"}, {"A=C", 2, "A-b"}, {"A=", 0, "---"}, {"A=", 1, "-O-"}}) {
+    m_replies["A?"] = reply;
+    m_yielder.OnYieldAfter(8, [this, count = ticks] {
+      for (int tick = 0; tick < count; ++tick) Q_EMIT Main().tmrFlasher.Tick();
+      ClickOn("cmdConnect");
+    });
+    Connect();
+    EXPECT_EQ(sign(), lit) << reply << ' ' << ticks;
+  }
+}
+
 TEST_F(ConnectionTest, RtsIsHeldForASessionWithAutomaticHalfDuplex) {
   SaveProperty("RS232", "False");
   Start();

@@ -96,9 +96,8 @@ QPalette TabColours(QPalette colours) {
 }
 
 void DrawPane(const QStyleOption& option, QPainter& painter) {
-  painter.setPen(LineColour(option.palette));
-  painter.setBrush(option.palette.window());
-  painter.drawRect(option.rect.adjusted(0, 0, -1, -1));
+  painter.fillRect(option.rect, option.palette.window());
+  DrawBorder(painter, option.rect, LineColour(option.palette));
 }
 
 /// Around an option's circle, whose own line is darker than the window.
@@ -111,7 +110,22 @@ void DrawRing(const QStyleOption& option, QPainter& painter) {
   painter.restore();
 }
 
+/// The toolkit keeps a picture of each button that it drew under the key of its palette, and the palette of a new
+/// widget has a key of its own though the colours are the application's: each form that opens would add its pictures to
+/// those.
+QPalette WithSharedKey(const QPalette& palette) {
+  QPalette shared = QApplication::palette();
+  if (palette != shared) return palette;
+  shared.setCurrentColorGroup(palette.currentColorGroup());
+  return shared;
+}
+
 }  // namespace
+
+void DrawBorder(QPainter& painter, const QRect& area, const QColor& colour) {
+  const QRect inside = area.adjusted(1, 1, -1, -1);
+  for (const QRect& part : QRegion(area) - inside) painter.fillRect(part, colour);
+}
 
 FormStyle::FormStyle() : QProxyStyle(QStringLiteral("Fusion")) {}
 
@@ -135,6 +149,10 @@ int FormStyle::Stretch(const QFont& font, int flags, const QString& text, const 
     narrow.setStretch(stretch);
   }
   return stretch;
+}
+
+double FormStyle::RoomFor(const QFont& font, int flags, const QString& text, const QSize& room) {
+  return 100.0 * room.width() / std::max(TextSize(font, flags, text, room).width(), 1.0);
 }
 
 void FormStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
@@ -161,6 +179,12 @@ void FormStyle::drawControl(ControlElement element, const QStyleOption* option, 
 void FormStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                               const QWidget* widget) const {
   if (element == PE_FrameTabWidget) return DrawPane(*option, *painter);
+  const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+  if (element == PE_PanelButtonCommand && button != nullptr) {
+    QStyleOptionButton shared = *button;
+    shared.palette = WithSharedKey(button->palette);
+    return QProxyStyle::drawPrimitive(element, &shared, painter, widget);
+  }
   QProxyStyle::drawPrimitive(element, option, painter, widget);
   if (element == PE_IndicatorRadioButton && IsDark(option->palette)) DrawRing(*option, *painter);
 }
@@ -182,6 +206,7 @@ void FormStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
   }
   QStyleOptionComboBox plain = *box;
   plain.subControls &= ~SC_ComboBoxArrow;
+  plain.palette = WithSharedKey(box->palette);
   QProxyStyle::drawComplexControl(control, &plain, painter, widget);
   const QRect area = subControlRect(control, option, SC_ComboBoxArrow, widget);
   DrawArrow(*painter, area, option->fontMetrics.height() / 2, -1, option->palette.color(QPalette::ButtonText));

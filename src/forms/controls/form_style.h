@@ -4,6 +4,10 @@
 
 namespace tarnwell::forms {
 
+/// A line of one pixel along the inner edges of `area`. A pen's line has its middle on the edge: at a scale that is no
+/// whole number its pixels may be those beyond it, which a control can't draw.
+void DrawBorder(QPainter& painter, const QRect& area, const QColor& colour);
+
 /// How the controls are drawn. Their places and font sizes follow from the form's size alone, so that a text may be
 /// wider than its control: it is then drawn narrower (a button's breaks into lines first) instead of cut off.
 class FormStyle : public QProxyStyle {
@@ -37,6 +41,8 @@ class FormStyle : public QProxyStyle {
 
   /// How narrow a text has to be drawn to fit the room: per cent of its font's own width, 100 where it fits.
   static int Stretch(const QFont& font, int flags, const QString& text, const QSize& room);
+  /// The room's width, in per cent of the text's own.
+  static double RoomFor(const QFont& font, int flags, const QString& text, const QSize& room);
 
  private:
   FormStyle();

@@ -7,6 +7,7 @@
 #include <QStyle>
 #include <algorithm>
 
+#include "forms/controls/form_style.h"
 #include "forms/controls/input_gate.h"
 #include "forms/controls/option_button.h"
 #include "forms/controls/reading_order.h"
@@ -82,8 +83,7 @@ void Frame::paintEvent(QPaintEvent* /*event*/) {
     painter.setClipRegion(QRegion(rect()) - titleArea.adjusted(-kTitleGap, 0, kTitleGap, 0));
   }
   const int lineTop = title().isEmpty() ? 0 : text.height() / 2;
-  painter.setPen(LineColour(palette()));
-  painter.drawRect(rect().adjusted(0, lineTop, -1, -1));
+  DrawBorder(painter, rect().adjusted(0, lineTop, 0, 0), LineColour(palette()));
   if (hasFocus()) PaintFocus(painter, rect().adjusted(0, lineTop, 0, 0));
 }
 

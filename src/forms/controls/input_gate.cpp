@@ -144,8 +144,11 @@ bool InputGate::Loses(QObject& watched, QEvent& event) {
   }
 }
 
+// A window that isn't exposed can't have been seen as it is now; nor can it be drawn, so its close would be lost for
+// ever.
 bool InputGate::LosesClose(QWindow& window, QEvent& event) const {
-  const bool lost = !Acts(*WidgetOf(window));
+  const QWidget& form = *WidgetOf(window);
+  const bool lost = Stands::IsExposed(form) && !Acts(form);
   event.setAccepted(!lost);
   return lost;
 }

@@ -84,8 +84,11 @@ QString Label::Elided() const {
   return fontMetrics().elidedText(text(), Qt::ElideRight, static_cast<int>(TextArea().width() / kNarrowest));
 }
 
+// Nothing is measured for a field that is blank, as all are until a device answers: each size of a font costs.
 void Label::ChooseToolTip() {
-  if (m_boxed) SetOwnToolTip(*this, Elided() == text() ? m_ownToolTip : PlainToolTip(text()));
+  if (!m_boxed) return;
+  const bool whole = text().trimmed().isEmpty() || Elided() == text();
+  SetOwnToolTip(*this, whole ? m_ownToolTip : PlainToolTip(text()));
 }
 
 // text() stays whole, for assistive tools; only the picture of it is cut.

@@ -3,7 +3,6 @@
 #include <QEvent>
 #include <QFocusEvent>
 #include <QMenu>
-#include <algorithm>
 
 #include "forms/controls/control.h"
 
@@ -27,7 +26,7 @@ void Stands::SetClock(platform::InputClock& clock) {
 Stands::Entry& Stands::EntryOf(QWidget& control) {
   const auto found = m_entries.find(&control);
   if (found != m_entries.end()) return *found;
-  QObject::connect(&control, &QObject::destroyed, [this](QObject* gone) {
+  QObject::connect(&control, &QObject::destroyed, [this, gone = &control] {
     m_entries.remove(gone);
     m_focused.remove(gone);
   });
@@ -36,7 +35,6 @@ Stands::Entry& Stands::EntryOf(QWidget& control) {
 
 void Stands::Await(QWidget& control, Seen& seen) {
   seen.pending = true;
-  m_undrawn.emplace_back(&control);
   control.update();  // what changes nothing that is drawn would wait for ever
 }
 
@@ -44,23 +42,17 @@ void Stands::Changed(QWidget& control) {
   if (control.isVisible()) Await(control, EntryOf(control).look);
 }
 
-void Stands::Drawn(QWidget& control) {
-  const auto entry = m_entries.find(&control);
-  if (entry == m_entries.end()) return;
-  for (Seen* seen : {&entry->look, &entry->focus}) {
+void Stands::Drawn(Entry& entry) {
+  for (Seen* seen : {&entry.look, &entry.focus}) {
     if (seen->pending) *seen = {false, m_clock->Now()};
   }
 }
 
 // Some controls are covered by their own parts and never drawn themselves.
 void Stands::DrawnAll(const QWidget& window) {
-  const auto drawn = [this, &window](const QPointer<QWidget>& control) {
-    if (control == nullptr) return true;
-    if (control->window() != &window) return false;
-    Drawn(*control);
-    return true;
-  };
-  m_undrawn.erase(std::remove_if(m_undrawn.begin(), m_undrawn.end(), drawn), m_undrawn.end());
+  for (auto entry = m_entries.begin(); entry != m_entries.end(); ++entry) {
+    if (entry.key()->window() == &window) Drawn(*entry);
+  }
 }
 
 void Stands::Follow(QObject& receiver, const QEvent& event, std::optional<Moment> actMade) {
@@ -81,7 +73,10 @@ void Stands::Follow(QObject& receiver, const QEvent& event, std::optional<Moment
       if (qobject_cast<QMenu*>(&control) != nullptr) Changed(control);
       break;
     case QEvent::Paint:
-      Drawn(control);
+      if (const auto entry = m_entries.find(&control); entry != m_entries.end()) Drawn(*entry);
+      break;
+    case QEvent::UpdateRequest:  // the toolkit sends it to the window's widget, not to the window
+      if (control.isWindow() && IsExposed(control)) DrawnAll(control);
       break;
     case QEvent::FocusIn:
       FocusCame(control, static_cast<const QFocusEvent&>(event).reason(), actMade);
@@ -114,6 +109,8 @@ void Stands::FocusCame(QWidget& control, Qt::FocusReason reason, std::optional<M
     focus = {false, actMade.value_or(kAlways)};
   }
 }
+
+bool Stands::IsExposed(const QWidget& window) { return window.testAttribute(Qt::WA_Mapped); }
 
 bool Stands::Stood(const QWidget& control, Moment made) const {
   if (!control.isVisible()) return false;

@@ -4,7 +4,6 @@
 #include <QPointer>
 #include <QWidget>
 #include <limits>
-#include <vector>
 
 #include "platform/input_clock.h"
 
@@ -28,6 +27,9 @@ class Stands {
   /// `control` is about to look different, in a way of which the toolkit sends no event.
   void Changed(QWidget& control);
 
+  /// False for a window that is minimised or on another desktop: it is drawn when it comes back.
+  static bool IsExposed(const QWidget& window);
+
   /// True where `control` and all that it stands on were seen as they are now at that moment.
   bool Stood(const QWidget& control, Moment made) const;
   /// True where `control` had the focus then. Also for what takes keys without having the focus, such as a menu.
@@ -50,15 +52,14 @@ class Stands {
 
   void FollowWindow(QWindow& window, const QEvent& event);
   void FocusCame(QWidget& control, Qt::FocusReason reason, std::optional<Moment> actMade);
-  void Drawn(QWidget& control);
+  void Drawn(Entry& entry);
   void DrawnAll(const QWidget& window);
   void Await(QWidget& control, Seen& seen);
   Entry& EntryOf(QWidget& control);
 
   platform::InputClock* m_clock;
-  QHash<const QObject*, Entry> m_entries;
-  QHash<const QObject*, QPointer<QWidget>> m_focused;  ///< the control that had the focus last, by its window
-  std::vector<QPointer<QWidget>> m_undrawn;
+  QHash<const QWidget*, Entry> m_entries;
+  QHash<const QWidget*, QPointer<QWidget>> m_focused;  ///< the control that had the focus last, by its window
 };
 
 }  // namespace tarnwell::forms
