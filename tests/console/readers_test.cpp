@@ -46,12 +46,6 @@ TEST_F(ReadersTest, AmplifierStatusAndWhatALockoutLeaves) {
                        (Find("optRFMute").isEnabled() ? "" : ", held") +
                        (Find("optStandby").isEnabled() && Find("optLLO").isEnabled() ? "" : ", locked");
               });
-  InSession("S?", "S=OTZ", [this] {
-    EXPECT_EQ(EnabledControls(),
-              "cmdConnect cmdViewAlarms fra7316Status fraAlarms fraCommsConnect fraRF fraSSPAMute fraTemp imgAlarm "
-              "imgOk lblAlarm lblMod1 lblMod2 lblRF lblRFLevel lblSSPAMute lblTempMod1 lblTempMod2");
-    EXPECT_TRUE(Main().mnuSnapshot.isEnabled());
-  });
 }
 
 TEST_F(ReadersTest, LevelsAndTemperatures) {

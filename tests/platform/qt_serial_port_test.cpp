@@ -101,6 +101,9 @@ TEST_F(QtSerialPortTest, MovesBytesWithoutAnEventLoop) {
   EXPECT_GT(m_port.OutBufferCount(), 0) << "what nobody takes is counted";
   m_port.DiscardOutput();
   EXPECT_EQ(m_port.OutBufferCount(), 0);
+  m_port.Output("unsent");
+  m_port.SetPortOpen(false);
+  EXPECT_EQ(m_line->Read(1), "") << "what isn't sent goes with the port";
 }
 
 TEST_F(QtSerialPortTest, RestsInTheSystemUntilAByteComes) {
