@@ -1,3 +1,4 @@
+#include "forms/controls/announcement.h"
 #include "forms/frm_alarms.h"
 #include "support/program_test.h"
 
@@ -19,6 +20,7 @@ class ViewerTest : public ProgramTest {
       Open([this] { ClickOn("cmdViewAlarms"); },
            [&] {
              forms::frmAlarms& viewer = Viewer();
+             EXPECT_TRUE(viewer.tmrStartPolling.Enabled() && viewer.tmrAlarmBeeper.Enabled());
              EXPECT_FALSE(Main().tmrFlasher.Enabled() || Main().tmrForcePollResume.Enabled() || m_desktop.Busy());
              act();
              if (!viewer.Unloaded()) Q_EMIT viewer.tmrStartPolling.Tick();
@@ -126,22 +128,30 @@ TEST_F(ViewerTest, AcknowledgedUntilTheDeviceDropsTheAlarm) {
 }
 
 TEST_F(ViewerTest, ClearingNeedsManualModeAndNoLockoutBeforeAndBehindALostLink) {
-  const auto expect = [this](const ReplyTable& replies, const char* status, const char* message) {
+  const auto expect = [this](const ReplyTable& replies, const char* status, const char* message,
+                             const std::string& traffic) {
     const bool controller = replies.count("O?") != 0;
     const std::string device = replies.at("CT?").substr(3);
     const std::string who = controller ? "Redundancy Controller Alarms: " : "SSPA Alarms: ";
     m_replies = replies;
     m_replies["S?"] = status;
     m_replies["A?"] = "A=eX";
-    const std::string traffic = View([&, this] {
+    m_replies["ZA"] = "A=";
+    const std::string sent = View([&, this] {
       EXPECT_EQ(m_desktop.TakeMessages().join(QLatin1Char(' ')).toStdString(), message);
       EXPECT_NE(Viewer().fraAlarms.isVisible(), Viewer().fra7316Alarms.isVisible());
       EXPECT_EQ(Shown(), controller ? "4orange 23red " : "4orange 13- 23red ");
       EXPECT_EQ(Title(), who + "Connected to " + device);
       NoteStates(" ");
+      if (traffic.find("ZA") != std::string::npos) {
+        ClickOn("cmd7316Alarms(23)");
+        ClickOn("cmd7316ClearAlarms");
+        EXPECT_EQ(Shown(), "4orange 23redA ");
+      }
       m_yielder.OnYield([this] { m_replies.clear(); });
       m_yielder.OnYield([&, this] {
         EXPECT_EQ(Title(), who + "Lost Connection to " + device + " Retrying...");
+        EXPECT_EQ(Viewer().findChild<forms::Announcement*>()->accessibleName().toStdString(), Title());
         NoteStates();
         EXPECT_EQ(forms::IsOld(*Viewer().cmdAlarms(4)), controller) << "asked last; of an amplifier it's the level";
         EXPECT_EQ(forms::IsOld(Viewer().lblRF), !controller);
@@ -158,13 +168,13 @@ TEST_F(ViewerTest, ClearingNeedsManualModeAndNoLockoutBeforeAndBehindALostLink) 
         ClickOn("cmdExit");
       });
     });
-    EXPECT_EQ(traffic, controller ? "CT? A? A? A? A? A? A?" : "CT? A? VR? VR? VR? VT?");
+    EXPECT_EQ(sent, traffic);
   };
-  expect(AmplifierReplies(), "S=OT", "");
-  expect(AmplifierReplies(), "S=OTZ", "");
-  expect(ControllerReplies(), "S=M", "");
-  expect(ControllerReplies(), "S=A", "To Clear Alarms 7316 must be in manual mode");
-  expect(ControllerReplies(), "S=MZ", "");
+  expect(AmplifierReplies(), "S=OT", "", "CT? A? VR? VR? VR? VT?");
+  expect(AmplifierReplies(), "S=OTZ", "", "CT? A? VR? VR? VR? VT?");
+  expect(ControllerReplies(), "S=M", "", "CT? ZA A? A? A? A? A? A? A?");
+  expect(ControllerReplies(), "S=A", "To Clear Alarms 7316 must be in manual mode", "CT? A? A? A? A? A? A?");
+  expect(ControllerReplies(), "S=MZ", "", "CT? A? A? A? A? A? A?");
   EXPECT_EQ(NotedStates(),
             " +++ +++ +++ +++ +++ cmd7316Alarms(18) cmd7316Alarms(22) cmd7316Alarms(23) cmd7316Alarms(4) "
             "cmdAlarms(0) cmdAlarms(1) cmdAlarms(10) cmdAlarms(11) cmdAlarms(12) cmdAlarms(14) cmdAlarms(15) "
@@ -206,7 +216,7 @@ TEST_F(ViewerTest, AStalledPollIsShownAnewUntilItIsClosed) {
       };
       EXPECT_EQ(tick(), 0) << "a pass has ended since";
       EXPECT_EQ(tick(), 1);
-      EXPECT_TRUE(viewer.isVisible());
+      EXPECT_TRUE(viewer.isVisible() && viewer.tmrForcePollResume.Enabled());
       ClickOn("cmdExit");
       EXPECT_EQ(tick(), 0) << "closed";
     });

@@ -111,6 +111,7 @@ TEST_F(ReadersTest, ControllerDisplay) {
       for (const char* label :
            {"lbl7316SSPA1State", "lbl7316SSPA2State", "lbl7316SSPA3State", "lbl7316PathAState", "lbl7316PathBState"}) {
         shown += Find(label).isHidden() ? "(none) " : CaptionOf(label) + ' ';
+        EXPECT_EQ(Find<forms::Label>(label).Background() == forms::kGoodColour, CaptionOf(label) == "ONLINE");
       }
       EXPECT_EQ(shown, states);
       EXPECT_EQ(SelectedOptions(), options);

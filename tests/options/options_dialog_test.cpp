@@ -80,6 +80,7 @@ TEST_F(OptionsTest, ShowsWhatIsInForceAndRewritesItAll) {
               Press("cmdOK");
             }),
             kAllRewritten);
+  EXPECT_FALSE(Main().tmrFlasher.Enabled()) << "no session, no flash";
   EXPECT_EQ(Stored(), "9600,n,8,1|1|0|True|False|True|0|") << "the address is none of its business";
 
   for (const auto& [key, text] : {std::pair{"Settings", "300,o,7,2"},

@@ -47,6 +47,9 @@ TEST_F(ConnectionTest, EachKindOfDeviceIsAskedAndShownWhatItHas) {
   ExpectSession(12, "120W C-BAND", "CT? CV? G? VR? S? VR? A? VR? VT? VR? S? VR? A? VR? VT?");
   EXPECT_EQ(Shared().HWPlatform, 1);
   m_replies = ControllerReplies();
+  m_replies.erase("CM?");
+  ExpectSession(8, "7316 RCP", "CT? S? CM? CM? CM? A? S? CM? CM? CM? O? PA? PB? CP? A?");
+  m_replies = ControllerReplies();
   ExpectSession(14, "7316 RCP", "CT? S? CM? A? S? CM? O? PA? PB? CP? A? S? CM? O? PA? PB? CP?");
   EXPECT_TRUE(Shared().SingleModule) << "a controller leaves the last amplifier's values";
   EXPECT_EQ(Main().mnuSnapshot.Caption(), QStringLiteral("&Save Snapshot (Redundancy Controller)"));
@@ -56,6 +59,7 @@ TEST_F(ConnectionTest, EachKindOfDeviceIsAskedAndShownWhatItHas) {
 }
 
 TEST_F(ConnectionTest, AnUnknownModelIsAnAmplifierWithTwoModulesUnlessTheProgramEndsBehindTheMessage) {
+  m_port.Expect("CT?").Answer("CT=<b>TWT</b>").Do([this] { EXPECT_TRUE(m_desktop.Busy()); });
   m_replies["CT?"] = "CT=<b>TWT</b>";
   m_desktop.OnMessage([this] { EXPECT_FALSE(m_desktop.Busy()); });
   ExpectSession(12, "<b>TWT</b>", "CT? CV? CP? CH? G? VR? S? VR? A? VR? VT? VR? S? VR? A? VR? VT2?");

@@ -1,3 +1,4 @@
+#include "forms/controls/announcement.h"
 #include "support/program_test.h"
 
 namespace tarnwell::test {
@@ -28,6 +29,7 @@ TEST_F(PollCycleTest, LinkLostAndRegained) {
     });
     m_yielder.OnYield([&] {
       EXPECT_EQ(story(), c.silent + (" [Lost Connection to " + device) + " Retrying...] ");
+      EXPECT_EQ(Main().findChild<forms::Announcement*>()->accessibleName(), Main().Title());
       EXPECT_TRUE(c.replies.count("VR?") == 0 || CaptionOf("lblRFLevel") == "12.3 dBm") << "the last value stays";
       EXPECT_TRUE(Main().tmrFlasher.Enabled()) << "a flash goes on through a lost link";
       m_replies = c.replies;

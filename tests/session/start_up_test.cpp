@@ -20,6 +20,8 @@ TEST_F(StartUpTest, FirstRunWithAnEmptyStore) {
   EXPECT_EQ(Main().geometry().center(), Main().screen()->geometry().center());
   EXPECT_EQ(m_port.Commands(), "");
   EXPECT_FALSE(m_port.PortOpen());
+  Choose("mnuExit");
+  EXPECT_TRUE(Main().Unloaded());
 }
 
 TEST_F(StartUpTest, WithoutACounterTheProgramEnds) {

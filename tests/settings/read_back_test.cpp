@@ -233,7 +233,8 @@ TEST_F(ReadBackTest, TheWatchdogShowsAStalledFormAgain) {
                    Q_EMIT Form().tmrForcePollResume.Tick();
                    return hides->Take();
                  };
-                 m_yielder.OnYieldAfter(1, [tick] {
+                 m_yielder.OnYieldAfter(1, [this, tick] {
+                   EXPECT_TRUE(Form().tmrForcePollResume.Enabled());
                    EXPECT_EQ(tick(), 0) << "the pause has just begun";
                    EXPECT_EQ(tick(), 1) << "no pause has come since the last tick";
                  });

@@ -68,6 +68,7 @@ class SettingsTest : public ProgramTest {
       m_port.TakeTranscript();
       Open([&] { Choose("mnuSSPASettings"); },
            [&] {
+             EXPECT_TRUE(Form().tmrStartLoad.Enabled());
              atStart();
              Q_EMIT Form().tmrStartLoad.Tick();
              EXPECT_EQ(IsOpen(), static_cast<bool>(atEnd));
