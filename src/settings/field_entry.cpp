@@ -143,9 +143,7 @@ void FieldEntry::ConnectSpin(const Field& field) {
 }
 
 void FieldEntry::Step(const Field& field, int key) {
-  if (!console::StepByKey(*field.spin, key) || !field.writeSpin) return;
-  field.writeSpin();
-  field.draw();
+  if (console::StepByKey(*field.spin, key) && field.writeSpin) field.writeSpin();
 }
 
 }  // namespace tarnwell::settings

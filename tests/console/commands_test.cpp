@@ -135,31 +135,5 @@ TEST_F(CommandsTest, GainByKeysAndSpin) {
   }
 }
 
-TEST_F(CommandsTest, DelaysOfAWriter) {
-  m_replies = AmplifierReplies();
-  m_replies["G=-3.4"] = "G=-3.4";
-  Start();
-  const auto timed = [&](const std::function<void()>& act) {
-    double took = 0.0;
-    CommandsOf([&] {
-      took -= m_counter.Seconds();
-      act();
-      QCoreApplication::processEvents();
-      took += m_counter.Seconds();
-    });
-    return took;
-  };
-  // a frame of 7 bytes holds the line for 0.0173 s, one of 6 for 0.0163 s; an answer comes 0.02 s after its request
-  const double obeyed = timed([this] { ClickOn("optStandby"); });
-  EXPECT_NEAR(obeyed, 0.1 + 0.05 + 0.1 + 2 * 0.02, 0.02);
-  const double silent = timed([this] { ClickOn("optLLO"); });
-  EXPECT_NEAR(silent, 0.1 + 3 * (0.0173 + 2.0 + 0.05) + 0.1, 0.01) << "the last delay runs also after a failure";
-  const double gain = timed([this] {
-    Find("txtGainAdjust").setFocus();
-    QTest::keyClick(&Find("txtGainAdjust"), Qt::Key_Return);
-  });
-  EXPECT_NEAR(gain, 0.05 + 0.02 + 0.05, 0.01);
-}
-
 }  // namespace
 }  // namespace tarnwell::test

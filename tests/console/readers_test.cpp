@@ -46,12 +46,6 @@ TEST_F(ReadersTest, AmplifierStatusAndWhatALockoutLeaves) {
                        (Find("optRFMute").isEnabled() ? "" : ", held") +
                        (Find("optStandby").isEnabled() && Find("optLLO").isEnabled() ? "" : ", locked");
               });
-  InSession("S?", "S=OTZ", [this] {
-    EXPECT_EQ(EnabledControls(),
-              "cmdConnect cmdViewAlarms fra7316Status fraAlarms fraCommsConnect fraRF fraSSPAMute fraTemp imgAlarm "
-              "imgOk lblAlarm lblMod1 lblMod2 lblRF lblRFLevel lblSSPAMute lblTempMod1 lblTempMod2");
-    EXPECT_TRUE(Main().mnuSnapshot.isEnabled());
-  });
 }
 
 TEST_F(ReadersTest, LevelsAndTemperatures) {
@@ -117,6 +111,7 @@ TEST_F(ReadersTest, ControllerDisplay) {
       for (const char* label :
            {"lbl7316SSPA1State", "lbl7316SSPA2State", "lbl7316SSPA3State", "lbl7316PathAState", "lbl7316PathBState"}) {
         shown += Find(label).isHidden() ? "(none) " : CaptionOf(label) + ' ';
+        EXPECT_EQ(Find<forms::Label>(label).Background() == forms::kGoodColour, CaptionOf(label) == "ONLINE");
       }
       EXPECT_EQ(shown, states);
       EXPECT_EQ(SelectedOptions(), options);

@@ -124,9 +124,12 @@ TEST_F(SpinTest, TakenAwayItGoesBackUnlessCodeSetAnotherValueOrTheFormCloses) {
 using PlainTest = ControlTest;
 
 TEST_F(PlainTest, AButtonClicksOnceAPress) {
+  CommandButton second("cmdView", form, "&View");
+  Place(second, 4800, 0, 1500, 450);
   form.Expect(
-      "click cmdConnect -> Connect; double cmdConnect -> Connect; hold Return -> Connect; hold Space -> Connect; "
-      "right cmdConnect -> @cmdConnect; Down -> @cmdConnect; Alt+C -> Connect @cmdConnect");
+      "show cmdView, focus cmdView, Down, Up, Left, Right -> @cmdView; click cmdConnect -> Connect; double cmdConnect "
+      "-> Connect; hold Return -> Connect; hold Space -> Connect; "
+      "right cmdConnect -> @cmdConnect; Alt+C -> Connect @cmdConnect");
 }
 
 TEST_F(PlainTest, TheWheelTurnsABoxOnlyWithTheFocus) {

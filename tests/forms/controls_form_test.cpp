@@ -62,6 +62,7 @@ TEST_F(FormTest, HidingAndShowingEndsAHeldPopupButNotTheProgram) {
     popup.popup(QPoint(0, 0));
     form.HideAndShow();
     EXPECT_TRUE(form.isVisible() && !popup.isVisible());
+    EXPECT_TRUE(form.testAttribute(Qt::WA_Moved)) << "the place is the form's own, not the window system's to choose";
     QTimer::singleShot(10, &form, [this] {
       form.Transcript();
       form.UnloadForm();

@@ -78,6 +78,7 @@ TEST_F(OptionsTest, ShowsWhatIsInForceAndRewritesItAll) {
               Press("cmdOK");
             }),
             kAllRewritten);
+  EXPECT_FALSE(Main().tmrFlasher.Enabled()) << "no session, no flash";
   EXPECT_EQ(Stored(), "9600,n,8,1|1|0|True|False|True|0|") << "the address is none of its business";
 
   for (const auto& [key, text] : {std::pair{"Settings", "300,o,7,2"},
@@ -116,7 +117,14 @@ TEST_F(OptionsTest, ChoicesByKeysGoToThePortAndTheStore) {
               Key(Qt::Key_O, Qt::AltModifier);
             }),
             "CommPort=2 PortOpen=1 PortOpen=0 Settings=2400,E,7,2 Handshaking=0 RTS=1");
-  EXPECT_EQ(Stored(), "2400,e,7,2|2|0|False|False|False|0|");
+  EXPECT_EQ(Choose([this] { Press("opt485Control(1)"); }), "RTS=1") << "cancelled";
+  EXPECT_EQ(Choose([this] {
+              Press("opt485Control(1)");
+              Press("cmdOK");
+            }),
+            "Settings=2400,E,7,2 Handshaking=0")
+      << "where each frame drives it RTS rests";
+  EXPECT_EQ(Stored(), "2400,e,7,2|2|0|False|False|False|1|");
   EXPECT_FALSE(Shared().AudibleNotify || Shared().PortRS232);
 }
 

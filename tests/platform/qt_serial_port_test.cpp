@@ -1,6 +1,7 @@
 #include "platform/qt_serial_port.h"
 
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <termios.h>
 
 #include <QDir>
@@ -101,6 +102,11 @@ TEST_F(QtSerialPortTest, MovesBytesWithoutAnEventLoop) {
   EXPECT_GT(m_port.OutBufferCount(), 0) << "what nobody takes is counted";
   m_port.DiscardOutput();
   EXPECT_EQ(m_port.OutBufferCount(), 0);
+  const int on = 1;
+  ioctl(m_line->Descriptor(), TIOCPKT, &on);  // from here the line tells what is done to it
+  m_port.SetPortOpen(false);
+  EXPECT_EQ((m_line->Read(1) + '\0')[0] & TIOCPKT_FLUSHWRITE, TIOCPKT_FLUSHWRITE)
+      << "unsent, it would hold up the close";
 }
 
 TEST_F(QtSerialPortTest, RestsInTheSystemUntilAByteComes) {

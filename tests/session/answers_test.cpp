@@ -121,15 +121,24 @@ TEST_F(AnswersTest, AnUnansweredGainIsAskedForOnceTheDeviceAnswers) {
 }
 
 TEST_F(AnswersTest, ANewSessionShowsNothingOfTheFormerDevice) {
+  std::vector<forms::Label*> readings;
+  for (auto* label : Main().findChildren<forms::Label*>()) {
+    if (label->Caption() == QStringLiteral(" ")) readings.push_back(label);
+  }
+  EXPECT_EQ(readings.size(), 10U);
   Round([&] { m_replies.erase("VR?"); });
   Connect(13);
   EXPECT_TRUE(Main().optOnline.Value() && CaptionOf("lblTempMod1") == "41°C") << "a disconnect leaves the last values";
   EXPECT_TRUE(IsOld("lblRFLevel"));
-  m_replies = AmplifierReplies();
+  for (auto* label : readings) {
+    label->SetCaption(QStringLiteral("ALARM"));
+    label->SetBackground(Qt::red);
+  }
   m_replies.erase("S?");
   m_yielder.OnYield([&] {
-    EXPECT_EQ(CaptionOf("lblTempMod1") + CaptionOf("lblSSPAMute"), "  ");
     EXPECT_TRUE(IsOld("optRFMute") && IsOld("imgOk")) << "the former device's, or nobody's";
+    for (auto* label : readings) EXPECT_TRUE(label->Caption() == QStringLiteral(" ") && !label->Background().isValid());
+    m_replies["VR?"] = "VR=1";
   });
   Round([&] {
     EXPECT_FALSE(IsOld("lblRFLevel"));
@@ -165,6 +174,8 @@ TEST_F(AnswersTest, AnOptionThatTheReplyDoesNotNameIsTakenBack) {
     m_replies["S=S"] = m_replies["S?"] = "S=TQR";
     Choose(Main().optStandby);
     EXPECT_TRUE(Main().optOnline.Value()) << "a status that tells no state";
+    Choose(Main().optLLO);
+    EXPECT_TRUE(IsOld("optLLO")) << "a command that isn't answered";
   });
   Connect(2);
 }

@@ -10,22 +10,15 @@ class ConnectionTest : public ProgramTest {
     Start();
   }
 
-  /// A session of so many polls, what it shows at first, and what it asks.
-  void ExpectSession(int polls, const char* shown, const char* traffic) {
+  /// A session of so many polls, with whom, and what it asks.
+  void ExpectSession(int polls, const char* device, const char* traffic) {
     m_yielder.OnYield([&] {
-      std::string panels = Title() + ' ';
-      for (const char* name :
-           {"fraRF", "fraState", "fraTemp", "lblMod2", "lblTempMod2", "fra7316Status", "fraAlarms"}) {
-        panels += Find(name).isHidden() ? '-' : '+';
-      }
-      EXPECT_EQ(panels, std::string("Vorel Tarnwell v2.01 : Connected to ") + shown);
-      EXPECT_FALSE(Find("updwnConnectAddress").isEnabled() || Find("lblAddress").isEnabled());
+      EXPECT_EQ(Title(), std::string("Vorel Tarnwell v2.01 : Connected to ") + device);
       EXPECT_TRUE(Main().tmrFlasher.Enabled());
     });
     Connect(polls - 1);
     EXPECT_EQ(m_port.Commands(), traffic);
-    EXPECT_GE(m_port.SmallestGap(), 0.02 + 0.05) << "the way to the answer, and the pause";
-    EXPECT_TRUE(Find("updwnConnectAddress").isEnabled() && !Main().tmrFlasher.Enabled());
+    EXPECT_FALSE(Main().tmrFlasher.Enabled());
     EXPECT_EQ(Title(), "Vorel Tarnwell v2.01 : No Connection");
     m_port.TakeTranscript();
   }
@@ -45,27 +38,31 @@ class ConnectionTest : public ProgramTest {
 };
 
 TEST_F(ConnectionTest, EachKindOfDeviceIsAskedAndShownWhatItHas) {
-  ExpectSession(24, "240W C-BAND +++++-+",
+  ExpectSession(24, "240W C-BAND",
                 "CT? CV? CP? CH? G? VR? S? VR? A? VR? VT? VR? S? VR? A? VR? VT2? "
                 "VR? S? VR? A? VR? VT? VR? S? VR? A? VR? VT2?");
   EXPECT_EQ(Shared().HWPlatform, 2);
   m_replies["CT?"] = "CT=120W C-BAND";
   m_replies["CV?"] = "CV=0264C-01 V5.31";
-  ExpectSession(12, "120W C-BAND +++---+", "CT? CV? G? VR? S? VR? A? VR? VT? VR? S? VR? A? VR? VT?");
+  ExpectSession(12, "120W C-BAND", "CT? CV? G? VR? S? VR? A? VR? VT? VR? S? VR? A? VR? VT?");
   EXPECT_EQ(Shared().HWPlatform, 1);
   m_replies = ControllerReplies();
-  ExpectSession(14, "7316 RCP -----++", "CT? S? CM? A? S? CM? O? PA? PB? CP? A? S? CM? O? PA? PB? CP?");
+  m_replies.erase("CM?");
+  ExpectSession(8, "7316 RCP", "CT? S? CM? CM? CM? A? S? CM? CM? CM? O? PA? PB? CP? A?");
+  m_replies = ControllerReplies();
+  ExpectSession(14, "7316 RCP", "CT? S? CM? A? S? CM? O? PA? PB? CP? A? S? CM? O? PA? PB? CP?");
   EXPECT_TRUE(Shared().SingleModule) << "a controller leaves the last amplifier's values";
   EXPECT_EQ(Main().mnuSnapshot.Caption(), QStringLiteral("&Save Snapshot (Redundancy Controller)"));
   EXPECT_EQ(Main().mnuSSPASettings.Caption(), QStringLiteral("Redundancy Controller &Settings"));
   m_replies["CM?"] = "CM=1";
-  ExpectSession(10, "7316 RCP -----++", "CT? S? CM? A? S? CM? O? PA? A? S? CM? O? PA?");
+  ExpectSession(10, "7316 RCP", "CT? S? CM? A? S? CM? O? PA? A? S? CM? O? PA?");
 }
 
 TEST_F(ConnectionTest, AnUnknownModelIsAnAmplifierWithTwoModulesUnlessTheProgramEndsBehindTheMessage) {
+  m_port.Expect("CT?").Answer("CT=<b>TWT</b>").Do([this] { EXPECT_TRUE(m_desktop.Busy()); });
   m_replies["CT?"] = "CT=<b>TWT</b>";
   m_desktop.OnMessage([this] { EXPECT_FALSE(m_desktop.Busy()); });
-  ExpectSession(12, "<b>TWT</b> +++++-+", "CT? CV? CP? CH? G? VR? S? VR? A? VR? VT? VR? S? VR? A? VR? VT2?");
+  ExpectSession(12, "<b>TWT</b>", "CT? CV? CP? CH? G? VR? S? VR? A? VR? VT? VR? S? VR? A? VR? VT2?");
   EXPECT_EQ(m_desktop.TakeMessages(), QStringList(QStringLiteral("(!) Unknown SSPA Type")));
   EXPECT_EQ(Shared().SSPAType, 0);
   m_desktop.OnMessage([this] { Main().UnloadForm(); });

@@ -162,11 +162,9 @@ TEST(CalibrationTables, TheReplyIsStoredAndDrawnAndSilenceClosesTheForm) {
   for (const Written& row : kWritten) {
     SettingsRig rig(row.firmwareClass);
     rig.m_replies[row.command] = row.reply;
-    const double before = rig.m_counter.Seconds();
     Write(rig, row);
-    EXPECT_EQ(rig.TakeCommands(), row.command);
+    EXPECT_EQ(rig.m_port.Paces(), std::string("50 ") + row.command + " 50");
     EXPECT_EQ(rig.Shown(row.shownBy), row.shown) << row.reply;
-    EXPECT_NEAR(rig.m_counter.Seconds() - before, 0.05 + 0.02 + 0.05, 0.01) << "two pauses and the way to the answer";
 
     SettingsRig silent(row.firmwareClass);
     silent.m_form.optModeMaint.Select();

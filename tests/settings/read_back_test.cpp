@@ -86,7 +86,7 @@ TEST_F(ReadBackTest, EachDeviceIsAskedForWhatItHasAndShowsIt) {
           const std::string whole = m_port.Commands();
           const bool maintenance = Form().optModeMaint.Value();  // its last query is the point's in view
           EXPECT_EQ(std::count(whole.begin(), whole.end(), '?') - 1 - (maintenance ? 1 : 0), c.count) << name;
-          EXPECT_GE(m_port.SmallestGap(), 0.05) << name;
+          EXPECT_GE(m_port.SmallestGap(), 0.02 + 0.05) << name;
           EXPECT_EQ(TakeCommands(), WithAllPoints(c.commands));
           EXPECT_FALSE(Form().tmrForcePollResume.Enabled());
           EXPECT_EQ(Form().lblHWPlatform.isVisible() ? Form().lblHWPlatform.Caption().toStdString() : "",
@@ -233,7 +233,8 @@ TEST_F(ReadBackTest, TheWatchdogShowsAStalledFormAgain) {
                    Q_EMIT Form().tmrForcePollResume.Tick();
                    return hides->Take();
                  };
-                 m_yielder.OnYieldAfter(1, [tick] {
+                 m_yielder.OnYieldAfter(1, [this, tick] {
+                   EXPECT_TRUE(Form().tmrForcePollResume.Enabled());
                    EXPECT_EQ(tick(), 0) << "the pause has just begun";
                    EXPECT_EQ(tick(), 1) << "no pause has come since the last tick";
                  });

@@ -20,13 +20,15 @@ inline std::string ValueOf(const QWidget& control) {
   return (option->Value() ? "*" : "") + option->Caption().toStdString();
 }
 
-/// The group's values; an arrow button that doesn't go with its box is told by its name.
+/// The group's values, "!" ahead of one that alone the frame greys; an arrow button that doesn't go with its box is
+/// told by its name.
 inline std::string ValuesOf(const QWidget& frame) {
   std::string text;
   bool boxesEnabled = false;
   for (const QWidget* control : forms::ReadingOrder(frame)) {
     if (control->isHidden() || qobject_cast<const forms::CommandButton*>(control) != nullptr) continue;
     const std::string value = ValueOf(*control);
+    if (!control->isEnabled() && control->isEnabledTo(&frame)) text += " !";
     text += " " + (control->isEnabled() ? value : "(" + value + ")");
     boxesEnabled = control->isEnabled();
   }
@@ -66,6 +68,7 @@ class SettingsTest : public ProgramTest {
       m_port.TakeTranscript();
       Open([&] { Choose("mnuSSPASettings"); },
            [&] {
+             EXPECT_TRUE(Form().tmrStartLoad.Enabled());
              atStart();
              Q_EMIT Form().tmrStartLoad.Tick();
              EXPECT_EQ(IsOpen(), static_cast<bool>(atEnd));

@@ -16,16 +16,6 @@ QSettings Store() {
 
 QString PropertyPath(const char* key) { return QStringLiteral("Properties/") + QString::fromLatin1(key); }
 
-std::string SortedNames(const QList<QWidget*>& controls, bool (*chosen)(const QWidget&)) {
-  QStringList names;
-  for (const QWidget* control : controls) {
-    const bool named = !control->objectName().isEmpty() && !control->objectName().startsWith(QLatin1String("qt_"));
-    if (named && chosen(*control)) names += control->objectName();
-  }
-  names.sort();
-  return names.join(QLatin1Char(' ')).toStdString();
-}
-
 }  // namespace
 
 void FakeDesktop::ShowMessage(const platform::Message& message) {
@@ -109,15 +99,33 @@ void ProgramTest::DisconnectAfter(int polls) {
   m_yielder.OnYieldAfter(polls - 1, [this] { ClickOn("cmdConnect"); });
 }
 
-std::string ProgramTest::EnabledControls() {
-  return SortedNames(Front().Inner().findChildren<QWidget*>(), [](const QWidget& w) { return w.isEnabled(); });
+void ProgramTest::NoteStates(const char* ahead) {
+  const auto note = [&](const QObject& thing, char state) {
+    if (!thing.objectName().isEmpty() && !thing.objectName().startsWith(QLatin1String("qt_")))
+      m_states[thing.objectName()] += QLatin1String(ahead) + QLatin1Char(state);
+  };
+  for (const QWidget* control : Front().findChildren<QWidget*>()) {
+    const bool enabled = control->isEnabledTo(control->parentWidget());
+    note(*control, control->isHidden() ? '.' : enabled ? '+' : '-');
+  }
+  for (const QAction* entry : Front().findChildren<QAction*>()) note(*entry, entry->isEnabled() ? '+' : '-');
+}
+
+std::string ProgramTest::NotedStates() {
+  std::map<QString, QString> sets;
+  for (const auto& [name, states] : m_states) sets[states] += QLatin1Char(' ') + name;
+  QString text;
+  for (const auto& [states, names] : sets) text += states + names + QLatin1Char('\n');
+  return text.toStdString();
 }
 
 std::string ProgramTest::SelectedOptions() {
-  return SortedNames(Front().Inner().findChildren<QWidget*>(), [](const QWidget& control) {
-    const auto* option = qobject_cast<const forms::OptionButton*>(&control);
-    return option != nullptr && option->Value();
-  });
+  QStringList names;
+  for (const auto* option : Front().Inner().findChildren<forms::OptionButton*>()) {
+    if (option->Value()) names += option->objectName();
+  }
+  names.sort();
+  return names.join(QLatin1Char(' ')).toStdString();
 }
 
 }  // namespace tarnwell::test

@@ -110,6 +110,13 @@ class ProgramTest : public testing::Test {
     return commands;
   }
 
+  /// The same with the pauses around them.
+  std::string TakePaces() {
+    const std::string paces = m_port.Paces();
+    m_port.TakeTranscript();
+    return paces;
+  }
+
   /// Chooses an entry of the console's menus that is enabled, and stays in what it opens until that ends.
   void Choose(const char* entry);
 
@@ -121,8 +128,11 @@ class ProgramTest : public testing::Test {
   /// Ends the session after that many polls.
   void DisconnectAfter(int polls);
 
-  /// Object names of what is enabled on the form in front, sorted, joined by blanks.
-  std::string EnabledControls();
+  /// Notes for each control and menu entry of the form in front: "+" free, "-" greyed, "." hidden. Each is looked at
+  /// for itself: a greyed frame would hide what was forgotten in it. `ahead` goes before.
+  void NoteStates(const char* ahead = "");
+  /// A line for each set of controls that were noted alike: how they stood, time after time, and their names.
+  std::string NotedStates();
   /// Names of the options that are selected, sorted, joined by blanks.
   std::string SelectedOptions();
   std::string Title() { return Front().Title().toStdString(); }
@@ -133,6 +143,7 @@ class ProgramTest : public testing::Test {
   ScriptedPort m_port{m_counter};
   FakeDesktop m_desktop;
   ReplyTable m_replies;
+  std::map<QString, QString> m_states;
   QDateTime m_timeOfDay = QDateTime(QDate(2007, 3, 14), QTime(9, 26, 41));
   std::optional<app::Program> m_program;
 };

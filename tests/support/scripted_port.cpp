@@ -68,6 +68,22 @@ std::string ScriptedPort::TimedTranscript() const {
   return text;
 }
 
+std::string ScriptedPort::Paces() const {
+  constexpr std::int64_t kAnswerTakes = 20;
+  std::string text;
+  std::int64_t before = m_transcriptStart;
+  const auto pause = [&](std::int64_t at) {
+    const std::int64_t milliseconds = (at - before) * 1000 / VirtualCounter::kRate - (text.empty() ? 0 : kAnswerTakes);
+    return std::to_string((milliseconds + 5) / 10 * 10);  // the looks at port and counter take some too
+  };
+  for (const Entry& entry : m_transcript) {
+    if (!entry.isCommand) continue;
+    text += pause(entry.at) + ' ' + entry.text + ' ';
+    before = entry.at;
+  }
+  return text + pause(m_counter.Now());
+}
+
 double ScriptedPort::SmallestGap() const {
   std::int64_t smallest = std::numeric_limits<std::int64_t>::max();
   const Entry* before = nullptr;

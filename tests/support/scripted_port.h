@@ -84,6 +84,9 @@ class ScriptedPort final : public platform::SerialPort {
   std::string Commands() const { return Joined(true); }
   /// A line for each: seconds since the port was made, or since the last Take, with five decimals, a blank, the entry.
   std::string TimedTranscript() const;
+  /// The commands since the last Take and the pauses around them in milliseconds, "100 S=O 50 S? 100". The first runs
+  /// from the Take, the last until now; the way of an answer is taken off.
+  std::string Paces() const;
   /// The smallest time in seconds from one command to the next since the last Take.
   double SmallestGap() const;
 
