@@ -190,7 +190,7 @@ TEST(CalibrationTables, WhatReadRepliesSay) {
   const std::tuple<const char*, std::vector<const char*>, const char*, const char*, bool> cases[] = {
       {"R05?", {"R05=P12V2.35", "R05= P 12 V 2.35", "R05=P12.5V2.35x"}, kRFLevel, "12|2.35|6 of 26", true},
       {"R05?", {"R05=P0V1", "R05=1P0V1"}, kRFLevel, "0|1.00|6 of 26", true},
-      {"R05?", {"R05=PV<b>", "R05=P0V"}, kRFLevel, "0|0.00|6 of 26", false},
+      {"R05?", {"R05=PV<b>", "R05=P0V", "R05=PV0"}, kRFLevel, "0|0.00|6 of 26", false},
       {"R05?", {"R05=D"}, kRFLevel, "D|D|6 of 26", true},
       {"R05?", {"R05=V2P3", "R05=P12", "R05=P256V1", "R05=P-1V1", "R05="}, kRFLevel, "D|D|6 of 26", false},
       {"P07?", {"P07=128", "P07= 0128"}, kPiN, "7|128|8 of 41", true},
