@@ -1,16 +1,28 @@
 #pragma once
 
-#include <optional>
+#include <string_view>
 
 namespace tarnwell::link {
 
-/// Whether a two-wire line gives back what is sent on it, as its queries have shown. A copy of a request that is whole
-/// when the transmit window ends comes too early for a device; but a device confirms some settings in the very bytes of
-/// the request, and some adapters give the copy back late.
+/// What is asked where a setting's copy may be its confirmation or the line's echo: every device answers it, and no
+/// setting that is tried again has its answer.
+inline constexpr std::string_view kEchoQuery = "U?";
+inline constexpr std::string_view kEchoQueryExpected = "U=";
+
+/// Whether the request's own bytes would be a valid answer to it: a device confirms some settings so, and never a
+/// query.
+inline bool CopyMayConfirm(std::string_view request, std::string_view expected) {
+  return !request.ends_with('?') && request.find(expected) != std::string_view::npos;
+}
+
+/// Whether a two-wire line gives back what is sent on it, as those requests have shown whose copy is no answer.
 class EchoMemory {
  public:
-  /// Whether an exact copy of the request is the line's echo. `isEarly`: it is whole at the end of the transmit window.
-  bool IsEcho(bool isQuery, bool isEarly) const { return m_hearsItself.value_or(isEarly) || (isQuery && isEarly); }
+  /// Whether an exact copy of a setting may be the line's echo, so that another frame or a query has to tell.
+  /// `isEarly`: it is whole at the end of the transmit window, which is early for a device. Some adapters give a copy
+  /// back late.
+  bool MayBeEcho(bool isEarly) const { return isEarly || m_hearsItself; }
+  bool HearsItself() const { return m_hearsItself; }
 
   /// A query came back.
   void Heard() {
@@ -26,7 +38,7 @@ class EchoMemory {
  private:
   static constexpr int kEnough = 3;
 
-  std::optional<bool> m_hearsItself;
+  bool m_hearsItself = false;
   int m_without = 0;
 };
 

@@ -11,7 +11,8 @@ namespace {
 
 constexpr int kHandshakingRtsCts = 2;
 constexpr double kClearToSendWait = 0.1;
-constexpr char kQueryMark = '?';
+constexpr std::uint8_t kEchoQueryReply = 20;
+constexpr double kQuickReply = 0.05;
 
 double Speed(std::string_view settings) {
   constexpr std::array<std::pair<std::string_view, double>, 3> kSlowSpeeds = {
@@ -39,29 +40,51 @@ double TransmitTime(std::string_view settings, std::size_t frameBytes) {
 bool SerialLink::SendCommand(std::string_view command, std::string& reply, std::uint8_t tries, std::uint8_t maxReply,
                              std::string_view expected) {
   const std::string frame = BuildRequestFrame(command, m_shared.ConnectAddress);
+  Request request{frame, expected, maxReply, CopyMayConfirm(command, expected)};
+  // Of a request with one try the outcome isn't used, and a new address makes the device deaf to this one.
+  request.mayAsk = tries > 1;
+  m_shared.CommsLost = !Exchange(request, tries, reply);
+  return !m_shared.CommsLost;
+}
+
+bool SerialLink::Exchange(Request& request, int tries, std::string& reply) {
   for (int attempt = 0; attempt < tries; ++attempt) {
-    if (Try(frame, reply, maxReply, expected)) {
-      m_shared.CommsLost = false;
+    const Outcome outcome = Try(request, reply);
+    if (outcome == Outcome::kAnswered || outcome == Outcome::kEchoedAndAnswered) return true;
+    EndFailedTry();
+    if (outcome != Outcome::kCopyAlone || !std::exchange(request.mayAsk, false)) continue;
+    if (AnswersWithoutEcho()) {
+      reply = ReplyPayload(request.frame);
       return true;
     }
     EndFailedTry();
   }
-  m_shared.CommsLost = true;
   return false;
 }
 
-bool SerialLink::Try(std::string_view frame, std::string& reply, std::uint8_t maxReply, std::string_view expected) {
-  if (!PassGates()) return false;
-  Transmit(frame);
+bool SerialLink::AnswersWithoutEcho() {
+  const std::string frame = BuildRequestFrame(kEchoQuery, m_shared.ConnectAddress);
+  std::string reply;
+  return Try({frame, kEchoQueryExpected, kEchoQueryReply, false}, reply) == Outcome::kAnswered;
+}
+
+SerialLink::Outcome SerialLink::Try(const Request& request, std::string& reply) {
+  if (!PassGates()) return Outcome::kFailed;
+  Transmit(request.frame);
   reply.clear();
-  const bool isQuery = frame[frame.size() - kFrameOverhead + 1] == kQueryMark;
-  const Gathered gathered = Gather(maxReply + kFrameOverhead, frame, isQuery);
-  if (isQuery && gathered.echoed) m_echoes.Heard();
+  const Gathered gathered = Gather(request);
+  if (!request.copyMayConfirm && gathered.copied) m_echoes.Heard();
   const std::string& received = gathered.bytes;
-  if (!CheckReplyFrame(received, m_shared.ConnectAddress, expected)) return false;
-  if (isQuery && !gathered.echoed && !gathered.hasMore) m_echoes.AnsweredWithout();
+  if (gathered.copied && received.empty() && request.copyMayConfirm) return Outcome::kCopyAlone;
+  if (!CheckReplyFrame(received, m_shared.ConnectAddress, request.expected)) return Outcome::kFailed;
   reply = ReplyPayload(received);
-  return true;
+  const int more = gathered.early - static_cast<int>(received.size());
+  if (gathered.copied || more > 0) return Outcome::kEchoedAndAnswered;
+  if (!request.copyMayConfirm) {
+    m_echoes.AnsweredWithout();
+    m_deviceIsQuick = more == 0;
+  }
+  return Outcome::kAnswered;
 }
 
 bool SerialLink::PassGates() {
@@ -87,27 +110,33 @@ void SerialLink::Transmit(std::string_view frame) {
   if (drivesRts) m_port.SetRTSEnable(false);
 }
 
-SerialLink::Gathered SerialLink::Gather(std::size_t limit, std::string_view frame, bool isQuery) {
-  const Deadline windowEnd = m_timing.MakeDeadline(kReplyWindow);
+SerialLink::Gathered SerialLink::Gather(const Request& request) {
+  Deadline windowEnd = m_timing.MakeDeadline(kReplyWindow);
   const int early = m_shared.PortRS232 ? 0 : m_port.InBufferCount();
-  const bool isEarly = early >= static_cast<int>(frame.size());
-  const bool echoDue = !m_shared.PortRS232 && m_echoes.IsEcho(isQuery, isEarly);
+  const bool dropsCopy = !m_shared.PortRS232 && (!request.copyMayConfirm ||
+                                                 m_echoes.MayBeEcho(early >= static_cast<int>(request.frame.size())));
+  const std::size_t limit = request.maxReply + kFrameOverhead;
   std::string received;
-  bool echoed = false;
+  bool copied = false;
   while (!m_timing.DeadlineReached(windowEnd)) {
     if (m_port.InBufferCount() <= 0) {
       m_port.AwaitInput(m_timing.MillisecondsLeft(windowEnd));
       continue;
     }
     received += static_cast<char>(m_port.Input());
-    if (echoDue && !echoed && received == frame) {
-      echoed = true;
+    if (dropsCopy && !copied && received == request.frame) {
+      copied = true;
       received.clear();
+      if (AsksSoon(request)) windowEnd = m_timing.MakeDeadline(kQuickReply);
       continue;
     }
     if (received.size() == limit || received.back() == kClosingBrace) break;
   }
-  return {received, echoed, early > static_cast<int>(received.size())};
+  return {received, copied, early};
+}
+
+bool SerialLink::AsksSoon(const Request& request) const {
+  return request.copyMayConfirm && request.mayAsk && m_deviceIsQuick && !m_echoes.HearsItself();
 }
 
 void SerialLink::EndFailedTry() {

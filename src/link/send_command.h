@@ -38,22 +38,40 @@ class SerialLink {
                    std::string_view expected);
 
  private:
-  bool Try(std::string_view frame, std::string& reply, std::uint8_t maxReply, std::string_view expected);
+  struct Request {
+    std::string_view frame;
+    std::string_view expected;
+    std::uint8_t maxReply;
+    bool copyMayConfirm;  ///< a setting, whose confirmation and whose echo can be the same bytes
+    bool mayAsk = false;  ///< a query may tell which of the two a copy is: once a request
+  };
+  enum class Outcome {
+    kFailed,
+    kCopyAlone,  ///< the request's copy that may be its confirmation or the line's echo, and nothing else
+    kAnswered,
+    kEchoedAndAnswered  ///< something else came ahead of the answer or behind it
+  };
+  bool Exchange(Request& request, int tries, std::string& reply);
+  Outcome Try(const Request& request, std::string& reply);
+  bool AnswersWithoutEcho();
   bool PassGates();
   void Transmit(std::string_view frame);
 
   struct Gathered {
     std::string bytes;
-    bool echoed;   ///< the line's echo came ahead of them, and was dropped
-    bool hasMore;  ///< of what was there at the end of the transmit window some wasn't taken
+    bool copied;  ///< a copy of the request came ahead of them, and was dropped
+    int early;    ///< how many bytes were there at the end of the transmit window
   };
-  Gathered Gather(std::size_t limit, std::string_view frame, bool isQuery);
+  Gathered Gather(const Request& request);
+  /// Where the device's answers come as early as an echo, no confirmation is still to be awaited behind a copy.
+  bool AsksSoon(const Request& request) const;
   void EndFailedTry();
 
   SSPA_Public& m_shared;
   const IntervalTiming& m_timing;
   platform::SerialPort& m_port;
   EchoMemory m_echoes;
+  bool m_deviceIsQuick = false;
 };
 
 }  // namespace tarnwell::link

@@ -83,6 +83,8 @@ std::string NumberText(double value) {
 
 double LeadingNumber(std::string_view text) { return TakeNumber(text).value_or(0.0); }
 
+bool BeginsWithNumber(std::string_view text) { return TakeNumber(text).has_value(); }
+
 std::string RoundedText(std::string_view text) {
   const std::optional<double> value = NumberAlone(text);
   return value ? FixedText(*value, 0, LeadingZero::kAlways) : std::string(text);

@@ -20,6 +20,9 @@ std::string NumberText(double value);
 /// No exponent, hexadecimal, "nan" or "inf" is read.
 double LeadingNumber(std::string_view text);
 
+/// Whether LeadingNumber finds one.
+bool BeginsWithNumber(std::string_view text);
+
 /// A text that is one number, rounded to a whole one, halves away from zero; any other text as it is.
 std::string RoundedText(std::string_view text);
 

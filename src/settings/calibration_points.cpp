@@ -31,49 +31,56 @@ std::optional<std::int16_t> WholeText(std::string_view text) {
 
 int FixedTemperature(int index) { return index * 25 - 50; }
 
-void TakeRFLevel(std::string_view reply, RFLevelPoint& point) {
+bool TakeRFLevel(std::string_view reply, RFLevelPoint& point) {
   const std::string_view text = protocol::AfterEcho(reply, kRFLevelEcho);
   if (IsDisabled(text)) {
     point = {kDisabled, kDisabled};
-    return;
+    return true;
   }
   const std::size_t level = text.find('P');
   const std::size_t volts = text.find('V');
-  if (level == std::string_view::npos || volts == std::string_view::npos || volts < level) return;
-  const double dbm = std::nearbyint(protocol::LeadingNumber(text.substr(level + 1, volts - level - 1)));
-  if (dbm < 0 || dbm > std::numeric_limits<std::uint8_t>::max()) return;
+  if (level == std::string_view::npos || volts == std::string_view::npos || volts < level) return false;
+  const std::string_view levelText = text.substr(level + 1, volts - level - 1);
+  const double dbm = std::nearbyint(protocol::LeadingNumber(levelText));
+  if (dbm < 0 || dbm > std::numeric_limits<std::uint8_t>::max()) return false;
   point = {Number(text.substr(volts + 1)), static_cast<std::int16_t>(dbm)};
+  return protocol::BeginsWithNumber(levelText) && protocol::BeginsWithNumber(text.substr(volts + 1));
 }
 
-void TakePiN(std::string_view reply, PiNPoint& point) {
+bool TakePiN(std::string_view reply, PiNPoint& point) {
   const std::string_view text = protocol::AfterEcho(reply, kPiNEcho);
-  point.DAC = IsDisabled(text) ? kDisabled : WholeText(text).value_or(point.DAC);
+  const std::optional<std::int16_t> value = IsDisabled(text) ? kDisabled : WholeText(text);
+  point.DAC = value.value_or(point.DAC);
+  return value.has_value();
 }
 
-void TakeCompensation(std::string_view text, CompensationPoint& point) {
-  if (text.starts_with('.')) {
-    TakeSetCompensation(text.substr(1), point);
-  } else if (text.starts_with("=D")) {
-    point = {kDisabled, 0};
-  }
+bool TakeCompensation(std::string_view text, CompensationPoint& point) {
+  if (text.starts_with('.')) return TakeSetCompensation(text.substr(1), point);
+  if (!text.starts_with("=D")) return false;
+  point = {kDisabled, 0};
+  return true;
 }
 
-void TakeSetCompensation(std::string_view text, CompensationPoint& point) {
+bool TakeSetCompensation(std::string_view text, CompensationPoint& point) {
   const std::size_t equals = text.find('=');
-  if (equals == std::string_view::npos) return;
+  if (equals == std::string_view::npos) return false;
   const std::optional<std::int16_t> degrees = WholeText(text.substr(0, equals));
-  if (!degrees) return;
-  point = {IsDisabled(text) ? kDisabled : Number(text.substr(equals + 1)), *degrees};
+  if (!degrees) return false;
+  const std::string_view value = text.substr(equals + 1);
+  point = {IsDisabled(text) ? kDisabled : Number(value), *degrees};
+  return IsDisabled(text) || protocol::BeginsWithNumber(value);
 }
 
-void TakeFixedCompensation(std::string_view reply, int degrees, CompensationPoint& point) {
+bool TakeFixedCompensation(std::string_view reply, int degrees, CompensationPoint& point) {
   point.Temp = static_cast<std::int16_t>(degrees);
   const std::string_view value = protocol::AfterEcho(reply, kFixedName);
   if (protocol::Holds(reply, "=D")) {
     point.Comp = kDisabled;
-  } else if (value.starts_with('=')) {
-    point.Comp = Number(value.substr(1));
+    return true;
   }
+  if (!value.starts_with('=')) return false;
+  point.Comp = Number(value.substr(1));
+  return protocol::BeginsWithNumber(value.substr(1));
 }
 
 std::optional<float> CompensationOf(const QString& text) {

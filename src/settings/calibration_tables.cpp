@@ -1,6 +1,7 @@
 #include "settings/calibration_tables.h"
 
 #include "console/entry_text.h"
+#include "forms/controls/answers.h"
 #include "platform/text_encoding.h"
 #include "protocol/readings.h"
 #include "protocol/vocabulary.h"
@@ -31,6 +32,18 @@ auto& At(Table& table, int index) {
   return table.at(static_cast<std::size_t>(index));
 }
 
+template <typename Point, typename Take>
+void TakeReply(std::string_view reply, Point& point, Take take) {
+  point.Senseless = take(reply, point) ? std::string() : std::string(reply);
+}
+
+/// The fields of a point that isn't known are doubtful.
+void ShowSense(const forms::Shown& fields, const SenselessReply& reply) {
+  const QString quoted = platform::Printable(platform::FromDevice(reply));
+  forms::ShowDoubtful(fields,
+                      reply.empty() ? QString() : QStringLiteral("Not known: the device answered \"%1\"").arg(quoted));
+}
+
 /// A compensation point as its two fields show it; nothing where one of them is no number.
 std::optional<CompensationPoint> PointFromEntry(const forms::TextBox& temperature, const forms::TextBox& compensation) {
   const std::optional<int> degrees = console::WholeNumberFromEntry(temperature.Text());
@@ -43,26 +56,26 @@ std::optional<CompensationPoint> PointFromEntry(const forms::TextBox& temperatur
 
 bool CalibrationTables::TemperaturesAreFixed() const { return m_opening.shared.FirmwareClass == 1; }
 
-template <typename Store>
-void CalibrationTables::Read(const protocol::Request& query, Store store) {
+template <typename Point, typename Take>
+void CalibrationTables::Read(const protocol::Request& query, Point& point, Take take) {
   std::string reply;
-  if (protocol::Send(m_line, query, reply)) store(std::string_view(reply));
+  if (protocol::Send(m_line, query, reply)) TakeReply(reply, point, take);
 }
 
 void CalibrationTables::ReadRFLevelPoint(int index) {
-  Read(protocol::RFLevelPointQuery(index), [&](auto reply) { TakeRFLevel(reply, At(RFLevelTable, index)); });
+  Read(protocol::RFLevelPointQuery(index), At(RFLevelTable, index), TakeRFLevel);
 }
 
 void CalibrationTables::ReadPiNPoint(int index) {
-  Read(protocol::PiNPointQuery(index), [&](auto reply) {
-    At(PiNTable, index).Level = static_cast<std::uint8_t>(index);
-    TakePiN(reply, At(PiNTable, index));
+  Read(protocol::PiNPointQuery(index), At(PiNTable, index), [index](auto reply, auto& point) {
+    point.Level = static_cast<std::uint8_t>(index);
+    return TakePiN(reply, point);
   });
 }
 
 void CalibrationTables::ReadRFTempCompPoint(int index) {
-  Read(protocol::RFCompensationQuery(index + 1), [&](auto reply) {
-    TakeCompensation(protocol::AfterEcho(reply, kRFCompensationName), At(RFTempCompPoints, index));
+  Read(protocol::RFCompensationQuery(index + 1), At(RFTempCompPoints, index), [](auto reply, auto& point) {
+    return TakeCompensation(protocol::AfterEcho(reply, kRFCompensationName), point);
   });
 }
 
@@ -70,10 +83,12 @@ void CalibrationTables::ReadTempCompPoint(int index) {
   CompensationPoint& point = At(TempCompPoints, index);
   if (TemperaturesAreFixed()) {
     const int degrees = FixedTemperature(index);
-    Read(protocol::FixedCompensationQuery(degrees), [&](auto reply) { TakeFixedCompensation(reply, degrees, point); });
+    Read(protocol::FixedCompensationQuery(degrees), point,
+         [degrees](auto reply, auto& taken) { return TakeFixedCompensation(reply, degrees, taken); });
   } else {
-    Read(protocol::SystemCompensationQuery(index + 1),
-         [&](auto reply) { TakeCompensation(protocol::AfterEcho(reply, kCompensationName), point); });
+    Read(protocol::SystemCompensationQuery(index + 1), point, [](auto reply, auto& taken) {
+      return TakeCompensation(protocol::AfterEcho(reply, kCompensationName), taken);
+    });
   }
 }
 
@@ -81,6 +96,7 @@ void CalibrationTables::DrawRFLevelPoint() {
   const RFLevelPoint& point = At(RFLevelTable, m_form.updwnRFLevel.Value());
   m_form.lblRFLevel.SetCaption(ShownWhole(point.Level));
   m_form.txtRFVolts.SetText(ShownNumber(point.Volts, 2));
+  ShowSense({&m_form.lblRFLevel, &m_form.txtRFVolts}, point.Senseless);
   DrawPosition(m_form.txtRFLevelPoint, m_form.updwnRFLevel);
 }
 
@@ -88,6 +104,7 @@ void CalibrationTables::DrawPiNPoint() {
   const PiNPoint& point = At(PiNTable, m_form.updwnPiNLevel.Value());
   m_form.lblPiNLevel.SetCaption(QString::number(point.Level));
   m_form.txtPiNDAC.SetText(ShownWhole(point.DAC));
+  ShowSense({&m_form.txtPiNDAC}, point.Senseless);
   DrawPosition(m_form.txtPiNLevelPoint, m_form.updwnPiNLevel);
   if (m_form.optModeMaint.Value()) SelectPiNPoint();
 }
@@ -103,6 +120,7 @@ void CalibrationTables::DrawRFTempCompPoint() {
   const CompensationPoint& point = At(RFTempCompPoints, m_form.updwnRFTempComp.Value());
   m_form.txtRFTCComp.SetText(ShownNumber(point.Comp, 1));
   m_form.txtRFTCTemp.SetText(QString::number(point.Temp));
+  ShowSense({&m_form.txtRFTCComp, &m_form.txtRFTCTemp}, point.Senseless);
   DrawPosition(m_form.txtRFTempCompPoint, m_form.updwnRFTempComp);
 }
 
@@ -110,41 +128,40 @@ void CalibrationTables::DrawTempCompPoint() {
   const CompensationPoint& point = At(TempCompPoints, m_form.updwnTempComp.Value());
   m_form.txtTCComp.SetText(ShownNumber(point.Comp, 1));
   m_form.txtTCTemp.SetText(QString::number(point.Temp));
+  ShowSense({&m_form.txtTCComp}, point.Senseless);
+  // A fixed temperature is known without an answer.
+  ShowSense({&m_form.txtTCTemp}, TemperaturesAreFixed() ? SenselessReply() : point.Senseless);
   DrawPosition(m_form.txtTempCompPoint, m_form.updwnTempComp);
 }
 
-template <typename Store>
-void CalibrationTables::Write(const protocol::Request& setting, Store store, Draw draw) {
+template <typename Point, typename Take>
+void CalibrationTables::Write(const protocol::Request& setting, Point& point, Take take, Draw draw) {
   m_opening.timing.DelayBlocking(kPauseAroundCommand);
   std::string reply;
   if (!protocol::Send(m_line, setting, reply)) {
     m_opening.CloseUnanswered();
     return;
   }
-  store(std::string_view(reply));
+  TakeReply(reply, point, take);
   (this->*draw)();
   m_opening.timing.DelayBlocking(kPauseAroundCommand);
 }
 
 void CalibrationTables::WriteRFLevelPoint(float volts) {
   const int index = m_form.updwnRFLevel.Value();
-  Write(
-      protocol::SetRFLevelPoint(index, volts), [&](auto reply) { TakeRFLevel(reply, At(RFLevelTable, index)); },
-      &CalibrationTables::DrawRFLevelPoint);
+  Write(protocol::SetRFLevelPoint(index, volts), At(RFLevelTable, index), TakeRFLevel,
+        &CalibrationTables::DrawRFLevelPoint);
 }
 
 void CalibrationTables::cmdQuickCal_Click() {
   const int index = m_form.updwnRFLevel.Value();
-  Write(
-      protocol::QuickCalibration(index), [&](auto reply) { TakeRFLevel(reply, At(RFLevelTable, index)); },
-      &CalibrationTables::DrawRFLevelPoint);
+  Write(protocol::QuickCalibration(index), At(RFLevelTable, index), TakeRFLevel, &CalibrationTables::DrawRFLevelPoint);
 }
 
 void CalibrationTables::WritePiNPoint() {
   const int index = m_form.updwnPiNLevel.Value();
-  Write(
-      protocol::SetPiNPoint(index, platform::ToDevice(m_form.txtPiNDAC.Text())),
-      [&](auto reply) { TakePiN(reply, At(PiNTable, index)); }, &CalibrationTables::DrawPiNPoint);
+  Write(protocol::SetPiNPoint(index, platform::ToDevice(m_form.txtPiNDAC.Text())), At(PiNTable, index), TakePiN,
+        &CalibrationTables::DrawPiNPoint);
 }
 
 void CalibrationTables::WriteRFTempCompPoint() {
@@ -152,9 +169,9 @@ void CalibrationTables::WriteRFTempCompPoint() {
   const std::optional<CompensationPoint> point = PointFromEntry(m_form.txtRFTCTemp, m_form.txtRFTCComp);
   if (!point) return DrawRFTempCompPoint();
   Write(
-      protocol::SetRFCompensation(index + 1, point->Temp, point->Comp),
-      [&](auto reply) {
-        TakeSetCompensation(protocol::AfterEcho(reply, kRFCompensationName + 1), At(RFTempCompPoints, index));
+      protocol::SetRFCompensation(index + 1, point->Temp, point->Comp), At(RFTempCompPoints, index),
+      [](auto reply, auto& taken) {
+        return TakeSetCompensation(protocol::AfterEcho(reply, kRFCompensationName + 1), taken);
       },
       &CalibrationTables::DrawRFTempCompPoint);
 }
@@ -165,9 +182,9 @@ void CalibrationTables::WriteTempCompPoint() {
   const std::optional<CompensationPoint> point = PointFromEntry(m_form.txtTCTemp, m_form.txtTCComp);
   if (!point) return DrawTempCompPoint();
   Write(
-      protocol::SetSystemCompensation(index + 1, point->Temp, point->Comp),
-      [&](auto reply) {
-        TakeSetCompensation(protocol::AfterEcho(reply, kCompensationName + 1), At(TempCompPoints, index));
+      protocol::SetSystemCompensation(index + 1, point->Temp, point->Comp), At(TempCompPoints, index),
+      [](auto reply, auto& taken) {
+        return TakeSetCompensation(protocol::AfterEcho(reply, kCompensationName + 1), taken);
       },
       &CalibrationTables::DrawTempCompPoint);
 }
@@ -178,8 +195,8 @@ void CalibrationTables::WriteFixedTempCompPoint() {
   const std::optional<float> compensation = CompensationOf(m_form.txtTCComp.Text());
   if (!compensation) return DrawTempCompPoint();
   Write(
-      protocol::SetFixedCompensation(degrees, *compensation),
-      [&](auto reply) { TakeFixedCompensation(reply, degrees, At(TempCompPoints, index)); },
+      protocol::SetFixedCompensation(degrees, *compensation), At(TempCompPoints, index),
+      [degrees](auto reply, auto& taken) { return TakeFixedCompensation(reply, degrees, taken); },
       &CalibrationTables::DrawTempCompPoint);
 }
 

@@ -43,10 +43,10 @@ class CalibrationTables {
   using Draw = void (CalibrationTables::*)();
 
   bool TemperaturesAreFixed() const;
-  template <typename Store>
-  void Read(const protocol::Request& query, Store store);
-  template <typename Store>
-  void Write(const protocol::Request& setting, Store store, Draw draw);
+  template <typename Point, typename Take>
+  void Read(const protocol::Request& query, Point& point, Take take);
+  template <typename Point, typename Take>
+  void Write(const protocol::Request& setting, Point& point, Take take, Draw draw);
   void SelectPiNPoint();
   void WriteFixedTempCompPoint();
 

@@ -11,7 +11,6 @@ namespace tarnwell::settings {
 
 namespace {
 
-constexpr int kDisabledLimit = -5;  ///< tenths; the one step below 0 of a limit's spin control
 constexpr double kMostVolts = 15.0;
 constexpr int kMostDAC = 255;
 constexpr double kMostCompensation = 10.0;

@@ -4,6 +4,7 @@
 
 #include "console/entry_keys.h"
 #include "console/entry_text.h"
+#include "forms/controls/answers.h"
 #include "settings/entry_values.h"
 #include "settings/spin_fields.h"
 
@@ -122,6 +123,8 @@ void FieldEntry::Connect() {
 
 void FieldEntry::ConnectTyping(const Field& field) {
   const auto enter = [&field] {
+    // What stands in a doubtful field isn't the device's, and the operator hasn't asked for it.
+    if (forms::IsOld(field.box) && !field.box.isModified()) return;
     if (!field.commit()) field.draw();
   };
   QObject::connect(&field.box, &TextBox::KeyPress, &m_wires, [&field, enter](forms::KeyAscii& key) {

@@ -55,20 +55,20 @@ void HideTransceiver(Opening& o) {
 void ShowMinimum(Opening& o, View text) {
   frmSettings& f = o.form;
   Enable(o.TakesCommands(), {&f.fraThresholds, &f.lblRFMin, &f.txtRFMin, &f.updwnRFMin});
-  SetLimit(f.txtRFMin, f.updwnRFMin, LimitTenths(text));
+  SetLimit(f.txtRFMin, f.updwnRFMin, text);
 }
 
 void ShowMaximum(Opening& o, View text) {
   frmSettings& f = o.form;
   Enable(o.TakesCommands(), {&f.fraThresholds, &f.lblRFMax, &f.txtRFMax, &f.updwnRFMax});
-  SetLimit(f.txtRFMax, f.updwnRFMax, LimitTenths(text));
+  SetLimit(f.txtRFMax, f.updwnRFMax, text);
 }
 
 void ShowReflected(Opening& o, View text) {
   frmSettings& f = o.form;
   EnableAndShow(true, {&f.fraReflectedThreshold, &f.lblReflectedMax, &f.txtReflectedMax, &f.updwnReflectedMax});
   Enable(o.TakesCommands(), {&f.fraReflectedThreshold, &f.lblReflectedMax, &f.txtReflectedMax, &f.updwnReflectedMax});
-  SetLimit(f.txtReflectedMax, f.updwnReflectedMax, LimitTenths(text));
+  SetLimit(f.txtReflectedMax, f.updwnReflectedMax, text);
 }
 
 void HideReflected(Opening& o) {

@@ -9,8 +9,6 @@ namespace tarnwell::settings {
 
 namespace {
 
-constexpr int kDisabledLimit = -5;  // one step of the spin control below 0
-
 constexpr std::array kTempCompChoices = {
     Choice{"C", &frmSettings::optTempCompOn}, Choice{"U", &frmSettings::optTempCompOff},
     Choice{"H", &frmSettings::optTempCompMax}, Choice{"L", &frmSettings::optTempCompMin}};
@@ -35,8 +33,8 @@ void ChooseByStatus(forms::frmSettings& form, std::string_view letters) {
   Choose(form, letters, kBeeperChoices);
 }
 
-int LimitTenths(std::string_view text) {
-  if (protocol::Holds(text, std::string_view(&protocol::kDisabledMark, 1))) return kDisabledLimit;
+std::optional<int> LimitTenths(std::string_view text) {
+  if (protocol::Holds(text, std::string_view(&protocol::kDisabledMark, 1))) return std::nullopt;
   return protocol::Tenths(protocol::LeadingNumber(text));
 }
 

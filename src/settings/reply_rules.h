@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -24,8 +25,8 @@ void Choose(forms::frmSettings& form, std::string_view text, std::span<const Cho
 /// The three groups that live on the letters of the status.
 void ChooseByStatus(forms::frmSettings& form, std::string_view letters);
 
-/// A limit in tenths of a dBm; the spin control's lowest value for a disabled one.
-int LimitTenths(std::string_view text);
+/// A limit in tenths of a dBm; nothing for a disabled one.
+std::optional<int> LimitTenths(std::string_view text);
 
 // The rows in the order in which the codes are looked for. A query and a setting are answered alike but for two groups.
 using forms::frmSettings;

@@ -113,7 +113,7 @@ void SettingWriters::WriteConfiguration(char digit) {
 void SettingWriters::WriteThreshold(std::string_view tag) {
   const Limit limit = LimitOf(m_form, tag);
   Write(protocol::SetThreshold(limit.tag, limit.spin.Value()),
-        [&limit](std::string_view reply) { SetLimit(limit.field, limit.spin, LimitTenths(AfterEcho(reply, 3))); });
+        [&limit](std::string_view reply) { SetLimit(limit.field, limit.spin, AfterEcho(reply, 3)); });
 }
 
 void SettingWriters::WriteSSPAAddress() {

@@ -1,9 +1,22 @@
 #include "settings/spin_fields.h"
 
 #include "console/entry_text.h"
+#include "forms/controls/answers.h"
+#include "platform/text_encoding.h"
+#include "protocol/encodings.h"
 #include "settings/calibration_points.h"
+#include "settings/reply_rules.h"
 
 namespace tarnwell::settings {
+
+namespace {
+
+QString Outside(std::string_view text) {
+  return QStringLiteral("The device's own value is \"%1\", outside of what can be set here")
+      .arg(platform::Printable(platform::FromDevice(text)).trimmed());
+}
+
+}  // namespace
 
 void DrawLimit(forms::TextBox& field, const forms::UpDown& spin) {
   const int tenths = spin.Value();
@@ -12,9 +25,12 @@ void DrawLimit(forms::TextBox& field, const forms::UpDown& spin) {
 
 void DrawAddress(forms::TextBox& field, const forms::UpDown& spin) { field.SetText(QString::number(spin.Value())); }
 
-void SetLimit(forms::TextBox& field, forms::UpDown& spin, int tenths) {
-  spin.SetValue(tenths);
+void SetLimit(forms::TextBox& field, forms::UpDown& spin, std::string_view text) {
+  const std::optional<int> tenths = LimitTenths(text);
+  spin.SetValue(tenths.value_or(kDisabledLimit));
   DrawLimit(field, spin);
+  const bool held = !tenths || (protocol::BeginsWithNumber(text) && *tenths >= 0 && *tenths <= spin.Maximum());
+  forms::ShowDoubtful({&field}, held ? QString() : Outside(text));
 }
 
 void SetAddress(forms::TextBox& field, forms::UpDown& spin, int address) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "forms/controls/text_box.h"
 #include "forms/controls/up_down.h"
 
@@ -13,7 +15,8 @@ void DrawAddress(forms::TextBox& field, const forms::UpDown& spin);
 
 // A spin that is given the value it has raises no Change, and its field would stay empty at the first reading: these
 // draw in any case.
-void SetLimit(forms::TextBox& field, forms::UpDown& spin, int tenths);
+/// `text` is the device's. A limit that the spin can't hold is shown as the nearest that it can, as doubtful.
+void SetLimit(forms::TextBox& field, forms::UpDown& spin, std::string_view text);
 void SetAddress(forms::TextBox& field, forms::UpDown& spin, int address);
 
 }  // namespace tarnwell::settings

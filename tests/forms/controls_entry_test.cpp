@@ -52,7 +52,9 @@ TEST_F(EntryTest, KeyPressComesBeforeTheCharacterAndDecides) {
 TEST_F(EntryTest, LostFocusIsRaisedOnlyWhenTheFocusGoesElsewhereOnTheForm) {
   QFocusEvent menu(QEvent::FocusOut, Qt::PopupFocusReason);
   QCoreApplication::sendEvent(&box, &menu);
-  form.Expect("leave, return, right updwnGain -> @txtGain; click optOnline -> LostFocus Online");
+  form.Expect(
+      "leave, return, right updwnGain -> @txtGain; click updwnGain -> @txtGain; 7, click updwnGain -> 55 LostFocus; "
+      "click optOnline -> LostFocus Online");
 }
 
 TEST_F(EntryTest, HeldKeysActOnceOrStepAndNeverPileUpAndTypedCharactersAllArrive) {

@@ -84,6 +84,10 @@ TEST_F(LookTest, WhatIsOldIsDrawnAsWhatIsDisabledAndSaysSinceWhen) {
     EXPECT_EQ(control->toolTip(), QStringLiteral("No answer since 14:03:22"));
     ShowAnswered({control}, QTime(14, 3, 25));
     EXPECT_TRUE(Picture(*control) == live && control->toolTip() == own);
+    for (const char* why : {"first", "second"}) ShowDoubtful({control}, QLatin1String(why));
+    EXPECT_TRUE(Picture(*control) == disabled && control->toolTip() == QLatin1String("second"));
+    ShowDoubtful({control}, QString());
+    EXPECT_TRUE(Picture(*control) == live && control->toolTip() == own);
   }
 }
 

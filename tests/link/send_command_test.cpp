@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <vector>
+
 #include "support/scripted_port.h"
 #include "support/virtual_counter.h"
 
@@ -81,43 +84,69 @@ TEST_F(SendCommandTest, Rs485UnderControlHasRtsAroundEachTry) {
   EXPECT_NEAR(rtsOff - rtsOn, kWindow, 0.0001);
 }
 
-// An echo comes with the frame, a device's answer behind the window; where both are the same bytes that tells, or what
-// the queries before have shown.
+// A query's copy is never its answer. A setting's may be its confirmation: what comes behind it tells, or one query.
 TEST_F(SendCommandTest, TheEchoOfATwoWireLineIsNoAnswer) {
   const std::string asked = Framed("S?"), set = Framed("CM=1"), answer = Framed("S=OT");
+  const std::string here = Framed("U=@"), echoed = Framed("U?") + here;
   const struct {
     const char* name;
     bool rs232;
-    std::string query;    ///< what comes with each try of "S?", within the window
-    std::string setting;  ///< what comes with "CM=1"
-    double after;         ///< how long behind it
+    std::vector<std::string> queries;  ///< what comes with each "S?"
+    std::string setting;               ///< what comes with each try of "CM=1"
+    double after;                      ///< how long behind both; 0.003 is within the window
     bool queried, confirmed;
-    int queries = 1;
+    std::optional<std::string> told = {};  ///< what comes with the query that is to tell
   } cases[] = {
-      {"echo and answer", false, asked + answer, set + set, 0.003, true, true},
-      {"an echo alone", false, asked, set, 0.003, false, false},
-      {"two echoes", false, asked + asked + answer, set + asked, 0.003, false, false},
-      {"half an echo", false, asked.substr(3) + answer, set.substr(3), 0.003, false, false},
-      {"a late echo, where the line is known to have one", false, asked + answer, set, 0.05, true, false},
-      {"a late echo and its answer", false, asked + answer, set + set, 0.05, true, true},
-      {"a confirmation where there is no echo", false, answer, set, 0.05, true, true},
-      {"a quick confirmation where there is no echo", false, answer, set, 0.003, true, true, 3},
-      {"an echo where one query came without", false, answer, set, 0.003, true, false},
-      {"an old answer ahead of each echo", false, answer + asked, set, 0.003, true, false, 4},
-      {"an echo alone on a line that has told nothing", false, "", set, 0.003, false, false},
-      {"RS-232", true, asked + answer, set, 0.003, false, true},
+      {"echo and answer", false, {asked + answer}, set + set, 0.003, true, true},
+      {"an echo alone", false, {asked}, set, 0.003, false, false, echoed},
+      {"two echoes", false, {asked + asked + answer}, set + asked, 0.003, false, false},
+      {"half an echo", false, {asked.substr(3) + answer}, set.substr(3), 0.003, false, false},
+      {"a late echo alone", false, {asked + answer}, set, 0.05, true, false, echoed},
+      {"a late echo and its answer", false, {asked + answer}, set + set, 0.05, true, true},
+      {"a late echo, and one was lost", false, {asked + answer, answer, answer}, set, 0.05, true, false, echoed},
+      {"a line without an echo by now", false, {asked + answer, answer, answer, answer}, set, 0.05, true, true},
+      {"an echo on a line that told nothing", false, {""}, set, 0.003, false, false, echoed},
+      {"a confirmation where there is no echo", false, {answer}, set, 0.05, true, true},
+      {"a quick confirmation where there is no echo", false, {answer}, set, 0.003, true, true, here},
+      {"a line that begins to echo", false, {answer}, set + set, 0.003, true, true},
+      {"and the device keeps silent", false, {answer}, set, 0.003, true, false, echoed},
+      {"and to the query as well", false, {answer}, set, 0.003, true, false, ""},
+      {"a line that no longer echoes", false, {asked + answer}, set, 0.05, true, true, here},
+      {"an old answer ahead of each echo", false, {answer + asked}, set, 0.003, true, false, here + Framed("U?")},
+      {"RS-232", true, {asked + answer}, set, 0.003, false, true},
   };
   for (const auto& row : cases) {
     SerialLink line{m_shared, m_timing, m_port};
     m_shared.PortRS232 = row.rs232;
-    for (int i = 0; i < row.queries; ++i) {
-      m_port.Expect("S?").AnswerBytes(row.query).After(0.003);
+    for (const std::string& came : row.queries) {
+      m_port.Expect("S?").AnswerBytes(came).After(row.after);
       EXPECT_EQ(line.SendCommand("S?", m_reply, 1, 20, "S="), row.queried) << row.name;
     }
     m_port.Expect("CM=1").AnswerBytes(row.setting).After(row.after);
-    EXPECT_EQ(line.SendCommand("CM=1", m_reply, 1, 15, "CM="), row.confirmed) << row.name;
-    m_port.Expect("S?").AnswerBytes(asked + answer).After(0.003);
-    EXPECT_EQ(line.SendCommand("S?", m_reply, 1, 20, "S="), !row.rs232 || row.queried) << row.name << ", echo later";
+    if (row.told) m_port.Expect("U?").AnswerBytes(*row.told).After(row.after);
+    if (!row.confirmed) m_port.Expect("CM=1").AnswerBytes(row.setting).After(row.after);
+    EXPECT_EQ(line.SendCommand("CM=1", m_reply, 2, 15, "CM="), row.confirmed) << row.name;
+    EXPECT_TRUE(!row.confirmed || m_reply == "CM=1") << row.name << m_reply;
+  }
+}
+
+TEST_F(SendCommandTest, OnlyWhereTheDeviceIsQuickTheQueryComesAheadOfTheWindowsEnd) {
+  m_shared.PortRS232 = false;
+  for (const auto& [answered, waited] : {std::pair{0.05, 2.0}, {0.003, 0.05}}) {
+    m_port.Expect("S?").Answer("S=OT").After(answered);
+    EXPECT_TRUE(Send());
+    m_port.Expect("S=O").Answer("S=O").After(0.003);
+    m_port.Expect("U?").Answer("U=@");
+    m_port.TakeTranscript();
+    EXPECT_TRUE(m_link.SendCommand("S=O", m_reply, 3, 20, "S="));
+    EXPECT_NEAR(m_port.SmallestGap(), kWindow + 0.001 + waited + 0.05, 2 * kLook);
+  }
+  m_port.Expect("U=A").Answer("U=A").After(0.003);
+  EXPECT_FALSE(m_link.SendCommand("U=A", m_reply, 1, 20, "U=")) << "the device isn't at this address any more";
+  for (const auto& [request, expected] : {std::pair{"RT02?", "RT02"}, {"ZA", "A="}}) {
+    m_port.Expect(request).AnswerBytes(Framed(request) + Framed(expected)).After(0.05);
+    EXPECT_TRUE(m_link.SendCommand(request, m_reply, 1, 35, expected));
+    EXPECT_EQ(m_reply, expected) << "no copy of it can be its answer";
   }
 }
 

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "forms/controls/announcement.h"
+#include "forms/controls/answers.h"
 #include "forms/controls/reading_order.h"
 #include "forms/frm_settings.h"
 #include "sim/commands.h"
@@ -20,14 +21,14 @@ inline std::string ValueOf(const QWidget& control) {
   return (option->Value() ? "*" : "") + option->Caption().toStdString();
 }
 
-/// The group's values, "!" ahead of one that alone the frame greys; an arrow button that doesn't go with its box is
-/// told by its name.
+/// The group's values, "!" ahead of one that alone the frame greys, "?" behind one that is doubtful; an arrow button
+/// that doesn't go with its box is told by its name.
 inline std::string ValuesOf(const QWidget& frame) {
   std::string text;
   bool boxesEnabled = false;
   for (const QWidget* control : forms::ReadingOrder(frame)) {
     if (control->isHidden() || qobject_cast<const forms::CommandButton*>(control) != nullptr) continue;
-    const std::string value = ValueOf(*control);
+    const std::string value = ValueOf(*control) + (forms::IsOld(*control) ? "?" : "");
     if (!control->isEnabled() && control->isEnabledTo(&frame)) text += " !";
     text += " " + (control->isEnabled() ? value : "(" + value + ")");
     boxesEnabled = control->isEnabled();

@@ -82,23 +82,51 @@ TEST(Direction, IsHeldForTheFramesBitsAndTheMarginAndForPiecesBehindOneAnother) 
   EXPECT_EQ(direction.Due(), 2'040'000 + 8'000 + 10'416) << "sent late, and whole all the same";
 }
 
-TEST(Turns, AnEchoIsNoConfirmationAndAConfirmationNoEcho) {
-  const std::string query = Framed("G?", 1), set = Framed("G=-3.5", 1);
-  std::string told;
-  Turns turns([&](const Turn& turn) {
-    if (turn.what == What::kEcho) told += "echo ";
-    if (turn.what == What::kAnswer) told += turn.fault == Fault::kNone ? "answer " : "fault ";
-  });
-  Feed(turns, {{1, '>', query},
-               {1.005, '<', query},
-               {1.1, '<', set},
-               {2, '>', set},
-               {2.05, '<', set},
-               {2.1, '<', set},
-               {3, '-', std::string(kStarted)},
-               {4, '>', set},
-               {4.1, '<', set}});
-  EXPECT_EQ(told, "echo answer echo answer answer ");
+TEST(Turns, TellWhatTheConsoleTookACopyFor) {
+  const std::string query = Framed("G?", 1), set = Framed("G=-3.5", 1), ask = Framed("U?", 1), here = Framed("U=A", 1);
+  const struct {
+    std::vector<Step> steps;
+    const char* told;  ///< "echo " and the like with the request, a try's number where it isn't the first
+  } cases[] = {
+      {{{1, '>', query}, {1.05, '<', query}, {1.1, '<', set}, {2, '>', set}, {2.05, '<', set}, {2.1, '<', set}},
+       "echo G? answer G? echo G=-3.5 answer G=-3.5 "},
+      {{{1, '>', query},
+        {1.005, '<', query},
+        {1.1, '<', set},
+        {3, '-', std::string(kStarted)},
+        {4, '>', set},
+        {4.1, '<', set}},
+       "echo G? answer G? answer G=-3.5 "},
+      {{{1, '>', set}, {1.005, '<', set}, {3.1, '>', ask}, {3.2, '<', here}, {4, '>', set}, {4.1, '<', set}},
+       "answer U? answer G=-3.5 answer G=-3.5 "},
+      {{{1, '>', set},
+        {1.005, '<', set},
+        {3.1, '>', ask},
+        {3.105, '<', ask},
+        {3.2, '<', here},
+        {3.3, '>', set},
+        {3.305, '<', set},
+        {6, '>', query},
+        {6.005, '<', query},
+        {6.1, '<', set}},
+       "echo U? answer U? echo G=-3.5 silence G=-3.5 echo G=-3.5 try 2 silence G=-3.5 try 2 echo G? answer G? "},
+      {{{1, '>', set}, {1.005, '<', set}, {1.1, '>', set}, {1.2, '<', set}}, "answer G=-3.5 answer G=-3.5 "},
+      {{{1, '>', set}, {1.005, '<', set}}, "echo G=-3.5 dropped G=-3.5 "},
+  };
+  for (const auto& [steps, expected] : cases) {
+    std::string told;
+    Turns turns([&](const Turn& turn) {
+      const char* const what = turn.what == What::kEcho      ? "echo "
+                               : turn.what == What::kAnswer  ? "answer "
+                               : turn.what == What::kSilence ? "silence "
+                               : turn.what == What::kDropped ? "dropped "
+                                                             : "";
+      if (*what == 0) return;
+      told += what + turn.request + (turn.attempt > 1 ? " try " + std::to_string(turn.attempt) : "") + " ";
+    });
+    Feed(turns, steps);
+    EXPECT_EQ(told, expected);
+  }
 }
 
 TEST(Turns, WhatStoodWhereNothingCouldBeReadIsNoSilence) {
@@ -121,7 +149,11 @@ TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {
                 {4.5, '<', "x}"},
                 {5, '>', ask},
                 {7.2, '<', level},
-                {8, '>', set}});
+                {8, '>', set},
+                {9, '>', set},
+                {9.005, '<', set},
+                {11.1, '>', Framed("U?", 1)},
+                {11.2, '<', Framed("U=A", 1)}});
   const auto played = [&](const std::string& frame) {
     const auto reply = script.Next(frame);
     std::string text = reply ? reply->taken + "|" : "not recorded";
@@ -135,7 +167,9 @@ TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {
   EXPECT_EQ(played(ask), "|2200" + level + " ") << "too late then, and too late now";
   EXPECT_EQ(played(ask), "|2200" + level + " again") << "one more than the recording has";
   EXPECT_EQ(played(set), "|") << "silence is recorded too";
-  EXPECT_EQ(played(set), "|again") << "the end of the recording is no silence";
+  EXPECT_EQ(played(set), set + "|5" + set + " ") << "confirmed by its copy, as the query behind it told";
+  EXPECT_EQ(played(Framed("U?", 1)), Framed("U=A", 1) + "|100" + Framed("U=A", 1) + " ");
+  EXPECT_EQ(played(set), set + "|5" + set + " again");
   EXPECT_EQ(played(Framed("VT?", 1)), "not recorded");
 }
 

@@ -113,7 +113,10 @@ void Script::Take(const Turn& turn) {
       return;
     case What::kAnswer:
     case What::kEcho:
-      m_replies[m_frame].back().taken += turn.bytes;
+      // What a setting's copy was is told when the query behind it has been answered.
+      m_replies[link::BuildRequestFrame(turn.request, static_cast<std::uint8_t>(turn.address - link::AddressByte(0)))]
+          .back()
+          .taken += turn.bytes;
       return;
     case What::kSilence:
       m_settled = true;

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -57,11 +58,17 @@ class Turns {
   void TakeNote(const Record& record);
   void Ask(const Record& record, std::string_view frame);
   void Answer(const Record& record, std::string_view bytes);
-  bool IsEcho() const;
+  bool IsCopy() const;
+  bool CopyMayConfirm() const;
   Fault Judge() const;
   /// What has come by `now` is all that came.
   void CloseOpen(std::int64_t now);
   void DropOpen();
+  void CloseAnswered();
+  /// Nothing came but the copy of a setting: what the console asks next says what it took that for.
+  void SettleCopy(const Record& next, std::string_view frame);
+  void TellCopy(bool confirmed, std::int64_t now);
+  void TellNothing(std::int64_t now);
   void TellNoise();
   void Tell(What what, std::int64_t at, std::string bytes, Fault fault = Fault::kNone);
 
@@ -70,16 +77,20 @@ class Turns {
   std::int64_t m_fromConsoleAt = 0;
   std::int64_t m_now = 0;
   std::string m_settings = "9600,n,8,1";
-  // The request in force.
-  std::string m_frame;
-  std::string m_request;
-  std::int64_t m_askedAt = 0;
-  std::int64_t m_firstAskedAt = 0;
-  std::int64_t m_askedUntil = 0;
-  int m_attempt = 0;
-  bool m_failed = false;
+  struct Asking {
+    std::string frame;
+    std::string request;
+    std::int64_t at = 0;
+    std::int64_t firstAt = 0;  ///< of its first try
+    std::int64_t until = 0;
+    int attempt = 0;
+    bool failed = false;
+    bool copied = false;                 ///< its copy came, and was dropped
+    std::optional<std::int64_t> copyAt;  ///< when, as long as it may be the confirmation
+  };
+  Asking m_asking;                ///< the request in force
+  std::optional<Asking> m_asked;  ///< the setting behind whose copy the console asks for its echo now
   bool m_open = false;
-  bool m_echoed = false;
   link::EchoMemory m_echoes;
   // What has come for it.
   std::string m_gathered;

@@ -1,6 +1,7 @@
 #include "forms/controls/answers.h"
 
 #include <QApplication>
+#include <QTextDocument>
 #include <QVariant>
 #include <initializer_list>
 
@@ -67,7 +68,10 @@ void ShowUnanswered(const Shown& controls) {
 }
 
 void ShowDoubtful(const Shown& controls, const QString& why) {
-  for (QWidget* control : controls) ShowOld(*control, why);
+  for (QWidget* control : controls) {
+    ShowLive(*control);
+    if (!why.isEmpty()) ShowOld(*control, PlainToolTip(why));
+  }
 }
 
 void ForgetAnswers(const Shown& controls) {
@@ -75,6 +79,10 @@ void ForgetAnswers(const Shown& controls) {
     control->setProperty(kAnsweredAt, QVariant());
     ShowLive(*control);
   }
+}
+
+QString PlainToolTip(const QString& text) {
+  return Qt::mightBeRichText(text) ? QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()) : text;
 }
 
 void SetOwnToolTip(QWidget& control, const QString& text) {

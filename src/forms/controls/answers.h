@@ -16,13 +16,17 @@ void ShowAnswered(const Shown& controls, const QTime& now);
 /// tool tip says since when.
 void ShowUnanswered(const Shown& controls);
 
-/// What they show isn't known to be so, for the reason that their tool tip gives, until the question is answered.
+/// What they show isn't known to be so, for the reason that their tool tip gives, until the question is answered; where
+/// `why` is empty, they are live.
 void ShowDoubtful(const Shown& controls, const QString& why);
 
 /// They are to show another device, which hasn't been asked yet.
 void ForgetAnswers(const Shown& controls);
 
 bool IsOld(const QWidget& control);
+
+/// `text` as a tool tip, which takes what looks like markup for markup.
+QString PlainToolTip(const QString& text);
 
 /// The tool tip that `control` has while what it shows isn't old.
 void SetOwnToolTip(QWidget& control, const QString& text);

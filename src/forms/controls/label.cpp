@@ -20,11 +20,6 @@ Qt::Alignment AlignmentOf(const Settings& settings) {
   return Qt::AlignLeft | Qt::AlignVCenter;
 }
 
-/// A tool tip takes what looks like markup for markup.
-QString PlainToolTip(const QString& text) {
-  return Qt::mightBeRichText(text) ? QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped()) : text;
-}
-
 }  // namespace
 
 Label::Label(const char* name, Container container, const char* caption, const char* toolTip, Settings settings)

@@ -49,6 +49,10 @@ TextBox::TextBox(const char* name, Container container, const char* caption, con
 
 void TextBox::SetText(const QString& text) { setText(text); }
 
+void TextBox::TakeBackTyping() {
+  if (isModified()) Q_EMIT LostFocus();
+}
+
 void TextBox::Type(int start, int end, const QString& text) {
   setFocus(Qt::OtherFocusReason);
   setSelection(start, end - start);

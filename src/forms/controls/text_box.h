@@ -27,6 +27,9 @@ class TextBox : public QLineEdit {
   /// Sets the text; raises nothing.
   void SetText(const QString& text);
 
+  /// What is half typed is given up, as where the focus leaves: raises LostFocus. Does nothing where nothing is.
+  void TakeBackTyping();
+
   /// An assistive tool types `text` over the characters from `start` to before `end`.
   void Type(int start, int end, const QString& text);
   /// An assistive tool presses Enter here.
@@ -37,7 +40,8 @@ class TextBox : public QLineEdit {
   void KeyPress(tarnwell::forms::KeyAscii& key);
   /// An arrow key goes down; `key` is Qt::Key_Up or Qt::Key_Down.
   void KeyDown(int key);
-  /// The focus went to another control of the form; not raised when a window or menu took it for a while.
+  /// The focus went to another control of the form, or the pointer to one that takes none; not raised when a window or
+  /// menu took it for a while.
   void LostFocus();
 
  protected:

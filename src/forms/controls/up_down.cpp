@@ -8,6 +8,7 @@
 
 #include "forms/controls/form_style.h"
 #include "forms/controls/input_gate.h"
+#include "forms/controls/text_box.h"
 
 namespace tarnwell::forms {
 
@@ -45,6 +46,7 @@ void UpDown::Hold(int value) {
 
 void UpDown::Choose(int value) {
   Hold(value);
+  TakeBackTyping();
   Q_EMIT MouseUp();
   InputGate::Instance().HandlerEnded();
 }
@@ -104,6 +106,12 @@ void UpDown::mousePressEvent(QMouseEvent* event) {
   RepeatIn(kFirstRepeat);
   repaint();
   Step();
+  TakeBackTyping();
+}
+
+// The step has shown the new value in the spin's own field already, so that one is not drawn twice.
+void UpDown::TakeBackTyping() {
+  if (auto* typed = qobject_cast<TextBox*>(window()->focusWidget())) typed->TakeBackTyping();
 }
 
 void UpDown::mouseDoubleClickEvent(QMouseEvent* event) { mousePressEvent(event); }

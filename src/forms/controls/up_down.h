@@ -9,6 +9,7 @@
 namespace tarnwell::forms {
 
 /// A spin control beside its text box: two arrows and no text of its own. Takes no focus; the text box has the keys.
+/// A press takes back what is half typed anywhere on the form, which a later Enter would send.
 /// Disabled or hidden under the press it goes back to the value of the press, since no MouseUp will follow.
 class UpDown : public QWidget {
   Q_OBJECT
@@ -58,6 +59,7 @@ class UpDown : public QWidget {
   void RepeatIn(int milliseconds);
   void LetGo();
   void TakeBack();
+  void TakeBackTyping();
 
   int m_value;
   int m_minimum;
