@@ -104,7 +104,12 @@ TEST_F(AnswersTest, AnUnansweredGainIsAskedForOnceTheDeviceAnswers) {
   };
   m_yielder.OnYieldAfter(11, [&] { stillOld(6); });  // at once, and in the next round
   m_yielder.OnYieldAfter(11, [&] { stillOld(3); });
-  m_yielder.OnYield([&] { m_replies["G?"] = "G=-3.4"; });
+  m_yielder.OnYield([&] { m_replies.clear(); });
+  m_yielder.OnYield([&] { m_port.TakeTranscript(); });
+  m_yielder.OnYieldAfter(12, [&] {
+    expect(true, "-3.6", 0);  // not on a lost link
+    m_replies = AmplifierReplies();
+  });
   Round([&] {
     expect(false, "-3.4", 1);
     EXPECT_EQ(Find("txtGainAdjust").toolTip(), QStringLiteral("As of 09:26:41; not asked again while connected"));
