@@ -130,7 +130,8 @@ Outcome Execute(Station& station, double now, std::string_view line) {
     if (row.name != words.front()) continue;
     std::string told;
     const std::string wrong = Complaint(row, {station, now, Words(words.begin() + 1, words.end()), row.range}, told);
-    return wrong.empty() ? Outcome{true, told, command} : Outcome{false, command + ": " + wrong, {}};
+    if (wrong.empty()) return {true, told, command};
+    return {false, std::string(command).append(": ").append(wrong), {}};
   }
   return {false, command + ": unknown; help lists the commands", {}};
 }

@@ -41,9 +41,11 @@ bool IsPassing(const std::string& path) {
 std::vector<std::string> InOrderOfTime(const std::vector<std::string>& files) {
   if (files.size() < 2 || std::any_of(files.begin(), files.end(), IsPassing)) return files;
   std::vector<std::pair<std::int64_t, std::string>> begun;
+  begun.reserve(files.size());
   for (const std::string& file : files) begun.emplace_back(BeginOf(file), file);
   std::stable_sort(begun.begin(), begun.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
   std::vector<std::string> ordered;
+  ordered.reserve(begun.size());
   for (auto& [at, file] : begun) ordered.push_back(std::move(file));
   return ordered;
 }
