@@ -150,6 +150,7 @@ TEST_F(FocusTest, FocusOfAControlTakenAwayIsLentBackToItUnlessAnotherTookIt) {
       "click optOnline, disable fraState -> Online @; enable fraState -> @optOnline; Space ->; "
       "click optRFOn, hide fraUserMute -> RFOn @; leave, return -> @; show fraUserMute -> @optRFOn; "
       "disable optRFOn, leave, enable optRFOn, return -> @optRFOn; "
+      "click optOnline, leave, disable fraState, enable fraState, return -> Online @optOnline; click optRFOn -> RFOn; "
       "disable optRFOn, Tab -> @txtGain; enable optRFOn -> @txtGain; "
       "disable txtGain, click optOnline, enable txtGain -> Online @optOnline; "
       "disable optOnline, disable fraState, enable optOnline -> @; enable fraState -> @optOnline");
