@@ -3,6 +3,7 @@
 #include <QMenuBar>
 
 #include "forms/controls/label.h"
+#include "forms/controls/menu_entry.h"
 #include "forms/controls/plain_controls.h"
 #include "forms/controls/tab_strip.h"
 #include "forms/test_form.h"
@@ -150,9 +151,19 @@ TEST_F(FocusTest, FocusOfAControlTakenAwayIsLentBackToItUnlessAnotherTookIt) {
       "click optOnline, disable fraState -> Online @; enable fraState -> @optOnline; Space ->; "
       "click optRFOn, hide fraUserMute -> RFOn @; leave, return -> @; show fraUserMute -> @optRFOn; "
       "disable optRFOn, leave, enable optRFOn, return -> @optRFOn; "
+      "click optOnline, leave, disable fraState, enable fraState, return -> Online @optOnline; click optRFOn -> RFOn; "
       "disable optRFOn, Tab -> @txtGain; enable optRFOn -> @txtGain; "
       "disable txtGain, click optOnline, enable txtGain -> Online @optOnline; "
       "disable optOnline, disable fraState, enable optOnline -> @; enable fraState -> @optOnline");
+  Menu file("mnuFile", form, "&File");
+  const Menu exit("mnuExit", file, "E&xit");
+  form.MenuBar().show();
+  form.MenuBar().setFocus(Qt::MenuBarFocusReason);  // left there by a menu that closed over a disabled control
+  form.Expect("disable fraState, F -> @");
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr) << "no letter acts at the bar";
+  form.Expect("enable fraState -> @optOnline");
+  form.MenuBar().setFocus(Qt::MenuBarFocusReason);
+  form.Expect("disable fraState, enable fraState -> @optOnline");
   TestForm fresh;
   Place(fresh.cmdConnect, 0, 5000, 1500, 450);  // an option is the first control now
   QObject::connect(&fresh, &Form::Load, &fresh, [&] { fresh.optOnline.setFocus(); });

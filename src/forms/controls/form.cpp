@@ -148,7 +148,10 @@ bool Form::event(QEvent* event) {
   if (event->type() == QEvent::LayoutRequest) PlaceInner();
   if (event->type() == QEvent::ApplicationPaletteChange) AdoptPalette();
   if (event->type() == QEvent::WindowActivate) {
-    if (focusWidget() == nullptr || !focusWidget()->isVisible()) ParkFocus(m_focusedControl);
+    if (focusWidget() == nullptr || !focusWidget()->isVisible()) {
+      ParkFocus(m_focusedControl);
+      LendFocusBack();  // it may be live again already
+    }
     // Posted: the toolkit is still busy with the window, and a handler may take its time.
     QMetaObject::invokeMethod(
         this,

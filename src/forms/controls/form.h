@@ -128,6 +128,7 @@ class Form : public QWidget {
   void ParkFocus(QWidget* loser);
   void RememberLoser(QWidget* loser);
   bool IsFocusParked() const;
+  bool IsLeftAtMenuBar() const;
   void LendFocusBack();
 
   QString m_title;

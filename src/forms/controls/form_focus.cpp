@@ -85,13 +85,22 @@ void Form::RememberLoser(QWidget* loser) {
 }
 
 bool Form::IsFocusParked() const {
-  return m_focusLoser != nullptr && (focusWidget() == m_inner || focusWidget() == nullptr);
+  const QWidget* now = focusWidget();
+  return m_focusLoser != nullptr && (now == m_inner || now == nullptr || IsLeftAtMenuBar());
+}
+
+/// A menu gives the focus back when it closes, but not to what went grey meanwhile: it stays at the bar, which takes
+/// each letter for a menu's.
+bool Form::IsLeftAtMenuBar() const {
+  return m_menuBar != nullptr && focusWidget() == m_menuBar && m_menuBar->activeAction() == nullptr;
 }
 
 bool Form::eventFilter(QObject* watched, QEvent* event) {
   const bool changes = event->type() == QEvent::EnabledChange || event->type() == QEvent::Show;
   if (changes && watched == m_focusLoser) LendFocusBack();
-  return QWidget::eventFilter(watched, event);
+  const bool leftAtMenuBar = watched == m_menuBar && event->type() == QEvent::KeyPress && IsLeftAtMenuBar();
+  if (leftAtMenuBar) ParkFocus(m_focusedControl);
+  return leftAtMenuBar || QWidget::eventFilter(watched, event);
 }
 
 /// Lent, as after a menu: the control that gets it takes it for no arrival of the operator.
@@ -101,7 +110,8 @@ void Form::LendFocusBack() {
 
 void Form::FollowFocus(QWidget* now) {
   if (now != nullptr) {
-    const bool control = now->window() == this && qobject_cast<QMenuBar*>(now) == nullptr;
+    if (now == m_menuBar) RememberLoser(m_focusedControl);
+    const bool control = now->window() == this && now != m_menuBar;
     if (control) m_focusedControl = now != m_inner ? now : nullptr;
     return;
   }

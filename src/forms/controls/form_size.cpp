@@ -17,6 +17,7 @@ QMenuBar& Form::MenuBar() {
     m_menuBar = new QMenuBar(this);
     m_menuBar->setNativeMenuBar(false);
     m_menuBar->setStyle(FormStyle::Instance());
+    m_menuBar->installEventFilter(this);
     ResizeWindow();
   }
   return *m_menuBar;
