@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <cstdlib>
-#include <ctime>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,22 +19,6 @@ namespace tarnwell::test {
 
 /// The place of a character in a file whose lines are whole, both from 1.
 constexpr std::size_t At(std::size_t line, std::size_t column) { return (line - 1) * 82 + column - 1; }
-
-/// The machine's time zone while it lives.
-class Zone {
- public:
-  explicit Zone(const char* name) { Set(name); }
-  ~Zone() { Set(m_before); }
-  Zone(const Zone&) = delete;
-  Zone& operator=(const Zone&) = delete;
-
- private:
-  static void Set(const QByteArray& name) {
-    name.isNull() ? qunsetenv("TZ") : qputenv("TZ", name);
-    tzset();
-  }
-  QByteArray m_before = qEnvironmentVariableIsSet("TZ") ? qgetenv("TZ") : QByteArray();
-};
 
 class SnapshotCommands : public testing::Test {
  protected:
