@@ -52,25 +52,14 @@ std::string BandsOf(const std::vector<Step>& steps) {
 }
 
 TEST(Events, ASessionAsAnOperatorsLog) {
-  const std::string status = Framed("S?", 1);
   std::vector<Step> steps;
   Ask(steps, 0, "CT?", "CT=60W C-BAND");
   AskAll(steps, .95, "A= A=P A=p");
   Ask(steps, 4, "ZA", "A=");
   Ask(steps, 4.1, "A?", "A=");
-  steps.insert(steps.end(), {{5, '>', status},
-                             {5.01, '<', "{AS="},
-                             {5.3, '<', "OT"},
-                             {5.4, '<', Framed("S=OT", 1).substr(6)},
-                             {6, '>', Framed("S=X", 1)},
-                             {6.02, '<', Framed("S=OX", 1)}});
+  Add(steps, "5>S? 5.01<{AS= 5.3<OT" + Framed("S=OT", 1).substr(6) + " 6>S=X 6.02<S=OX");
   // foreign, damaged, late: the third try is the last
-  steps.insert(steps.end(), {{7, '>', status},
-                             {7.02, '<', Framed("S=OT", 2)},
-                             {7.1, '>', status},
-                             {7.2, '<', "{AS=OTz}"},
-                             {7.3, '>', status},
-                             {9.6, '<', Framed("S=OT", 1)}});
+  Add(steps, "7>S? 7.02<" + Framed("S=OT", 2) + " 7.1>S? 7.2<{AS=OTz} 7.3>S? 9.6<S=OT");
   Ask(steps, 10, "S?", "S=OX");
   // an answer that nobody awaited, another address, its device in a file of its own
   const std::string known = std::string(kKnown) + "E" + Framed("CT=7316 CONTROLLER", 5);

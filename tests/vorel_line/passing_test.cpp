@@ -30,10 +30,12 @@ class Passing : public testing::Test {
 
   QString Path(const char* name) const { return m_folder.filePath(QLatin1String(name)); }
 
+  static QStringList Words(const QString& device, const QString& link, const QString& file) {
+    return {QStringLiteral("record"), device, QStringLiteral("--link"), link, QStringLiteral("-o"), file};
+  }
+
   bool Start(const QString& device, const QStringList& more = {}) {
-    m_recorder.start(QStringLiteral(VOREL_LINE), QStringList{QStringLiteral("record"), device, QStringLiteral("--link"),
-                                                             Path("line"), QStringLiteral("-o"), Path("a.rec")} +
-                                                     more);
+    m_recorder.start(QStringLiteral(VOREL_LINE), Words(device, Path("line"), Path("a.rec")) + more);
     return m_recorder.waitForReadyRead() && OpenConsole();
   }
 
@@ -43,16 +45,7 @@ class Passing : public testing::Test {
     return m_console >= 0;
   }
 
-  /// What comes on the console's side within three seconds, up to `count` bytes.
-  std::string Heard(std::size_t count) {
-    std::string bytes;
-    pollfd line{m_console, POLLIN, 0};
-    while (bytes.size() < count && poll(&line, 1, 3000) > 0) {
-      char byte = 0;
-      if (read(m_console, &byte, 1) == 1) bytes += byte;
-    }
-    return bytes;
-  }
+  std::string Heard(std::size_t count) const { return ReadLine(m_console, count, 3000); }
 
   void AwaitSaid(const char* text) {
     m_recorder.setReadChannel(QProcess::StandardError);
@@ -152,8 +145,7 @@ TEST_F(Passing, ALinkIsPutBackAndOneInUseAndAPipeAreRefused) {
   const auto leadsTo = [this] { return QFile::symLinkTarget(Path("line")); };
   const auto refused = [this, &device](const QString& link, const QString& file) {
     QProcess recorder;
-    recorder.start(QStringLiteral(VOREL_LINE), {QStringLiteral("record"), QString::fromStdString(device.Path()),
-                                                QStringLiteral("--link"), link, QStringLiteral("-o"), file});
+    recorder.start(QStringLiteral(VOREL_LINE), Words(QString::fromStdString(device.Path()), link, file));
     return recorder.waitForFinished() && recorder.exitCode() == 2;
   };
   ASSERT_TRUE(QFile::link(QStringLiteral("/dev/null"), Path("line")));

@@ -119,19 +119,8 @@ TEST(Turns, WhatStoodWhereNothingCouldBeReadIsNoSilence) {
 TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {
   Script script;
   const std::string ask = Framed("VR?", 1), set = Framed("S=X", 5), level = Framed("VR=1", 1);
-  Feed(script, {{0, '>', ask},
-                {.1, '<', level},
-                {1, '>', set},
-                {4, '>', ask},
-                {4.2, '<', "{A"},
-                {4.5, '<', "x}"},
-                {5, '>', ask},
-                {7.2, '<', level},
-                {8, '>', set},
-                {9, '>', set},
-                {9.005, '<', set},
-                {11.1, '>', Framed("U?", 1)},
-                {11.2, '<', Framed("U=A", 1)}});
+  Feed(script, StepsOf("0>VR? .1<VR=1 1>" + set + " 4>VR? 4.2<{A 4.5<x} 5>VR? 7.2<VR=1 8>" + set + " 9>" + set +
+                       " 9.005<" + set + " 11.1>U? 11.2<U=A"));
   const auto played = [&](const std::string& frame) {
     const auto reply = script.Next(frame);
     std::string text = reply ? reply->taken + "|" : "not recorded";

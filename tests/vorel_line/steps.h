@@ -27,16 +27,13 @@ struct Step {
   std::string bytes;
 };
 
-/// "1>G? 1.05<G=0 3-device_gone": frames of address 1, and notes.
-inline std::vector<Step> StepsOf(const char* text) {
+/// "1>G? 1.05<G=0 2<{A 3-device_gone": what has no brace is a frame of address 1, or a note.
+inline std::vector<Step> StepsOf(const std::string& text) {
   std::vector<Step> steps;
   std::istringstream words(text);
-  Step step;
-  for (std::string bytes; words >> step.at >> step.side >> bytes; steps.push_back(step)) {
-    step.bytes = Framed(bytes, 1);
-    if (step.side != '-') continue;
-    std::replace(bytes.begin(), bytes.end(), '_', ' ');
-    step.bytes = bytes;
+  for (Step step; words >> step.at >> step.side >> step.bytes; steps.push_back(step)) {
+    if (step.side == '-') std::replace(step.bytes.begin(), step.bytes.end(), '_', ' ');
+    if (step.side != '-' && step.bytes.find_first_of("{}") == std::string::npos) step.bytes = Framed(step.bytes, 1);
   }
   return steps;
 }
@@ -50,6 +47,11 @@ template <class Reader>
 void Feed(Reader& reader, const std::vector<Step>& steps) {
   for (const Step& step : steps) reader.Take(RecordOf(step));
   reader.End();
+}
+
+inline void Add(std::vector<Step>& steps, const std::string& text) {
+  const std::vector<Step> more = StepsOf(text);
+  steps.insert(steps.end(), more.begin(), more.end());
 }
 
 /// A question and its answer, which comes too late for an echo.
