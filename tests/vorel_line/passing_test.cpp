@@ -36,13 +36,9 @@ class Passing : public testing::Test {
 
   bool Start(const QString& device, const QStringList& more = {}) {
     m_recorder.start(QStringLiteral(VOREL_LINE), Words(device, Path("line"), Path("a.rec")) + more);
-    return m_recorder.waitForReadyRead() && OpenConsole();
-  }
-
-  bool OpenConsole() {
     if (m_console >= 0) close(m_console);
-    m_console = open(qPrintable(Path("line")), O_RDWR | O_NOCTTY | O_NONBLOCK);
-    return m_console >= 0;
+    return m_recorder.waitForReadyRead() &&
+           (m_console = open(qPrintable(Path("line")), O_RDWR | O_NOCTTY | O_NONBLOCK)) >= 0;
   }
 
   std::string Heard(std::size_t count) const { return ReadLine(m_console, count, 3000); }

@@ -57,9 +57,6 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
       {whole.substr(0, At(31, 1)) + "#ERROR: FILE MAY BE INCOMPLETE\r\n",
        "a.txt:31: the console gave up here: #ERROR: FILE MAY BE INCOMPLETE|"
        "a.txt:31: truncated: [pin diodes] and what follows it is missing behind this line"},
-      {whole + "x",
-       "a.txt:58: column 2: too short: 1 character, a line has 80|a.txt:58: no line end: the file stops in "
-       "this line|a.txt:58: column 1: no label that can stand here"},
       {replaced(At(13, 12), 1, "X"),
        "a.txt:13: check character \"C\", for this text \"$\"|a.txt:13: column 12: no number"},
       {replaced(At(13, 6), 0, "Q"),
@@ -138,7 +135,7 @@ TEST_F(SnapshotCommands, TakeFoldersAndKnowFilesByWhatIsInThem) {
   EXPECT_EQ(m_out.substr(0, m_out.find("f.d/grown:58")),
             "f.d/empty: nothing but zeros is in the file\n"
             "f.d/grown: larger than any snapshot: its first 64 KiB are read\n");
-  EXPECT_NE(m_out.find("\n6 files: 2 whole, 2 damaged, 2 not a snapshot\n"), std::string::npos) << m_out;
+  ExpectLines({"6 files: 2 whole, 2 damaged, 2 not a snapshot"});
   ASSERT_TRUE(QFile::remove(m_folder.filePath(QStringLiteral("f.d/empty"))) &&
               QFile::remove(m_folder.filePath(QStringLiteral("f.d/grown"))));
   EXPECT_EQ(Run(QStringLiteral("verify --quiet --strict f.d")), 1);
@@ -151,7 +148,6 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
   Write("a.txt", SampleFile("amplifier.txt"));
   Write("c.txt", SampleFile("controller.txt"));
   QDir(m_folder.path()).mkdir(QStringLiteral("e.d"));
-  Write("huge.txt", std::string(70'000, ' '));
   Write("zeros.txt", std::string(80, '\0'));
   const struct {
     const char* command;
@@ -160,7 +156,6 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
   } cases[] = {
       {"verify a.txt gone.txt c.txt", 2, "vorel-snapshot: gone.txt: No such file or directory\n"},
       {"verify e.d", 2, "vorel-snapshot: e.d: no snapshot is in it\n"},
-      {"export --csv huge.txt", 1, "huge.txt: not a snapshot: larger than any\n"},
       {"verify --quiet a.txt --quiet", 2,
        "vorel-snapshot: verify: --quiet is given twice\nvorel-snapshot --help lists the commands.\n"},
       {"diff - -", 2, "vorel-snapshot: diff: - is given twice\nvorel-snapshot --help lists the commands.\n"},

@@ -54,6 +54,10 @@ class SnapshotCommands : public testing::Test {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
   }
 
+  void ExpectLines(std::initializer_list<const char*> lines) {
+    for (const std::string line : lines) EXPECT_NE(m_out.find("\n" + line + "\n"), std::string::npos) << line << m_out;
+  }
+
   /// The amplifier's file with other texts in some lines, by their numbers.
   static std::string Changed(const std::vector<std::pair<std::size_t, std::string>>& changes) {
     std::string file = SampleFile("amplifier.txt");
