@@ -70,9 +70,6 @@ TEST(SimulatorCommands, AreAcknowledgedOrToldWithTheirRange) {
       {"alarm P active", "alarm P active"},
       {"", ""},
       {"gain 1", "gain 1: not usable; usage: gain DB (gain adjust; DB from -20 to 0)"},
-      {"fault drop 2",
-       "fault drop 2: not usable; usage: fault NAME PROBABILITY (a fault of the line, or all; PROBABILITY from 0 to "
-       "1)"},
       {"path A 1", "path A 1: not a controller"},
       {"rain", "rain: unknown; help lists the commands"}};
   for (const auto& [line, told] : cases) {

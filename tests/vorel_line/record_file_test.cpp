@@ -19,9 +19,7 @@ extern "C" int fdatasync(int descriptor) {
 namespace tarnwell::vorel_line {
 namespace {
 
-using RecordFiles = Files;
-
-TEST_F(RecordFiles, AFullDiskLosesWholeRecordsAndTellsAndTheFileGoesOn) {
+TEST_F(Files, AFullDiskLosesWholeRecordsAndTellsAndTheFileGoesOn) {
   const std::string piece(50, 'x');
   EXPECT_EQ(Write({{0, '<', "whole"}}), "");
   Append("\1\1\1\5ab");
@@ -41,7 +39,7 @@ TEST_F(RecordFiles, AFullDiskLosesWholeRecordsAndTellsAndTheFileGoesOn) {
   EXPECT_EQ(Read("2"), (Texts{piece, piece, "records lost: 7 (File too large)", "end"}));
 }
 
-TEST_F(RecordFiles, OnlyARecordingIsGoneOnWithAndADamagedOneIsSetAside) {
+TEST_F(Files, OnlyARecordingIsGoneOnWithAndADamagedOneIsSetAside) {
   const QString name = QString::fromStdString(Path());
   Append("dear diary");
   EXPECT_EQ(Write({}), Path() + ": is there and is no recording");
@@ -63,7 +61,7 @@ TEST_F(RecordFiles, OnlyARecordingIsGoneOnWithAndADamagedOneIsSetAside) {
   EXPECT_EQ(Read(".damaged", kExitDamaged), (Texts{"one", "64 bytes unreadable", "two"}));
 }
 
-TEST_F(RecordFiles, ANewFileIsBegunBySizeAndByDayAndOldOnesAreKeptAsTold) {
+TEST_F(Files, ANewFileIsBegunBySizeAndByDayAndOldOnesAreKeptAsTold) {
   constexpr double kDay = 86'400, kSixOClock = kDay * 19000.25 - kStart / 1e6;
   const struct {
     std::uint64_t largest;
@@ -90,7 +88,7 @@ TEST_F(RecordFiles, ANewFileIsBegunBySizeAndByDayAndOldOnesAreKeptAsTold) {
   }
 }
 
-TEST_F(RecordFiles, ARotationThatFailsLosesNoTimeAndNoOlderFile) {
+TEST_F(Files, ARotationThatFailsLosesNoTimeAndNoOlderFile) {
   ASSERT_TRUE(QDir(m_folder.path()).mkpath(QStringLiteral("a.rec.1/b")));
   const std::string text(50, 'x');
   EXPECT_EQ(Write({{0, '<', text}, {700, '<', text}, {1400, '<', text}}, "", {{}, 100, 1}), "");
@@ -101,14 +99,14 @@ TEST_F(RecordFiles, ARotationThatFailsLosesNoTimeAndNoOlderFile) {
   EXPECT_EQ(times, "0 700 1400 ");
 }
 
-TEST_F(RecordFiles, AFurtherFileTellsTheFormatAndTheDeviceByItself) {
+TEST_F(Files, AFurtherFileTellsTheFormatAndTheDeviceByItself) {
   const std::string model = Framed("CT=7316 CONTROLLER", 1), format = std::string(kFormat) + "300,n,8,1";
   const std::string text(70, 'x');
   Write({{0, '-', format}, {0, '>', Framed("CT?", 0)}, {1, '<', model}, {2, '<', text}}, "", {{}, 150, 1});
   EXPECT_EQ(Read(), (Texts{format, std::string(kKnown) + "@" + model, text}));
 }
 
-TEST_F(RecordFiles, AFileThatOthersTakeAwayIsBegunAnewAndThatIsTold) {
+TEST_F(Files, AFileThatOthersTakeAwayIsBegunAnewAndThatIsTold) {
   const std::string format = std::string(kFormat) + "300,n,8,1", other = std::string(kFormat) + "1200,n,8,1";
   const QString path = QString::fromStdString(Path()), beside = path + QStringLiteral("2");
   const struct {
@@ -145,7 +143,7 @@ TEST_F(RecordFiles, AFileThatOthersTakeAwayIsBegunAnewAndThatIsTold) {
   }
 }
 
-TEST_F(RecordFiles, WhatWeighsIsSafeFromALossOfPowerAtOnceAndTheRestSoon) {
+TEST_F(Files, WhatWeighsIsSafeFromALossOfPowerAtOnceAndTheRestSoon) {
   const std::string ask = Framed("A?", 1), level = Framed("VR?", 1), mute = Framed("S=X", 1);
   const auto syncs = [&](std::chrono::milliseconds every, const Texts& frames) {
     RecordFile file({Path(), 0, 0, every});

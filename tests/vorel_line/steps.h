@@ -49,11 +49,6 @@ void Feed(Reader& reader, const std::vector<Step>& steps) {
   reader.End();
 }
 
-inline void Add(std::vector<Step>& steps, const std::string& text) {
-  const std::vector<Step> more = StepsOf(text);
-  steps.insert(steps.end(), more.begin(), more.end());
-}
-
 /// A question and its answer, which comes too late for an echo.
 inline void Ask(std::vector<Step>& steps, double at, const char* request, const char* reply, std::uint8_t address = 1) {
   steps.push_back({at, '>', Framed(request, address)});

@@ -67,6 +67,7 @@ TEST_F(SnapshotCommands, TrendFollowsValuesOverTimeByDevice) {
     return Changed({{3, "[time dd/mm/yyyy hh:mm:ss] " + std::string(date) + " 10:00:00"},
                     {5, "[address] " + std::to_string(address)},
                     {13, "[rf level] " + std::string(level)},
+                    {25, address == 10 ? "[9.3v rail] 9.31 V" : "[11v rail] 11.04 V"},
                     {17, "[rf max] " + std::string(max)}});
   };
   ASSERT_TRUE(QDir(m_folder.path()).mkpath(QStringLiteral("f.d")));
@@ -76,7 +77,8 @@ TEST_F(SnapshotCommands, TrendFollowsValuesOverTimeByDevice) {
   Write("f.d/v", at("01/02/2008", 10, "40 dBm", "47 dBm").replace(At(17, 80), 1, "\x7F"));
   Write("f.d/w", at("31/02/2008", 10, "40 dBm", "47 dBm"));
   Write("f.d/c", SampleFile("controller.txt"));
-  EXPECT_EQ(Run(QStringLiteral("trend f.d --of rf_level --of rf_max --of pin_diode_table:3 -o t.csv")), 1);
+  EXPECT_EQ(Run(QStringLiteral("trend f.d --of rf_level --of rf_max --of 9.3v_rail --of pin_diode_table:3 -o t.csv")),
+            1);
   EXPECT_NE(m_err.find("f.d/w: left out"), std::string::npos) << m_err;
   QString told = QString::fromUtf8(Load("t.csv")).remove(m_folder.path() + QStringLiteral("/f.d/"));
   told.remove(QStringLiteral(",\"240W C-BAND, address")).replace(QStringLiteral("\",2"), QStringLiteral(" 2"));
@@ -87,22 +89,14 @@ TEST_F(SnapshotCommands, TrendFollowsValuesOverTimeByDevice) {
             "rf level 10 2008-02-01 40,dBm,,v\n"
             "rf max 2 2007-02-01 47,dBm,,z\nrf max 2 2008-03-01 ,dBm,disabled,y\nrf max 2 2009-01-05 46,dBm,,x\n"
             "rf max 10 2008-02-01 ,dBm,damaged,v\n"
+            "9.3v rail 2 2007-02-01 ,V,NA,z\n9.3v rail 2 2008-03-01 ,V,NA,y\n9.3v rail 2 2009-01-05 ,V,NA,x\n"
+            "9.3v rail 10 2008-02-01 9.31,V,,v\n"
             "\"pin diode table, point 3\" 2 2007-02-01 24,,,z\n\"pin diode table, point 3\" 2 2008-03-01 24,,,y\n"
             "\"pin diode table, point 3\" 2 2009-01-05 24,,,x\n\"pin diode table, point 3\" 10 2008-02-01 24,,,v\n");
   EXPECT_EQ(Run(QStringLiteral("trend f.d --of rf_level -o t.png")), 1);
   EXPECT_EQ(QImage(m_folder.filePath(QStringLiteral("t.png"))).width(), 2400);
   EXPECT_EQ(Run(QStringLiteral("trend f.d/c -o u.svg")), 3);
   EXPECT_EQ(Run(QStringLiteral("trend f.d --of rf_level_table:27 -o t.svg")), 2);
-}
-
-TEST_F(SnapshotCommands, TrendKeepsTheTwoRailsOfOneLineApart) {
-  vorel_snapshot::Trend trend({*vorel_snapshot::FindQuantity(QStringLiteral("9.3v rail")),
-                               *vorel_snapshot::FindQuantity(QStringLiteral("11v rail"))},
-                              vorel_snapshot::Device::kModelAndAddress);
-  trend.Add({{}, {}, true, vorel_snapshot::ReadSnapshot(Changed({{25, "[9.3v rail] 9.31 V"}}))});
-  trend.Finish();
-  const QByteArray csv = trend.Csv();
-  EXPECT_TRUE(csv.endsWith(",9.31,V,,\n") && !csv.contains("11v rail")) << csv.toStdString();
 }
 
 TEST_F(SnapshotCommands, TrendDrawsACurveADeviceWithAGapWhereAValueIsMissing) {

@@ -29,7 +29,7 @@ class SnapshotCommands : public testing::Test {
     QStringList arguments = command.split(QLatin1Char(' '));
     for (QString& word : arguments) {
       word.replace(QLatin1Char('_'), QLatin1Char(' '));
-      if (word.contains(QLatin1Char('.'))) word = m_folder.filePath(word);
+      if (word.contains(QLatin1Char('.')) && !word.front().isDigit()) word = m_folder.filePath(word);
     }
     const int code = vorel_snapshot::Run(arguments, output);
     m_out = output.out.replace((m_folder.path() + QLatin1Char('/')).toUtf8(), "").toStdString();
