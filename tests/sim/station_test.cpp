@@ -1,36 +1,9 @@
-#include "sim/device.h"
+#include "sim/commands.h"
 
 #include <gtest/gtest.h>
 
-#include "protocol/vocabulary.h"
-#include "sim/commands.h"
-
 namespace tarnwell::test {
 namespace {
-
-/// The console's own idea of what a reply must hold and how long it may be, at the values that take the most room.
-TEST(Device, RepliesFitWhatTheConsoleTakes) {
-  using namespace protocol;
-  sim::Station station(std::get<sim::Options>(
-      sim::ParseOptions({"--kind", "c240", "--firmware", "0264C-01 V6.2 (17", "--platform", "0842/0358 12"})));
-  for (const char* line : {"level -99.9", "mute direct", "module fail", "temp 1 -99.9"}) {
-    EXPECT_TRUE(sim::Execute(station, 0.0, line).ok) << line;
-  }
-  sim::Device& device = station.Selected();
-  for (char letter = 'A'; letter <= 'Z'; ++letter) device.Alarms().Set(letter, sim::AlarmBoard::State::kActive);
-  const auto fit = [&device](const auto&... requests) {
-    for (const Request& request : {requests...}) {
-      const std::string reply = device.Answer(request.text).value_or("(none)");
-      EXPECT_NE(reply.find(request.expected), std::string::npos) << request.text << " " << reply;
-      EXPECT_LE(reply.size(), std::min(request.maxReply, request.snapshotMaxReply)) << reply;
-    }
-  };
-  fit(kModelQuery, kFirmwareQuery, kStatusQuery, kAlarmQuery, kGainQuery, kRFLevelQuery, kTemperature1Query,
-      kRail5VQuery, kRail11VLCQuery, kRailMinus10VQuery, kPlatformQuery, kPriorityOrDiodeQuery, kTransceiverQuery,
-      kRFMinimumQuery, kRFMaximumQuery, kClearAlarms, SetGain(-19.8), SetThreshold("T1", 1000), SetAddress(31),
-      SetRFLevelPoint(25, 14.99), SetPiNPoint(40, "255"), SetRFCompensation(3, -50, -9.99),
-      SetSystemCompensation(8, 125, -9.99));
-}
 
 TEST(Station, FindsRequestsInWhatComes) {
   const struct {
