@@ -1,6 +1,6 @@
-#include "sim/commands.h"
-
 #include <gtest/gtest.h>
+
+#include "sim/commands.h"
 
 namespace tarnwell::test {
 namespace {
