@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "fuzz.h"
@@ -27,15 +28,14 @@ std::vector<Record> Read(std::string_view file, std::size_t piece, Decoder::Resu
   return records;
 }
 
-bool IsSame(const Record& a, const Record& b) {
-  return a.kind == b.kind && a.at == b.at && a.lasted == b.lasted && a.bytes == b.bytes && a.offset == b.offset;
-}
-
 /// A file says the same in one piece and byte by byte.
 void RequireSameInPieces(std::string_view file) {
   Decoder::Result wholeEnd = Decoder::Result::kEnd, pieceEnd = wholeEnd;
   const auto whole = Read(file, file.size() + 1, wholeEnd), pieces = Read(file, 1, pieceEnd);
-  fuzz::Require(wholeEnd == pieceEnd && std::equal(whole.begin(), whole.end(), pieces.begin(), pieces.end(), IsSame));
+  const auto isSame = [](const Record& a, const Record& b) {
+    return std::tie(a.kind, a.at, a.lasted, a.bytes, a.offset) == std::tie(b.kind, b.at, b.lasted, b.bytes, b.offset);
+  };
+  fuzz::Require(wholeEnd == pieceEnd && std::equal(whole.begin(), whole.end(), pieces.begin(), pieces.end(), isSame));
 }
 
 bool IsPlain(std::string_view text) {

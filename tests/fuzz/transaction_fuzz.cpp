@@ -1,8 +1,10 @@
 #include <algorithm>
+#include <cmath>
 #include <string>
 
 #include "fuzz.h"
 #include "link/send_command.h"
+#include "protocol/encodings.h"
 #include "support/plain_port.h"
 
 namespace {
@@ -54,10 +56,21 @@ class NoisyPort final : public test::PlainPort {
   std::string_view m_input;
 };
 
+/// What a device sends for a number is one, and goes back as the same, to the seven digits of a single.
+void RequireNumber(std::string_view text) {
+  const double read = protocol::LeadingNumber(text), single = static_cast<float>(read);
+  fuzz::Require(std::isfinite(read) &&
+                (std::abs(read) >= 1e8 || std::abs(protocol::Tenths(read) - read * 10) <= 0.5001));
+  if (!std::isfinite(single) || std::abs(single) < 1e-30) return;
+  const double back = protocol::LeadingNumber(protocol::NumberText(read));
+  fuzz::Require(std::abs(back - single) <= std::abs(single) * 1e-6);
+}
+
 }  // namespace
 
 // The first byte is the console's address, the second the reply limit, the rest what the line brings.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  RequireNumber(fuzz::Text(data, size));
   if (size < 2) return 0;
   link::SSPA_Public shared;
   shared.ConnectAddress = data[0] & 0x1F;

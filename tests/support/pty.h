@@ -6,10 +6,24 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 
 namespace tarnwell::test {
+
+/// The next `count` bytes of a line, or what came of them with no longer pause than so many milliseconds.
+inline std::string ReadLine(int descriptor, std::size_t count, int patience = 1000) {
+  std::string bytes;
+  pollfd line = {descriptor, POLLIN, 0};
+  while (bytes.size() < count && poll(&line, 1, patience) > 0) {
+    char piece[256];
+    const ssize_t got = read(descriptor, piece, std::min(count - bytes.size(), sizeof piece));
+    if (got <= 0) break;
+    bytes.append(piece, static_cast<std::size_t>(got));
+  }
+  return bytes;
+}
 
 /// The far end of a real line: a pseudo-terminal whose near end has a path to open. Its end is pulling the adapter.
 class Pty {
@@ -41,18 +55,7 @@ class Pty {
     return written < 0 ? 0 : static_cast<std::size_t>(written);
   }
 
-  /// The next `count` bytes, or what came of them within a second.
-  std::string Read(std::size_t count) {
-    std::string bytes;
-    pollfd line = {m_master, POLLIN, 0};
-    while (bytes.size() < count && poll(&line, 1, 1000) > 0) {
-      char piece[256];
-      const ssize_t got = read(m_master, piece, sizeof piece);
-      if (got <= 0) break;
-      bytes.append(piece, static_cast<std::size_t>(got));
-    }
-    return bytes;
-  }
+  std::string Read(std::size_t count) { return ReadLine(m_master, count); }
 
  private:
   int m_master = posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK);

@@ -1,17 +1,10 @@
-#include <gtest/gtest.h>
-
-#include <QFile>
 #include <QProcess>
-#include <QTemporaryDir>
-#include <sstream>
 
 #include "steps.h"
 #include "tools/shared/csv.h"
 #include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/line_plot.h"
 #include "tools/vorel-line/plot.h"
-#include "tools/vorel-line/record_file.h"
-#include "tools/vorel-line/record_reader.h"
 
 namespace tarnwell::vorel_line {
 namespace {
@@ -48,35 +41,17 @@ std::string BandsOf(const std::vector<Step>& steps) {
   return told;
 }
 
-void Write(const std::string& path, const std::vector<Step>& steps) {
-  RecordFile file({path, 0, 0});
-  EXPECT_EQ(file.Open(), "");
-  for (const Step& step : steps) file.Put(RecordOf(step));
-  file.Close();
-}
-
 TEST(Events, ASessionAsAnOperatorsLog) {
-  const std::string status = Framed("S?", 1);
   std::vector<Step> steps;
   Ask(steps, 0, "CT?", "CT=60W C-BAND");
-  Ask(steps, 1, "A?", "A=");
-  Ask(steps, 2, "A?", "A=P");
-  Ask(steps, 3, "A?", "A=p");
+  AskAll(steps, .95, "A= A=P A=p");
   Ask(steps, 4, "ZA", "A=");
   Ask(steps, 4.1, "A?", "A=");
-  steps.insert(steps.end(), {{5, '>', status},
-                             {5.01, '<', "{AS="},
-                             {5.3, '<', "OT"},
-                             {5.4, '<', Framed("S=OT", 1).substr(6)},
-                             {6, '>', Framed("S=X", 1)},
-                             {6.02, '<', Framed("S=OX", 1)}});
-  // foreign, damaged, late: the third try is the last
-  steps.insert(steps.end(), {{7, '>', status},
-                             {7.02, '<', Framed("S=OT", 2)},
-                             {7.1, '>', status},
-                             {7.2, '<', "{AS=OTz}"},
-                             {7.3, '>', status},
-                             {9.6, '<', Framed("S=OT", 1)}});
+  // then foreign, damaged, late: the third try is the last
+  for (const Step& step :
+       StepsOf("5>S? 5.01<{AS= 5.3<OT" + Framed("S=OT", 1).substr(6) + " 6>S=X 6.02<S=OX 7>S? 7.02<" +
+               Framed("S=OT", 2) + " 7.1>S? 7.2<{AS=OTz} 7.3>S? 9.6<S=OT"))
+    steps.push_back(step);
   Ask(steps, 10, "S?", "S=OX");
   // an answer that nobody awaited, another address, its device in a file of its own
   const std::string known = std::string(kKnown) + "E" + Framed("CT=7316 CONTROLLER", 5);
@@ -110,15 +85,7 @@ TEST(Events, ASessionAsAnOperatorsLog) {
 }
 
 TEST(Events, ACommandStandsWhereItWasFirstSentAndALoosePlugIsOneLine) {
-  const std::string mute = Framed("S=X", 1);
-  std::vector<Step> steps{{1, '>', mute},
-                          {2, '-', std::string(kDeviceGone)},
-                          {3.1, '-', std::string(kDeviceBack)},
-                          {4, '>', mute},
-                          {4.5, '<', Framed("S=OX", 1)},
-                          {10, '>', mute},
-                          {12.5, '>', mute},
-                          {15, '>', mute}};
+  std::vector<Step> steps = StepsOf("1>S=X 2-device_gone 3.1-device_back 4>S=X 4.5<S=OX 10>S=X 12.5>S=X 15>S=X");
   for (int i = 0; i < 9; ++i) {
     steps.push_back({20 + i * 1.0, '-', std::string(kDeviceGone)});
     steps.push_back({20.5 + i, '-', std::string(kDeviceBack)});
@@ -137,51 +104,25 @@ TEST(Events, ACommandStandsWhereItWasFirstSentAndALoosePlugIsOneLine) {
             "50 link back\n");
 }
 
-/// What was asked and answered, and what is told besides "connected" and of commands.
+/// What is told of each model's answers besides "connected" and of commands.
 TEST(Events, SwitchoversAndWhatAnotherHandChanged) {
   const struct {
     const char* model;
-    std::vector<std::pair<const char*, const char*>> asked;
+    const char* replies;
     const char* log;
   } cases[] = {
-      {"CT=7316 CONTROLLER",
-       {{"O?", "O=12"},
-        {"O?", "O=12"},
-        {"PA?", "PA=1"},
-        {"PA=2", "PA=2"},
-        {"O?", "O=2"},
-        {"O?", "O="},
-        {"PA?", "PA=?"},
-        {"PB?", "PB=2"},
-        {"PB?", "PB=3"},
-        {"CM?", "CM=2"},
-        {"CP?", "CP=N"},
-        {"CM?", "CM=1"},
-        {"CP?", "CP=A"}},
+      {"CT=7316 CONTROLLER", "O=12 O=12 PA=1 !PA=2 O=2 O= PA=? PB=2 PB=3 CM=2 CP=N CM=1 CP=A",
        "amplifiers online SSPA1, SSPA2|path A SSPA1|path A SSPA2; before SSPA1|amplifiers online SSPA2; before SSPA1, "
        "SSPA2|amplifiers online none; before SSPA2|path A not known; before SSPA2|path B SSPA2|path B SSPA3; before "
        "SSPA2|configuration 1:2|priority path none|configuration 1:1; before 1:2|priority path A; before none|"},
-      {"CT=60W C-BAND",
-       {{"G?", "G=0.0"},
-        {"G=-3.5", "G=-3.5"},
-        {"G?", "G=-3.50"},
-        {"G?", "G=-10.0"},
-        {"T1?", "T1=30"},
-        {"T1?", "T1=D"},
-        {"CP?", "CP=1"},
-        {"CP?", "CP=2"},
-        {"CF?", "CF=E"},
-        {"CF?", "CF=D"},
-        {"VT?", "VT=40"},
-        {"VT?", "VT=41"}},
+      {"CT=60W C-BAND", "G=0.0 !G=-3.5 G=-3.50 G=-10.0 T1=30 T1=D CP=1 CP=2 CF=E CF=D VT=40 VT=41",
        "gain adjust -10.0 dB; before -3.50 dB|RF minimum disabled; before 30 dBm|thermal fan control off; before on|"},
-      {"CT=60W C-BAND",
-       {{"S?", "S=OT"}, {"S?", "S=OTB"}, {"S?", "S=OXB"}, {"S?", "S=OXD"}, {"S?", "S=O"}},
+      {"CT=60W C-BAND", "S=OT S=OTB S=OXB S=OXD S=O",
        "online, RF On|online, RF Mute (Amp Module Fail)|online, RF Mute (Direct I/O)|online|"}};
   for (const auto& row : cases) {
     std::vector<Step> steps;
     Ask(steps, 0, "CT?", row.model);
-    for (const auto& [request, reply] : row.asked) Ask(steps, steps.back().at + 1, request, reply);
+    AskAll(steps, 1, row.replies);
     std::string told;
     std::istringstream log(LogOf(steps));
     for (std::string type, text; log >> type && std::getline(log >> std::ws, text);) {
@@ -194,34 +135,22 @@ TEST(Events, SwitchoversAndWhatAnotherHandChanged) {
 TEST(Plot, BandsEndWithTheirDeviceTellLatchedAlarmsAndStandInOrderOfTime) {
   std::vector<Step> amplifier, controller;
   Ask(amplifier, 0, "CT?", "CT=60W C-BAND");
-  const std::pair<const char*, const char*> asked[] = {{"A?", "A="},
-                                                       {"A?", "A=P"},
-                                                       {"S?", "S=OTB"},
-                                                       {"A?", "A=p"},
-                                                       {"A?", "A=KP"},
-                                                       {"U=F", "U=F"},
-                                                       {"S?", "S=OT"},
-                                                       {"A?", "A="},
-                                                       {"VR?", "VR=40.0"},
-                                                       {"A?", "A=k"},
-                                                       {"CT?", "CT=240W C-BAND"},
-                                                       {"A?", "A="}};
-  for (const auto& [request, reply] : asked)
-    Ask(amplifier, amplifier.back().at + 10, request, reply, amplifier.size() > 12 ? 6 : 1);
+  AskAll(amplifier, 10, "A= A=P S=OTB A=p A=KP !U=F");
+  AskAll(amplifier, 10, "S=OT A= VR=40.0 A=k", 6);
+  Ask(amplifier, amplifier.back().at + 10, "CT?", "CT=240W C-BAND", 6);
+  AskAll(amplifier, 10, "A=", 6);
   EXPECT_EQ(BandsOf(amplifier),
             "POWER_AMP1_FAIL: 20-40 [40-50] 50-80\nRF Mute: 30-70\n-10V_RAIL_HIGH: 50-80 [100-110]\n");
   Ask(controller, 0, "CT?", "CT=7316 CONTROLLER");
-  for (const char* online : {"O=2", "O=23", "O=13"}) Ask(controller, controller.back().at + 10, "O?", online);
+  AskAll(controller, 10, "O=2 O=23 O=13");
   EXPECT_EQ(BandsOf(controller), "SSPA 2 online: 10-30\nSSPA 3 online: 20-30\nSSPA 1 online: 30-30\n");
 }
 
-TEST(Plot, HasCurvesAndABandForWhatStood) {
-  QTemporaryDir folder;
-  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString(), out = path + ".svg";
-  std::vector<Step> steps{{0, '-', std::string(kStarted)}};
-  Write(path, steps);
-  EXPECT_EQ(DrawPlot({path}, out), kExitNothing);
-  steps.clear();
+TEST_F(Files, MakeAPlotWithCurvesAndABandForWhatStood) {
+  const std::string out = Path(".svg");
+  Write({{0, '-', std::string(kStarted)}});
+  EXPECT_EQ(DrawPlot({Path()}, out), kExitNothing);
+  std::vector<Step> steps;
   for (int i = 0; i < 60; ++i) {
     // From 30 to 40 it waits for an answer.
     if (i < 30 || i >= 40) {
@@ -231,65 +160,55 @@ TEST(Plot, HasCurvesAndABandForWhatStood) {
       steps.push_back({i * 1.0, '>', Framed("VR?", 1)});
     }
   }
-  Write(path, steps);
-  EXPECT_EQ(DrawPlot({path}, out), kExitFine);
+  Write(steps);
+  EXPECT_EQ(DrawPlot({Path()}, out), kExitFine);
   QFile file(QString::fromStdString(out));
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
   const QByteArray picture = file.readAll();
   for (const char* text : {"RF level", "link lost", "RF Mute", "22:13:30"}) EXPECT_TRUE(picture.contains(text)) << text;
   EXPECT_FALSE(picture.contains("Temperature"));
   EXPECT_EQ(picture.count("stroke=\"#1b5e9c\""), 2) << "no curve over the time without an answer";
-  EXPECT_EQ(DrawPlot({path}, path), kExitUnusable);
-  const std::string other = folder.filePath(QStringLiteral("b.svg")).toStdString();
-  ASSERT_TRUE(QFile::copy(QString::fromStdString(path), QString::fromStdString(other)));
-  EXPECT_EQ(DrawPlot({path}, other), kExitUnusable) << "a picture in place of another recording";
-  EXPECT_EQ(DrawPlot({path}, "/dev/null.svg/a.svg"), kExitUnusable);
+  Write(steps, "2.svg");
+  for (const std::string& taken : {Path(), Path("2.svg"), std::string("/dev/null.svg/a.svg")})
+    EXPECT_EQ(DrawPlot({Path()}, taken), kExitUnusable) << taken;
 }
 
-class Files : public testing::Test {
- protected:
-  std::string Path(const char* name) const { return m_folder.filePath(QLatin1String(name)).toStdString(); }
-
-  QTemporaryDir m_folder;
-};
-
 TEST_F(Files, AreReadInTheOrderOfTheirBeginWhateverAShellGives) {
-  Write(Path("a.rec"), {{300, '-', "newest"}});
-  Write(Path("a.rec.1"), {{200, '-', "newer"}});
-  Write(Path("a.rec.2"), {{100, '-', "new"}});
-  Write(Path("a.rec.10"), {{0, '-', "old"}});
+  Write({{300, '-', "newest"}});
+  Write({{200, '-', "newer"}}, ".1");
+  Write({{100, '-', "new"}}, ".2");
+  Write({{0, '-', "old"}}, ".10");
   std::string read;
-  EXPECT_EQ(kExitFine, ReadFiles({Path("a.rec"), Path("a.rec.1"), Path("a.rec.10"), Path("a.rec.2")}, false,
+  EXPECT_EQ(kExitFine, ReadFiles({Path(), Path(".1"), Path(".10"), Path(".2")}, false,
                                  [&](const Record& record) { read += record.bytes + " "; }));
   EXPECT_EQ(read, "old new newer newest ");
 }
 
 TEST_F(Files, AreWaitedForWhereTheyAreFollowedAndTellNoSpreadsheetWhatToDo) {
-  const auto events = [this](const char* format) {
-    return QStringList{QStringLiteral("events"), QString::fromStdString(Path("a.rec")), QLatin1String(format)};
+  const auto start = [this](QProcess& program, const char* format) {
+    program.start(QStringLiteral(VOREL_LINE),
+                  {QStringLiteral("events"), QString::fromStdString(Path()), QLatin1String(format)});
   };
   QProcess follower;
-  follower.start(QStringLiteral(VOREL_LINE), events("--follow"));
+  start(follower, "--follow");
   follower.setReadChannel(QProcess::StandardError);
   ASSERT_TRUE(follower.waitForReadyRead());
   std::vector<Step> steps;
   Ask(steps, 0, "CT?", "CT==1+1");
-  Write(Path("a.rec"), steps);
+  Write(steps);
   follower.setReadChannel(QProcess::StandardOutput);
   EXPECT_TRUE(follower.waitForReadyRead() && follower.readAll().contains("connected"));
   follower.terminate();
   EXPECT_TRUE(follower.waitForFinished() && follower.exitCode() == 0);
-  for (const char* format : {"--csv", "--json"}) {
+  for (const auto& [format, text] :
+       {std::pair{"--csv", ",\"'=1+1, address 1\","}, {"--json", "\"utc\":\"2023-11-14T22:13:20.050Z\""}}) {
     QProcess reader;
-    reader.start(QStringLiteral(VOREL_LINE), events(format));
-    EXPECT_TRUE(reader.waitForFinished());
-    const QByteArray printed = reader.readAll();
-    EXPECT_TRUE(printed.contains(",\"'=1+1, address 1\",") || printed.contains("\"utc\":\"2023-11-14T22:13:20.050Z\""))
-        << printed.toStdString();
+    start(reader, format);
+    EXPECT_TRUE(reader.waitForFinished() && reader.readAll().contains(text)) << format;
   }
-  const std::pair<const char*, const char*> cells[] = {{"=A1", "'=A1"},       {"+1", "+1"},      {"-3.5", "-3.5"},
-                                                       {"@a", "'@a"},         {"-1-1", "'-1-1"}, {"a=b", "a=b"},
-                                                       {"-\"", "\"'-\"\"\""}, {"", ""}};
+  const std::pair<const char*, const char*> cells[] = {{"=A1", "'=A1"},      {"+1", "+1"},      {"-3.5", "-3.5"},
+                                                       {"@a", "'@a"},        {"-1-1", "'-1-1"}, {"a=b", "a=b"},
+                                                       {"-\"", "\"'-\"\"\""}};
   for (const auto& [text, cell] : cells) EXPECT_EQ(tools::CsvCell(text), cell);
 }
 

@@ -30,28 +30,23 @@ class Passing : public testing::Test {
 
   QString Path(const char* name) const { return m_folder.filePath(QLatin1String(name)); }
 
+  static QStringList Words(const QString& device, const QString& link, const QString& file) {
+    return {QStringLiteral("record"), device, QStringLiteral("--link"), link, QStringLiteral("-o"), file};
+  }
+
   bool Start(const QString& device, const QStringList& more = {}) {
-    m_recorder.start(QStringLiteral(VOREL_LINE), QStringList{QStringLiteral("record"), device, QStringLiteral("--link"),
-                                                             Path("line"), QStringLiteral("-o"), Path("a.rec")} +
-                                                     more);
-    return m_recorder.waitForReadyRead() && OpenConsole();
-  }
-
-  bool OpenConsole() {
+    m_recorder.start(QStringLiteral(VOREL_LINE), Words(device, Path("line"), Path("a.rec")) + more);
     if (m_console >= 0) close(m_console);
-    m_console = open(qPrintable(Path("line")), O_RDWR | O_NOCTTY | O_NONBLOCK);
-    return m_console >= 0;
+    return m_recorder.waitForReadyRead() &&
+           (m_console = open(qPrintable(Path("line")), O_RDWR | O_NOCTTY | O_NONBLOCK)) >= 0;
   }
 
-  /// What comes on the console's side within three seconds, up to `count` bytes.
-  std::string Heard(std::size_t count) {
-    std::string bytes;
-    pollfd line{m_console, POLLIN, 0};
-    while (bytes.size() < count && poll(&line, 1, 3000) > 0) {
-      char byte = 0;
-      if (read(m_console, &byte, 1) == 1) bytes += byte;
-    }
-    return bytes;
+  std::string Heard(std::size_t count) const { return ReadLine(m_console, count, 3000); }
+
+  void AwaitSaid(const char* text) {
+    m_recorder.setReadChannel(QProcess::StandardError);
+    for (QByteArray said; !said.contains(text); said += m_recorder.readAllStandardError())
+      ASSERT_TRUE(m_recorder.bytesAvailable() > 0 || m_recorder.waitForReadyRead()) << said.constData();
   }
 
   void Say(const std::string& bytes) { EXPECT_EQ(write(m_console, bytes.data(), bytes.size()), ssize_t(bytes.size())); }
@@ -84,16 +79,10 @@ TEST(CommandLine, TakesTheConsolesFormatAndTheOldOneAndPrintsNamesHarmlessly) {
 TEST_F(Passing, BytesFormatAndTwoConsolesAndAKill) {
   Pty device;
   ASSERT_TRUE(Start(QString::fromStdString(device.Path())));
-  termios format{};
-  tcgetattr(m_console, &format);
-  cfsetspeed(&format, B1200);
-  format.c_cflag |= CSTOPB;
-  tcsetattr(m_console, TCSANOW, &format);
   std::string all;
   for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
   Say(all);
   EXPECT_EQ(device.Read(256), all);
-  EXPECT_TRUE(cfgetospeed(&(format = device.Format())) == B1200 && (format.c_cflag & CSTOPB) != 0);
   device.Write(all);
   EXPECT_EQ(Heard(256), all);
   // A console that dies leaves its claim on the line; any speed is followed.
@@ -104,17 +93,18 @@ TEST_F(Passing, BytesFormatAndTwoConsolesAndAKill) {
   for (int i = 0; i < 3000 && (ioctl(m_console, TIOCGEXCL, &claimed), claimed != 0); ++i) usleep(1000);
   EXPECT_EQ(claimed, 0);
   QSerialPort console(Path("line"));
-  ASSERT_TRUE(console.open(QIODevice::ReadWrite) && console.setBaudRate(14400));
+  ASSERT_TRUE(console.open(QIODevice::ReadWrite) && console.setBaudRate(14400) &&
+              console.setStopBits(QSerialPort::TwoStop));
   ASSERT_TRUE(console.write("{A}") == 3 && console.flush());
   EXPECT_EQ(device.Read(3), "{A}");
-  EXPECT_EQ(vorel_line::FormatText(*vorel_line::FormatOf(device.Descriptor())), "14400,n,8,1");
+  EXPECT_EQ(vorel_line::FormatText(*vorel_line::FormatOf(device.Descriptor())), "14400,n,8,2");
   for (int i = 0; i < 5000 && Recorded().find(">{A}\n") == std::string::npos; ++i) usleep(1000);
   m_recorder.kill();
   m_recorder.waitForFinished();
   const std::size_t brace = all.find('}') + 1;
-  EXPECT_EQ(Recorded(), "-recording started\n-format 9600,n,8,1\n-format 1200,n,8,2\n>" + all.substr(0, brace) + "\n>" +
-                            all.substr(brace) + "\n<" + all.substr(0, brace) + "\n<" + all.substr(brace) +
-                            "\n>{B}\n-format 14400,n,8,1\n>{A}\n");
+  EXPECT_EQ(Recorded(), "-recording started\n-format 9600,n,8,1\n>" + all.substr(0, brace) + "\n>" + all.substr(brace) +
+                            "\n<" + all.substr(0, brace) + "\n<" + all.substr(brace) +
+                            "\n>{B}\n-format 14400,n,8,2\n>{A}\n");
 }
 
 TEST_F(Passing, ADeviceThatComesLateOrIsPulledIsTaken) {
@@ -124,22 +114,17 @@ TEST_F(Passing, ADeviceThatComesLateOrIsPulledIsTaken) {
   simulator.start(QStringLiteral(VOREL_SIM), {QStringLiteral("--link"), device});
   ASSERT_TRUE(simulator.waitForReadyRead());
   const std::string ask = Framed("U?", 1), answer = Framed("U=A", 1);
-  m_recorder.setReadChannel(QProcess::StandardError);
-  for (QByteArray said; !said.contains("is back"); said += m_recorder.readAllStandardError())
-    ASSERT_TRUE(m_recorder.bytesAvailable() > 0 || m_recorder.waitForReadyRead()) << said.constData();
+  AwaitSaid("is back");
   Say(ask);
   EXPECT_EQ(Heard(answer.size()), answer);
-  const auto tell = [&](const char* command, const char* expected) {
-    simulator.write(command);
-    ASSERT_TRUE(simulator.waitForBytesWritten());
-    QByteArray said;
-    do {
-      ASSERT_TRUE(m_recorder.waitForReadyRead()) << command;
-    } while (!(said += m_recorder.readAllStandardError()).contains(expected));
+  const auto tell = [&](const char* command) {
+    return simulator.write(command) > 0 && simulator.waitForBytesWritten();
   };
-  tell("pull\n", "gone");
+  ASSERT_TRUE(tell("pull\n"));
+  AwaitSaid("gone");
   Say(ask);
-  tell("plug\n", "back");
+  ASSERT_TRUE(tell("plug\n"));
+  AwaitSaid("back");
   Say(ask);
   EXPECT_EQ(Heard(answer.size()), answer);
   m_recorder.terminate();
@@ -156,8 +141,7 @@ TEST_F(Passing, ALinkIsPutBackAndOneInUseAndAPipeAreRefused) {
   const auto leadsTo = [this] { return QFile::symLinkTarget(Path("line")); };
   const auto refused = [this, &device](const QString& link, const QString& file) {
     QProcess recorder;
-    recorder.start(QStringLiteral(VOREL_LINE), {QStringLiteral("record"), QString::fromStdString(device.Path()),
-                                                QStringLiteral("--link"), link, QStringLiteral("-o"), file});
+    recorder.start(QStringLiteral(VOREL_LINE), Words(QString::fromStdString(device.Path()), link, file));
     return recorder.waitForFinished() && recorder.exitCode() == 2;
   };
   ASSERT_TRUE(QFile::link(QStringLiteral("/dev/null"), Path("line")));

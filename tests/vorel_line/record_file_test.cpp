@@ -1,17 +1,13 @@
 #include "tools/vorel-line/record_file.h"
 
-#include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <QDir>
-#include <QFile>
-#include <QTemporaryDir>
 #include <atomic>
 
-#include "support/scripted_port.h"
-#include "tools/vorel-line/record_reader.h"
+#include "steps.h"
+#include "support/file_limit.h"
 
 /// Stands in for the system's: counts what is made safe from a loss of power.
 static std::atomic<int> synced = 0;
@@ -23,203 +19,141 @@ extern "C" int fdatasync(int descriptor) {
 namespace tarnwell::vorel_line {
 namespace {
 
-using test::Framed;
+TEST_F(Files, AFullDiskLosesWholeRecordsAndTellsAndTheFileGoesOn) {
+  const std::string piece(50, 'x');
+  EXPECT_EQ(Write({{0, '<', "whole"}}), "");
+  Append("\1\1\1\5ab");
+  EXPECT_EQ(Write({{0, '<', "whole"}}), "");
+  EXPECT_EQ(Read(), (Texts{"whole", "whole"}));
 
-constexpr std::int64_t kStart = 1'700'000'000'000'000;
-
-TEST(RecordFile, AFullDiskLosesWholeRecordsAndTellsAndTheFileGoesOn) {
-  QTemporaryDir folder;
-  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
-  signal(SIGXFSZ, SIG_IGN);
-  rlimit limit{};
-  getrlimit(RLIMIT_FSIZE, &limit);
-  const auto write = [&] {
-    RecordFile file({path, 0, 0});
-    EXPECT_EQ(file.Open(), "");
-    file.Put({Kind::kDevice, kStart, 0, "whole", 0});
-    file.Close();
-  };
-  write();
-  QFile torn(QString::fromStdString(path));
-  ASSERT_TRUE(torn.open(QIODevice::Append) && torn.write("\1\1\1\5ab") == 6);
-  torn.close();
-  write();
-  std::vector<std::string> read;
-  EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) { read.push_back(record.bytes); }));
-  EXPECT_EQ(read, (std::vector<std::string>{"whole", "whole"}));
-
-  RecordFile file({path + "2", 0, 0});
+  RecordFile file({Path("2"), 0, 0});
   EXPECT_EQ(file.Open(), "");
-  const rlimit small{200, limit.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
-  for (int i = 0; i < 9; ++i) file.Put({Kind::kDevice, kStart + i * 1000, 0, std::string(50, 'x'), 0});
-  while (QFile(QString::fromStdString(path + "2")).size() < 140) usleep(1000);
-  usleep(50'000);
-  setrlimit(RLIMIT_FSIZE, &limit);
-  file.Put({Kind::kDevice, kStart + 60'000'000, 0, "end", 0});
+  {
+    const test::FileLimit small(200);
+    for (int i = 0; i < 9; ++i) file.Put(RecordOf({i * .001, '<', piece}));
+    while (Size("2") < 140) usleep(1000);
+    usleep(50'000);
+  }
+  file.Put(RecordOf({60, '<', "end"}));
   file.Close();
-  read.clear();
-  EXPECT_EQ(kExitFine, ReadFiles({path + "2"}, false, [&](const Record& record) { read.push_back(record.bytes); }));
-  ASSERT_EQ(read.size(), 4u);
-  EXPECT_EQ(read[2], "records lost: 7 (File too large)");
-  EXPECT_EQ(read[3], "end");
+  EXPECT_EQ(Read("2"), (Texts{piece, piece, "records lost: 7 (File too large)", "end"}));
 }
 
-TEST(RecordFile, OnlyARecordingIsGoneOnWithAndADamagedOneIsSetAside) {
-  QTemporaryDir folder;
-  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
-  const auto put = [&](const std::string& text) {
-    RecordFile file({path, 0, 0});
-    const std::string error = file.Open();
-    file.Put({Kind::kDevice, kStart, 0, text, 0});
-    return error;
-  };
-  QFile file(QString::fromStdString(path));
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly) && file.write("dear diary") > 0);
-  file.close();
-  EXPECT_EQ(put("x"), path + ": is there and is no recording");
-  EXPECT_EQ(file.size(), 10);
-  ASSERT_TRUE(file.remove() && QFile::link(QStringLiteral("nowhere"), file.fileName()));
-  EXPECT_EQ(put("x"), path + ": is a link that leads nowhere");
-  ASSERT_TRUE(file.remove());
-  EXPECT_EQ(RecordFile({path, 0, 0}).Open(), "");
-  EXPECT_FALSE(file.exists()) << "without a record";
-  EXPECT_EQ(put("one"), "");
-  ASSERT_TRUE(file.open(QIODevice::Append) && file.write(QByteArray(64, '\0')) == 64);
-  file.close();
-  EXPECT_EQ(put("two"), "");
-  std::string read;
-  EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) { read += record.bytes; }));
-  EXPECT_EQ(kExitDamaged, ReadFiles({path + ".damaged"}, false, [&](const Record& record) { read += record.bytes; }));
-  EXPECT_EQ(read, "twoone");
+TEST_F(Files, OnlyARecordingIsGoneOnWithAndADamagedOneIsSetAside) {
+  const QString name = QString::fromStdString(Path());
+  Append("dear diary");
+  EXPECT_EQ(Write({}), Path() + ": is there and is no recording");
+  EXPECT_EQ(Size(), 10);
+  ASSERT_TRUE(QFile::remove(name) && QFile::link(QStringLiteral("nowhere"), name));
+  EXPECT_EQ(Write({}), Path() + ": is a link that leads nowhere");
+  ASSERT_TRUE(QFile::remove(name));
+  EXPECT_EQ(Write({}), "");
+  EXPECT_FALSE(QFile::exists(name)) << "without a record";
+  Write({{0, '<', "one"}});
+  Append(QByteArray(64, '\0'));
+  EXPECT_EQ(Write({{0, '<', "two"}}), "");
+  EXPECT_EQ(Read(), Texts{"two"});
+  EXPECT_EQ(Read(".damaged", kExitDamaged), Texts{"one"});
   // Records behind the damage, and that there was some.
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  const QByteArray whole = file.readAll().mid(static_cast<qsizetype>(Encoder::Header().size()));
-  file.close();
-  file.setFileName(file.fileName() + QStringLiteral(".damaged"));
-  ASSERT_TRUE(file.open(QIODevice::Append) && file.write(whole) == whole.size());
-  file.close();
-  read.clear();
-  EXPECT_EQ(kExitDamaged, ReadFiles({path + ".damaged"}, false, [&](const Record& record) { read += record.bytes; }));
-  EXPECT_EQ(read, "one64 bytes unreadabletwo");
+  QFile whole(name);
+  ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
+  Append(whole.readAll().mid(static_cast<qsizetype>(Encoder::Header().size())), ".damaged");
+  EXPECT_EQ(Read(".damaged", kExitDamaged), (Texts{"one", "64 bytes unreadable", "two"}));
 }
 
-TEST(RecordFile, ANewFileIsBegunBySizeAndByDayAndOldOnesAreKeptAsTold) {
-  constexpr std::int64_t kDay = 86'400'000'000;
+TEST_F(Files, ANewFileIsBegunBySizeAndByDayAndOldOnesAreKeptAsTold) {
+  constexpr double kDay = 86'400, kSixOClock = kDay * 19000.25 - kStart / 1e6;
   const struct {
     std::uint64_t largest;
     int keep;
-    std::int64_t step;
+    double step;
     const char* files;  ///< the records' letters, the newest file first
-  } cases[] = {{200, 2, 1000, "i gh ef -"},
-               {200, 0, 1000, "i gh ef cd"},
-               {0, 2, kDay / 2, "i gh ef -"},
-               {0, 0, kDay / 2, "abcdefghi - - -"},
-               {0, 2, -kDay * 2, "i h g -"}};
+  } cases[] = {{200, 2, .001, "i gh ef - "},
+               {200, 0, .001, "i gh ef cd "},
+               {0, 2, kDay / 2, "i gh ef - "},
+               {0, 0, kDay / 2, "abcdefghi - - - "},
+               {0, 2, -kDay * 2, "i h g - "}};
   for (const auto& row : cases) {
-    QTemporaryDir folder;
-    const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
-    RecordFile file({path, row.largest, row.keep});
-    EXPECT_EQ(file.Open(), "");
-    for (char c = 'a'; c <= 'i'; ++c)
-      file.Put({Kind::kDevice, kDay * 19000 + kDay / 4 + row.step * (c - 'a'), 0, std::string(70, c), 0});
-    file.Close();
-    const auto letters = [](const std::string& name) {
-      std::string text;
-      if (!QFile::exists(QString::fromStdString(name))) return std::string("-");
-      EXPECT_EQ(kExitFine, ReadFiles({name}, false, [&](const Record& record) { text += record.bytes[0]; }));
-      return text;
-    };
-    EXPECT_EQ(letters(path) + " " + letters(path + ".1") + " " + letters(path + ".2") + " " + letters(path + ".3"),
-              row.files);
+    std::vector<Step> steps;
+    for (char c = 'a'; c <= 'i'; ++c) steps.push_back({kSixOClock + row.step * (c - 'a'), '<', std::string(70, c)});
+    EXPECT_EQ(Write(steps, "", {{}, row.largest, row.keep}), "");
+    std::string letters;
+    for (const char* ending : {"", ".1", ".2", ".3"}) {
+      const QString name = QString::fromStdString(Path(ending));
+      for (const std::string& text : QFile::exists(name) ? Read(ending) : Texts{"-"}) letters += text[0];
+      letters += " ";
+      QFile::remove(name);
+    }
+    EXPECT_EQ(letters, row.files);
   }
 }
 
-TEST(RecordFile, ARotationThatFailsLosesNoTimeAndNoOlderFile) {
-  QTemporaryDir folder;
-  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
-  ASSERT_TRUE(QDir(folder.path()).mkpath(QStringLiteral("a.rec.1/b")));
-  RecordFile file({path, 100, 1});
-  EXPECT_EQ(file.Open(), "");
-  for (int i = 0; i < 3; ++i) file.Put({Kind::kDevice, kStart + i * 700'000'000ll, 0, std::string(50, 'x'), 0});
-  file.Close();
+TEST_F(Files, ARotationThatFailsLosesNoTimeAndNoOlderFile) {
+  ASSERT_TRUE(QDir(m_folder.path()).mkpath(QStringLiteral("a.rec.1/b")));
+  const std::string text(50, 'x');
+  EXPECT_EQ(Write({{0, '<', text}, {700, '<', text}, {1400, '<', text}}, "", {{}, 100, 1}), "");
   std::string times;
-  EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) {
+  EXPECT_EQ(kExitFine, ReadFiles({Path()}, false, [&](const Record& record) {
               times += std::to_string((record.at - kStart) / 1'000'000) + " ";
             }));
   EXPECT_EQ(times, "0 700 1400 ");
 }
 
-TEST(RecordFile, AFurtherFileTellsTheFormatAndTheDeviceByItself) {
-  QTemporaryDir folder;
-  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
+TEST_F(Files, AFurtherFileTellsTheFormatAndTheDeviceByItself) {
   const std::string model = Framed("CT=7316 CONTROLLER", 1), format = std::string(kFormat) + "300,n,8,1";
-  RecordFile file({path, 150, 1});
-  EXPECT_EQ(file.Open(), "");
-  file.Put({Kind::kNote, kStart, 0, format, 0});
-  file.Put({Kind::kConsole, kStart, 0, Framed("CT?", 0), 0});
-  file.Put({Kind::kDevice, kStart + 1'000'000, 0, model, 0});
-  file.Put({Kind::kDevice, kStart + 2'000'000, 0, std::string(70, 'x'), 0});
-  file.Close();
-  std::vector<std::string> read;
-  EXPECT_EQ(kExitFine, ReadFiles({path}, false, [&](const Record& record) { read.push_back(record.bytes); }));
-  EXPECT_EQ(read, (std::vector<std::string>{format, std::string(kKnown) + "@" + model, std::string(70, 'x')}));
+  const std::string text(70, 'x');
+  Write({{0, '-', format}, {0, '>', Framed("CT?", 0)}, {1, '<', model}, {2, '<', text}}, "", {{}, 150, 1});
+  EXPECT_EQ(Read(), (Texts{format, std::string(kKnown) + "@" + model, text}));
 }
 
-TEST(RecordFile, AFileThatOthersTakeAwayIsBegunAnewAndThatIsTold) {
-  const std::string format = std::string(kFormat) + "300,n,8,1";
+TEST_F(Files, AFileThatOthersTakeAwayIsBegunAnewAndThatIsTold) {
+  const std::string format = std::string(kFormat) + "300,n,8,1", other = std::string(kFormat) + "1200,n,8,1";
+  const QString path = QString::fromStdString(Path()), beside = path + QStringLiteral("2");
   const struct {
     const char* befell;
-    bool (*act)(const QString& path);
-    std::vector<std::string> ahead = {};
-  } cases[] = {
-      {"was removed", [](const QString& path) { return QFile::remove(path); }},
-      {"was renamed", [](const QString& path) { return QFile::rename(path, path + QStringLiteral("2")); }},
-      {"was shortened", [](const QString& path) { return QFile::resize(path, 0); }},
-      {"was shortened", [](const QString& path) { return QFile::resize(path, QFile(path).size() - 1); }, {format}},
-      {"was replaced",
-       [](const QString& path) {
-         RecordFile other({path.toStdString() + "2", 0, 0});
-         const bool opened = other.Open().empty();
-         other.Put({Kind::kNote, kStart, 0, std::string(kFormat) + "1200,n,8,1", 0});
-         return opened && other.Close() && QFile::remove(path) && QFile::rename(path + QStringLiteral("2"), path);
-       },
-       {std::string(kFormat) + "1200,n,8,1"}}};
+    std::function<bool()> act;
+    Texts ahead = {};
+  } cases[] = {{"was removed", [&] { return QFile::remove(path); }},
+               {"was renamed", [&] { return QFile::rename(path, beside); }},
+               {"was shortened", [&] { return QFile::resize(path, 0); }},
+               {"was shortened", [&] { return QFile::resize(path, Size() - 1); }, {format}},
+               {"was replaced",
+                [&] {
+                  QFile::remove(beside);
+                  return Write({{0, '-', other}}, "2").empty() && QFile::remove(path) && QFile::rename(beside, path);
+                },
+                {other}}};
   for (const auto& row : cases) {
-    QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("a.rec"));
-    const auto read = [&] {
-      std::vector<std::string> texts;
-      ReadFiles({path.toStdString()}, false, [&](const Record& record) { texts.push_back(record.bytes); });
-      return texts;
-    };
-    RecordFile file({path.toStdString(), 0, 0});
+    QFile::remove(path);
+    RecordFile file({Path(), 0, 0});
     EXPECT_EQ(file.Open(), "");
-    file.Put({Kind::kNote, kStart, 0, format, 0});
-    file.Put({Kind::kDevice, kStart, 0, "x", 0});
-    while (read().size() < 2) usleep(1000);
-    ASSERT_TRUE(row.act(path)) << row.befell;
-    file.Put({Kind::kDevice, kStart + 1'000'000, 0, "y", 0});
+    const auto put = [&](const Step& step) {
+      const qint64 size = Size();
+      file.Put(RecordOf(step));
+      while (Size() == size) usleep(1000);
+    };
+    put({0, '-', format});
+    put({0, '<', "x"});
+    ASSERT_TRUE(row.act()) << row.befell;
+    file.Put(RecordOf({1, '<', "y"}));
     file.Close();
-    std::vector<std::string> expected = row.ahead;
+    Texts expected = row.ahead;
     expected.insert(expected.end(), {std::string(kAnew) + row.befell, format, "y"});
-    EXPECT_EQ(read(), expected) << row.befell;
+    EXPECT_EQ(Read(), expected) << row.befell;
   }
 }
 
-TEST(RecordFile, WhatWeighsIsSafeFromALossOfPowerAtOnceAndTheRestSoon) {
-  QTemporaryDir folder;
-  const std::string path = folder.filePath(QStringLiteral("a.rec")).toStdString();
+TEST_F(Files, WhatWeighsIsSafeFromALossOfPowerAtOnceAndTheRestSoon) {
   const std::string ask = Framed("A?", 1), level = Framed("VR?", 1), mute = Framed("S=X", 1);
-  const auto syncs = [&](std::chrono::milliseconds every, const std::vector<std::string>& frames) {
-    RecordFile file({path, 0, 0, every});
+  const auto syncs = [&](std::chrono::milliseconds every, const Texts& frames) {
+    RecordFile file({Path(), 0, 0, every});
     EXPECT_EQ(file.Open(), "");
     const int before = synced;
     for (const std::string& frame : frames) {
       const bool isReply = frame.find('=') != std::string::npos && frame != mute;
-      const auto size = QFile(QString::fromStdString(path)).size();
-      file.Put({isReply ? Kind::kDevice : Kind::kConsole, kStart, 0, frame, 0});
-      while (QFile(QString::fromStdString(path)).size() == size) usleep(100);
+      const qint64 size = Size();
+      file.Put(RecordOf({0, isReply ? '<' : '>', frame}));
+      while (Size() == size) usleep(100);
     }
     for (int i = 0; every < std::chrono::seconds(1) && synced == before && i < 3000; ++i) usleep(1000);
     file.Close();

@@ -1,67 +1,72 @@
-#include <gtest/gtest.h>
-
-#include <QFile>
-#include <QTemporaryDir>
+#include <map>
 
 #include "steps.h"
-#include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/direction.h"
-#include "tools/vorel-line/record_file.h"
-#include "tools/vorel-line/record_reader.h"
 #include "tools/vorel-line/replay.h"
 
 namespace tarnwell::vorel_line {
 namespace {
 
-using test::Framed;
+const std::string kAnyBytes("\0{}\xFF", 4);
 
-TEST(Recording, EveryWholeRecordOfACutFileIsReadAndOfADamagedOneAllUpToItAndFromTheNextTimeOfDay) {
-  Encoder encoder;
+/// A file of four records, where each ends and what time it bears.
+struct FourRecords {
   std::string file = Encoder::Header();
   std::vector<std::size_t> ends;
   std::vector<std::int64_t> times;
+
   // a long rest, a clock set back, within a record as well, bytes of every kind
-  for (const std::int64_t at : {0ll, 1'000'000ll, 4'000'000'000ll, 3'000'000'000ll}) {
-    file += encoder.Encode({Kind::kDevice, kStart + at, at == 0 ? -1500 : 1500, std::string("\0{}\xFF", 4), 0});
-    ends.push_back(file.size());
-    times.push_back(kStart + at);
+  FourRecords() {
+    Encoder encoder;
+    for (const std::int64_t at : {0ll, 1'000'000ll, 4'000'000'000ll, 3'000'000'000ll}) {
+      file += encoder.Encode({Kind::kDevice, kStart + at, at == 0 ? -1500 : 1500, kAnyBytes, 0});
+      ends.push_back(file.size());
+      times.push_back(kStart + at);
+    }
   }
-  for (std::size_t length = Encoder::Header().size(); length <= file.size(); ++length) {
-    Decoder decoder;
-    decoder.Feed(file.substr(0, length));
+};
+
+/// The times of the records of a file that comes in pieces, and how many bytes were passed over.
+std::pair<std::vector<std::int64_t>, std::uint64_t> Read(const std::string& file) {
+  Decoder decoder;
+  std::vector<std::int64_t> times;
+  for (std::size_t at = 0; at < file.size(); at += 7) {
+    decoder.Feed(file.substr(at, 7));
     Record record;
-    std::size_t count = 0;
-    Decoder::Result result = decoder.Next(record);
-    for (; result == Decoder::Result::kRecord; result = decoder.Next(record)) ++count;
-    EXPECT_EQ(result, Decoder::Result::kEnd) << length;
-    EXPECT_EQ(count, std::upper_bound(ends.begin(), ends.end(), length) - ends.begin()) << length;
-    if (count < 4) continue;
-    EXPECT_TRUE(record.at == kStart + 3'000'000'000 && record.lasted == 1500 && record.bytes.size() == 4);
+    for (Decoder::Result result; (result = decoder.Next(record)) != Decoder::Result::kEnd;) {
+      if (result != Decoder::Result::kRecord) {
+        decoder.PassOver();
+        continue;
+      }
+      times.push_back(record.at);
+      EXPECT_TRUE(record.lasted == (record.at == kStart ? 0 : 1500) && record.bytes == kAnyBytes);
+    }
   }
-  // A time of day of 15 bytes stands ahead of the first, the third and the fourth.
+  return {times, decoder.Unreadable()};
+}
+
+TEST(Recording, EveryWholeRecordOfACutFileIsReadAndNothingOfItIsDamaged) {
+  const auto [file, ends, times] = FourRecords();
+  for (std::size_t length = Encoder::Header().size(); length <= file.size(); ++length) {
+    const auto whole = std::upper_bound(ends.begin(), ends.end(), length) - ends.begin();
+    EXPECT_EQ(Read(file.substr(0, length)), std::pair(std::vector(times.begin(), times.begin() + whole), 0ul))
+        << length;
+  }
+}
+
+TEST(Recording, OfADamagedFileAllUpToItAndFromTheNextTimeOfDayIsRead) {
+  const auto [file, ends, times] = FourRecords();
+  // A time of day stands ahead of the first, the third and the fourth.
   const std::vector<std::size_t> clocks{Encoder::Header().size(), ends[1], ends[2], file.size()};
-  std::vector<std::size_t> bounds = ends;
-  for (const std::size_t clock : clocks) bounds.insert(bounds.end(), {clock, clock + 15});
-  std::sort(bounds.begin(), bounds.end());
   for (std::size_t at = clocks[0]; at < file.size(); ++at) {
     std::string damaged = file;
     damaged[at] = static_cast<char>(damaged[at] ^ 4);
     const std::size_t goesOn = *std::upper_bound(clocks.begin(), clocks.end(), at);
-    std::vector<std::int64_t> read, expected;
+    std::vector<std::int64_t> expected;
     for (std::size_t i = 0; i < ends.size(); ++i) {
       if (ends[i] <= at || ends[i] > goesOn) expected.push_back(times[i]);
     }
-    Decoder decoder;
-    for (std::size_t piece = 0; piece < damaged.size(); piece += 7) {
-      decoder.Feed(damaged.substr(piece, 7));
-      Record record;
-      for (Decoder::Result result; (result = decoder.Next(record)) != Decoder::Result::kEnd;)
-        result == Decoder::Result::kRecord ? read.push_back(record.at) : decoder.PassOver();
-    }
-    EXPECT_EQ(read, expected) << at;
-    const bool mayBeUnfinished = goesOn == file.size();
-    const std::size_t unreadable = goesOn - std::upper_bound(bounds.begin(), bounds.end(), at)[-1];
-    EXPECT_TRUE(mayBeUnfinished || decoder.Unreadable() == unreadable) << at;
+    EXPECT_EQ(Read(damaged).first, expected) << at;
   }
 }
 
@@ -83,48 +88,28 @@ TEST(Direction, IsHeldForTheFramesBitsAndTheMarginAndForPiecesBehindOneAnother) 
 }
 
 TEST(Turns, TellWhatTheConsoleTookACopyFor) {
-  const std::string query = Framed("G?", 1), set = Framed("G=-3.5", 1), ask = Framed("U?", 1), here = Framed("U=A", 1);
+  const std::map<What, const char*> names{
+      {What::kEcho, "echo "}, {What::kAnswer, "answer "}, {What::kSilence, "silence "}, {What::kDropped, "dropped "}};
   const struct {
-    std::vector<Step> steps;
-    const char* told;  ///< "echo " and the like with the request, a try's number where it isn't the first
+    const char* steps;
+    const char* told;  ///< with the request, a try's number where it isn't the first
   } cases[] = {
-      {{{1, '>', query}, {1.05, '<', query}, {1.1, '<', set}, {2, '>', set}, {2.05, '<', set}, {2.1, '<', set}},
-       "echo G? answer G? echo G=-3.5 answer G=-3.5 "},
-      {{{1, '>', query},
-        {1.005, '<', query},
-        {1.1, '<', set},
-        {3, '-', std::string(kStarted)},
-        {4, '>', set},
-        {4.1, '<', set}},
-       "echo G? answer G? answer G=-3.5 "},
-      {{{1, '>', set}, {1.005, '<', set}, {3.1, '>', ask}, {3.2, '<', here}, {4, '>', set}, {4.1, '<', set}},
-       "answer U? answer G=-3.5 answer G=-3.5 "},
-      {{{1, '>', set},
-        {1.005, '<', set},
-        {3.1, '>', ask},
-        {3.105, '<', ask},
-        {3.2, '<', here},
-        {3.3, '>', set},
-        {3.305, '<', set},
-        {6, '>', query},
-        {6.005, '<', query},
-        {6.1, '<', set}},
+      {"1>G? 1.05<G? 1.1<G=-3.5 2>G=-3.5 2.05<G=-3.5 2.1<G=-3.5", "echo G? answer G? echo G=-3.5 answer G=-3.5 "},
+      {"1>G? 1.005<G? 1.1<G=-3.5 3-recording_started 4>G=-3.5 4.1<G=-3.5", "echo G? answer G? answer G=-3.5 "},
+      {"1>G=-3.5 1.005<G=-3.5 3.1>U? 3.2<U=A 4>G=-3.5 4.1<G=-3.5", "answer U? answer G=-3.5 answer G=-3.5 "},
+      {"1>G=-3.5 1.005<G=-3.5 3.1>U? 3.105<U? 3.2<U=A 3.3>G=-3.5 3.305<G=-3.5 6>G? 6.005<G? 6.1<G=-3.5",
        "echo U? answer U? echo G=-3.5 silence G=-3.5 echo G=-3.5 try 2 silence G=-3.5 try 2 echo G? answer G? "},
-      {{{1, '>', set}, {1.005, '<', set}, {1.1, '>', set}, {1.2, '<', set}}, "answer G=-3.5 answer G=-3.5 "},
-      {{{1, '>', set}, {1.005, '<', set}}, "echo G=-3.5 dropped G=-3.5 "},
+      {"1>G=-3.5 1.005<G=-3.5 1.1>G=-3.5 1.2<G=-3.5", "answer G=-3.5 answer G=-3.5 "},
+      {"1>G=-3.5 1.005<G=-3.5", "echo G=-3.5 dropped G=-3.5 "},
   };
   for (const auto& [steps, expected] : cases) {
     std::string told;
     Turns turns([&](const Turn& turn) {
-      const char* const what = turn.what == What::kEcho      ? "echo "
-                               : turn.what == What::kAnswer  ? "answer "
-                               : turn.what == What::kSilence ? "silence "
-                               : turn.what == What::kDropped ? "dropped "
-                                                             : "";
-      if (*what == 0) return;
-      told += what + turn.request + (turn.attempt > 1 ? " try " + std::to_string(turn.attempt) : "") + " ";
+      const auto name = names.find(turn.what);
+      if (name == names.end()) return;
+      told += name->second + turn.request + (turn.attempt > 1 ? " try " + std::to_string(turn.attempt) : "") + " ";
     });
-    Feed(turns, steps);
+    Feed(turns, StepsOf(steps));
     EXPECT_EQ(told, expected);
   }
 }
@@ -141,19 +126,8 @@ TEST(Turns, WhatStoodWhereNothingCouldBeReadIsNoSilence) {
 TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {
   Script script;
   const std::string ask = Framed("VR?", 1), set = Framed("S=X", 5), level = Framed("VR=1", 1);
-  Feed(script, {{0, '>', ask},
-                {.1, '<', level},
-                {1, '>', set},
-                {4, '>', ask},
-                {4.2, '<', "{A"},
-                {4.5, '<', "x}"},
-                {5, '>', ask},
-                {7.2, '<', level},
-                {8, '>', set},
-                {9, '>', set},
-                {9.005, '<', set},
-                {11.1, '>', Framed("U?", 1)},
-                {11.2, '<', Framed("U=A", 1)}});
+  Feed(script, StepsOf("0>VR? .1<VR=1 1>" + set + " 4>VR? 4.2<{A 4.5<x} 5>VR? 7.2<VR=1 8>" + set + " 9>" + set +
+                       " 9.005<" + set + " 11.1>U? 11.2<U=A"));
   const auto played = [&](const std::string& frame) {
     const auto reply = script.Next(frame);
     std::string text = reply ? reply->taken + "|" : "not recorded";

@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <cstdlib>
-#include <ctime>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,22 +20,6 @@ namespace tarnwell::test {
 /// The place of a character in a file whose lines are whole, both from 1.
 constexpr std::size_t At(std::size_t line, std::size_t column) { return (line - 1) * 82 + column - 1; }
 
-/// The machine's time zone while it lives.
-class Zone {
- public:
-  explicit Zone(const char* name) { Set(name); }
-  ~Zone() { Set(m_before); }
-  Zone(const Zone&) = delete;
-  Zone& operator=(const Zone&) = delete;
-
- private:
-  static void Set(const QByteArray& name) {
-    name.isNull() ? qunsetenv("TZ") : qputenv("TZ", name);
-    tzset();
-  }
-  QByteArray m_before = qEnvironmentVariableIsSet("TZ") ? qgetenv("TZ") : QByteArray();
-};
-
 class SnapshotCommands : public testing::Test {
  protected:
   /// The exit code; "_" is a blank within a word; what is printed stands in m_out and m_err, the folder's name taken
@@ -46,7 +29,7 @@ class SnapshotCommands : public testing::Test {
     QStringList arguments = command.split(QLatin1Char(' '));
     for (QString& word : arguments) {
       word.replace(QLatin1Char('_'), QLatin1Char(' '));
-      if (word.contains(QLatin1Char('.'))) word = m_folder.filePath(word);
+      if (word.contains(QLatin1Char('.')) && !word.front().isDigit()) word = m_folder.filePath(word);
     }
     const int code = vorel_snapshot::Run(arguments, output);
     m_out = output.out.replace((m_folder.path() + QLatin1Char('/')).toUtf8(), "").toStdString();
@@ -69,6 +52,10 @@ class SnapshotCommands : public testing::Test {
   QByteArray Load(const char* name) {
     QFile file(m_folder.filePath(QLatin1String(name)));
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+  }
+
+  void ExpectLines(std::initializer_list<const char*> lines) {
+    for (const std::string line : lines) EXPECT_NE(m_out.find("\n" + line + "\n"), std::string::npos) << line << m_out;
   }
 
   /// The amplifier's file with other texts in some lines, by their numbers.
