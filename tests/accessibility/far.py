@@ -1,5 +1,5 @@
 """The console far from its device: socat at both ends of a connection that is late each way and can be cut."""
-import os, queue, socket, threading, time
+import asyncio, os, socket, threading
 
 from stage import Stage
 
@@ -8,53 +8,33 @@ class Wire:
     """Passes connections on to a port of this machine, late; can be cut."""
 
     def __init__(self, target, delay):
-        self.target, self.delay, self.whole, self.open = target, delay, True, []
-        self.listener = socket.create_server(("127.0.0.1", 0))
-        self.port = self.listener.getsockname()[1]
-        threading.Thread(target=self.accept, daemon=True).start()
+        self.target, self.delay, self.whole, self.ends = target, delay, True, []
+        self.loop = asyncio.new_event_loop()
+        server = self.loop.run_until_complete(asyncio.start_server(self.accept, "127.0.0.1", 0))
+        self.port = server.sockets[0].getsockname()[1]
+        threading.Thread(target=self.loop.run_forever, daemon=True).start()
 
-    def accept(self):
-        while True:
-            near = self.listener.accept()[0]
-            if not self.whole:
-                near.close()
-                continue
-            far = socket.create_connection(("127.0.0.1", self.target))
-            self.open += [near, far]
-            for ends in (near, far), (far, near):
-                threading.Thread(target=self.carry, args=ends, daemon=True).start()
+    async def accept(self, near, to_near):
+        if not self.whole:
+            return to_near.close()
+        far, to_far = await asyncio.open_connection("127.0.0.1", self.target)
+        self.ends += [to_near, to_far]
+        await asyncio.gather(self.carry(near, to_far), self.carry(far, to_near))
 
-    def carry(self, source, sink):
-        late = queue.SimpleQueue()
-        threading.Thread(target=self.deliver, args=(late, sink), daemon=True).start()
+    async def carry(self, source, sink):
         try:
-            while data := source.recv(4096):
-                late.put((time.monotonic() + self.delay, data))
+            while data := await source.read(4096):
+                self.loop.call_later(self.delay, sink.write, data)
         except OSError:
             pass  # cut
-        late.put((0, b""))
-
-    def deliver(self, late, sink):
-        try:
-            while (item := late.get())[1]:
-                time.sleep(max(item[0] - time.monotonic(), 0))
-                sink.sendall(item[1])
-        except OSError:
-            pass  # what is under way is lost with the connection
-        self.end(sink)
+        self.loop.call_later(self.delay, sink.close)
 
     def cut(self):
+        """What is under way is lost with the connection."""
         self.whole = False
-        for end in self.open:
-            self.end(end)
-        self.open.clear()
-
-    def end(self, connection):
-        """Both sides learn of it; closing alone would tell nobody while a thread reads."""
-        try:
-            connection.shutdown(socket.SHUT_RDWR)
-        except OSError:
-            pass  # it has ended by itself
+        for end in self.ends:
+            self.loop.call_soon_threadsafe(end.transport.abort)
+        self.ends.clear()
 
 
 class Far(Stage):

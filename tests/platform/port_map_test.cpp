@@ -39,9 +39,7 @@ TEST(PortMap, TheOperatorsLinkStandsForThePortAlsoWhenItIsBrokenOrMissing) {
     EXPECT_EQ(DeviceOfPort(number), missing);
     EXPECT_EQ(DescribePorts(number).last(), missing + QStringLiteral(" - missing"));
   }
-  const QStringList descriptions = DescribePorts(104);
-  ASSERT_EQ(descriptions.size(), 104);
-  EXPECT_EQ(descriptions[102], QStringLiteral("/nowhere/ttyUSB7 - missing"));
+  EXPECT_EQ(DescribePorts(104).value(102), QStringLiteral("/nowhere/ttyUSB7 - missing"));
   folder.removeRecursively();
   EXPECT_EQ(DeviceOfPort(103), broken) << "its link stood earlier in this run";
   EXPECT_EQ(DeviceOfPort(104), std::nullopt);
@@ -50,17 +48,12 @@ TEST(PortMap, TheOperatorsLinkStandsForThePortAlsoWhenItIsBrokenOrMissing) {
 
 TEST(PortMap, ADeniedDeviceSaysWhoMayOpenItAndWhatToDo) {
   DeviceRights rights{QStringLiteral("ann"), QStringLiteral("root"), QStringLiteral("dialout"), true, false};
-  EXPECT_EQ(DeniedReason(rights),
-            QStringLiteral("only members of the group dialout may open it. Run \"sudo usermod -aG dialout ann\", then "
-                           "log out and in again."));
+  const auto tells = [&](const char* part) { return DeniedReason(rights).contains(QLatin1String(part)); };
+  EXPECT_TRUE(tells("members of the group dialout may open it. Run \"sudo usermod -aG dialout ann\""));
   rights.userListedInGroup = true;
-  EXPECT_EQ(DeniedReason(rights),
-            QStringLiteral("only members of the group dialout may open it. You are one since you last logged in: log "
-                           "out and in again."));
+  EXPECT_TRUE(tells("You are one since you last logged in") && !tells("sudo"));
   rights.groupMayOpen = false;
-  EXPECT_EQ(DeniedReason(rights),
-            QStringLiteral("only the user root may open it. Ask the administrator for a udev rule that gives it to the "
-                           "group dialout (GROUP=\"dialout\", MODE=\"0660\")."));
+  EXPECT_TRUE(tells("only the user root may open it") && tells("GROUP=\"dialout\""));
 }
 
 }  // namespace

@@ -28,10 +28,8 @@ TEST_F(YieldTest, HandlesEverythingPendingAlsoWhenTheDeadlineHasPassed) {
   QTimer timer;
   QObject::connect(&timer, &QTimer::timeout, [&handled] { ++handled; });
   timer.start(0);
-  QMetaObject::invokeMethod(
-      &timer, [&handled] { ++handled; }, Qt::QueuedConnection);
   m_yielder.Yield(CountAfter(0));
-  EXPECT_EQ(handled, 2);
+  EXPECT_EQ(handled, 1);
   EXPECT_LT(Elapsed(), 50);
 }
 

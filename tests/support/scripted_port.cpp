@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdio>
-#include <limits>
 #include <utility>
 
 namespace tarnwell::test {
@@ -57,17 +55,6 @@ std::string ScriptedPort::TakeTranscript() {
   return text;
 }
 
-std::string ScriptedPort::TimedTranscript() const {
-  std::string text;
-  for (const Entry& entry : m_transcript) {
-    char time[32];
-    const double seconds = static_cast<double>(entry.at - m_transcriptStart) / VirtualCounter::kRate;
-    std::snprintf(time, sizeof time, "%.5f ", seconds);
-    text += time + entry.text + '\n';
-  }
-  return text;
-}
-
 std::string ScriptedPort::Paces() const {
   constexpr std::int64_t kAnswerTakes = 20;
   std::string text;
@@ -84,15 +71,15 @@ std::string ScriptedPort::Paces() const {
   return text + pause(m_counter.Now());
 }
 
-double ScriptedPort::SmallestGap() const {
-  std::int64_t smallest = std::numeric_limits<std::int64_t>::max();
+std::vector<double> ScriptedPort::Gaps(bool commandsAlone) const {
+  std::vector<double> gaps;
   const Entry* before = nullptr;
   for (const Entry& entry : m_transcript) {
-    if (!entry.isCommand) continue;
-    if (before != nullptr) smallest = std::min(smallest, entry.at - before->at);
+    if (commandsAlone && !entry.isCommand) continue;
+    if (before != nullptr) gaps.push_back(static_cast<double>(entry.at - before->at) / VirtualCounter::kRate);
     before = &entry;
   }
-  return static_cast<double>(smallest) / VirtualCounter::kRate;
+  return gaps;
 }
 
 bool ScriptedPort::SetCommPort(int number) {

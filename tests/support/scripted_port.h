@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -82,13 +83,12 @@ class ScriptedPort final : public platform::SerialPort {
   std::string TakeTranscript();
   /// The same for the commands alone.
   std::string Commands() const { return Joined(true); }
-  /// A line for each: seconds since the port was made, or since the last Take, with five decimals, a blank, the entry.
-  std::string TimedTranscript() const;
   /// The commands since the last Take and the pauses around them in milliseconds, "100 S=O 50 S? 100". The first runs
   /// from the Take, the last until now; the way of an answer is taken off.
   std::string Paces() const;
-  /// The smallest time in seconds from one command to the next since the last Take.
-  double SmallestGap() const;
+  /// Seconds from each of those entries to the next since the last Take, or from each command.
+  std::vector<double> Gaps(bool commandsAlone = true) const;
+  double SmallestGap() const { return std::ranges::min(Gaps()); }
 
   /// Every opening, or that of one port number, fails with this reason until "" is given.
   void RefuseOpening(std::string reason, int port = 0) {
