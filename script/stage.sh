@@ -39,12 +39,15 @@ start_simulator() {
   wait_until $! test -e "$link" || { echo "$0: the simulator did not start" >&2; exit 1; }
 }
 
-start_display() {
+start_server() {
   # Without -noreset the server starts anew when a first look at it ends before the window manager is there.
   Xvfb -noreset -displayfd 3 -screen 0 1280x1024x24 -dpi 96 -nolisten tcp 3>"$run/display" 2>"$run/xvfb.log" &
   children+=($!)
   wait_until $! test -s "$run/display" || { cat "$run/xvfb.log" >&2; exit 1; }
   export DISPLAY=":$(<"$run/display")" QT_QPA_PLATFORM=xcb
+}
+
+start_window_manager() {
   for _ in 1 2 3; do
     openbox --sm-disable >>"$run/openbox.log" 2>&1 &
     children+=($!)
@@ -55,6 +58,8 @@ start_display() {
   echo "$0: the window manager did not start" >&2
   exit 1
 }
+
+start_display() { start_server && start_window_manager; }
 
 has_window_manager() { xdotool get_num_desktops >/dev/null 2>&1; }
 
