@@ -45,8 +45,10 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
        "a.txt: the characters are UTF-16 rather than windows-1252: a converted file"},
       {"\xEF\xBB\xBF" + SampleFile("controller.txt"),
        "a.txt: the characters are UTF-8 rather than windows-1252: a converted file"},
-      {whole + SampleFile("controller.txt"),
-       "a.txt: 2 snapshots in one file, from lines 1, 58: only the first is read"},
+      {whole.substr(0, At(50, 9)) + SampleFile("controller.txt"),
+       "a.txt: 2 snapshots in one file, from lines 1, 50: only the first is read|"
+       "a.txt:49: [pin diode table] has 3 lines rather than 11|a.txt:50: column 81: too long: 88 characters, a line "
+       "has 80|a.txt:50: column 1: no label that can stand here|a.txt:50: [software] is missing ahead of this line"},
       {whole.substr(0, At(56, 33)),
        "a.txt:56: column 33: too short: 32 characters, a line has 80|a.txt:56: no line end: the file stops in this "
        "line|a.txt:56: [pin diode table] has 10 lines rather than 11|a.txt:56: column 32: no point in brackets"},
