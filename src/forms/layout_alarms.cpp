@@ -137,7 +137,6 @@ double Fit(const Arrangement& a, frmAlarms& f) {
 
 void ArrangeAlarms(frmAlarms& form) {
   if (form.isMinimized()) return;
-  SetFontSizes(form, kSmallestPoints);
   Arrangement a(form);
   a.Place(form, {{form.fraAlarms, 0.02, 0.02, 0.76, 0.96}, {form.fra7316Alarms, 0.05, 0.05, 0.65, 0.55}});
   a.Place(form, {{form.cmdExit, 0.86, 0.86, Length::Of(Rounded(0.15 * a.Width(form.fraAlarms))),

@@ -138,7 +138,6 @@ double FitLevel(const Arrangement& a, frmMain& f) {
 
 void ArrangeMain(frmMain& form) {
   if (form.isMinimized()) return;
-  SetFontSizes(form, kSmallestPoints);
   MainArrangement a(form);
   PlaceFrames(a, form);
   PlaceAlarms(a, form);
@@ -147,7 +146,6 @@ void ArrangeMain(frmMain& form) {
   PlaceOutput(a, form);
   PlaceTemperatures(a, form);
   PlaceController(a, form);
-  // the level's font is at 6 points until both fits are over
   const double text = FitText(a, form);
   const double level = FitLevel(a, form);
   const double fitting = FitCaptions(form, text,

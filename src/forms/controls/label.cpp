@@ -80,9 +80,11 @@ QString Label::Elided() const {
 }
 
 // Nothing is measured for a field that is blank, as all are until a device answers: each size of a font costs.
+bool Label::IsBlank() const { return text().trimmed().isEmpty(); }
+
 void Label::ChooseToolTip() {
   if (!m_boxed) return;
-  const bool whole = text().trimmed().isEmpty() || Elided() == text();
+  const bool whole = IsBlank() || Elided() == text();
   SetOwnToolTip(*this, whole ? m_ownToolTip : PlainToolTip(text()));
 }
 
@@ -99,6 +101,7 @@ void Label::paintEvent(QPaintEvent* /*event*/) {
     painter.setPen(LineColour(frame.palette));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
   }
+  if (IsBlank()) return;
   style()->drawItemText(&painter, TextArea(), TextFlags(), frame.palette, enabled, m_boxed ? Elided() : text(),
                         foregroundRole());
 }

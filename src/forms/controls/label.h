@@ -32,6 +32,7 @@ class Label : public QLabel {
   void changeEvent(QEvent* event) override;
 
  private:
+  bool IsBlank() const;
   QRect TextArea() const;
   int TextFlags() const;
   QString Elided() const;
