@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
 
   tarnwell::platform::MonotonicCounter counter;
   tarnwell::platform::EventLoopYielder yielder(counter);
-  tarnwell::platform::QtSerialPort comConnect;
+  tarnwell::platform::QtSerialPort comConnect(&yielder);
   tarnwell::platform::ToolkitDesktop desktop;
   tarnwell::app::Program program({counter, yielder, comConnect, desktop});
   QObject::connect(&program.MainForm(), &tarnwell::forms::Form::Unload, &application, &QApplication::quit,

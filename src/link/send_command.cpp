@@ -91,13 +91,19 @@ bool SerialLink::PassGates() {
   if (!m_port.DevicePresent()) return false;
   const bool waitsForCts = m_shared.PortRS232 && m_port.Handshaking() == kHandshakingRtsCts;
   if (waitsForCts && !m_port.CTSHolding()) {
-    m_timing.DelayBlocking(kClearToSendWait);
+    AwaitClearToSend();
     return false;
   }
   if (m_port.OutBufferCount() != 0) return false;
   // What lay unread can't be taken for the reply.
   if (m_port.InBufferCount() != 0) m_port.DiscardInput();
   return true;
+}
+
+// Waits as for an answer, so that the windows are drawn meanwhile. Bytes that come don't end it.
+void SerialLink::AwaitClearToSend() {
+  const Deadline end = m_timing.MakeDeadline(kClearToSendWait);
+  while (!m_timing.DeadlineReached(end)) m_port.AwaitInput(m_timing.MillisecondsLeft(end));
 }
 
 void SerialLink::Transmit(std::string_view frame) {

@@ -55,6 +55,7 @@ class SerialLink {
   Outcome Try(const Request& request, std::string& reply);
   bool AnswersWithoutEcho();
   bool PassGates();
+  void AwaitClearToSend();
   void Transmit(std::string_view frame);
 
   struct Gathered {

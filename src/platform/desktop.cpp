@@ -12,6 +12,7 @@
 #include <QStandardPaths>
 #include <algorithm>
 
+#include "platform/posted_call.h"
 #include "platform/text_encoding.h"
 
 namespace tarnwell::platform {
@@ -105,8 +106,7 @@ void ToolkitDesktop::ShowMessage(const Message& message) {
   if (!EndAsked() && TakeRequestsToClose()) ShowBox(message);
   m_showing = false;
   if (!m_waiting.empty()) {
-    QMetaObject::invokeMethod(
-        &m_context, [this] { ShowWaiting(); }, Qt::QueuedConnection);
+    PostCall(m_context, [this] { ShowWaiting(); });
   }
 }
 

@@ -49,7 +49,7 @@ int QueuedInSystem(const QSerialPort& device) {
 
 }  // namespace
 
-QtSerialPort::QtSerialPort() {
+QtSerialPort::QtSerialPort(EventLoopYielder* yielder) : m_yielder(yielder) {
   m_device.setReadBufferSize(kInputBufferSize);
   QObject::connect(&m_device, &QSerialPort::errorOccurred, &m_device,
                    [this](QSerialPort::SerialPortError error) { NoteError(error); });
@@ -127,6 +127,11 @@ void QtSerialPort::Look() {
 
 void QtSerialPort::AwaitInput(int milliseconds) {
   if (milliseconds <= 0) return;
+  if (m_yielder != nullptr) {
+    const int untilDrawing = m_yielder->MillisecondsToDraw();
+    if (untilDrawing == 0) return m_yielder->LetDraw();
+    milliseconds = std::min(milliseconds, untilDrawing);
+  }
   if (Reachable()) {
     m_device.waitForReadyRead(milliseconds);
   } else {

@@ -5,6 +5,7 @@
 
 #include "platform/port_format.h"
 #include "platform/serial_port.h"
+#include "platform/yield.h"
 
 namespace tarnwell::platform {
 
@@ -12,7 +13,8 @@ namespace tarnwell::platform {
 /// of bytes, and the input buffer is capped, so a flooded line fills neither memory nor time.
 class QtSerialPort final : public SerialPort {
  public:
-  QtSerialPort();
+  /// While it waits for a byte, `yielder` lets the windows draw; null: nothing happens meanwhile.
+  explicit QtSerialPort(EventLoopYielder* yielder = nullptr);
   ~QtSerialPort() override;
   QtSerialPort(const QtSerialPort&) = delete;
   QtSerialPort& operator=(const QtSerialPort&) = delete;
@@ -56,6 +58,7 @@ class QtSerialPort final : public SerialPort {
   void Look();
   QString FailureReason() const;
 
+  EventLoopYielder* m_yielder;
   int m_commPort = 1;
   std::string m_settings = "9600,n,8,1";
   PortFormat m_format;

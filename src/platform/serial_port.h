@@ -45,7 +45,8 @@ class SerialPort {
 
   /// Bytes received and not yet read.
   virtual int InBufferCount() = 0;
-  /// Rests in the operating system until a byte has come, at most for `milliseconds`. May return early.
+  /// Rests in the operating system until a byte has come, at most for `milliseconds`. May return early. Windows may be
+  /// drawn meanwhile; no other code of the program runs.
   virtual void AwaitInput(int /*milliseconds*/) {}
   virtual void DiscardInput() = 0;
 

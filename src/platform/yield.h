@@ -22,8 +22,18 @@ class EventLoopYielder final : public Yielder {
   explicit EventLoopYielder(Counter& counter) : m_counter(counter) {}
   void Yield(std::int64_t deadline) override;
 
+  /// Milliseconds until a wait has to let the windows draw; 0 when that is due.
+  int MillisecondsToDraw() const;
+
+  /// Answers the window system and draws, and nothing else: no input, no tick, no handler. A desktop takes a window for
+  /// dead that does neither for some seconds, and what covered it would leave its trace.
+  void LetDraw();
+
  private:
+  void NoteTurn();
+
   Counter& m_counter;
+  std::int64_t m_nextDrawing = 0;
 };
 
 }  // namespace tarnwell::platform

@@ -1,10 +1,15 @@
 #include "platform/yield.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
+#include <QSocketNotifier>
 #include <QTimer>
+#include <QWidget>
+#include <QWindow>
 
+#include "platform/posted_call.h"
 #include "tests/platform/clocks.h"
 
 namespace tarnwell::platform {
@@ -56,6 +61,52 @@ TEST_F(YieldTest, TheCounterRestsUntilShortlyBeforeACountAndNeverLater) {
   EXPECT_GE(Elapsed(), 20 * 3);
   EXPECT_LT(ProcessorMilliseconds() - busy, 20);
   m_counter.RestUntil(CountAfter(-1000));
+}
+
+/// Notes the moments at which it is drawn.
+class Canvas final : public QWidget {
+ public:
+  int drawn = 0;
+
+ protected:
+  void paintEvent(QPaintEvent*) override { ++drawn; }
+};
+
+TEST_F(YieldTest, InAWaitForTheDeviceNothingHappensButDrawing) {
+  QStringList happened;
+  const auto notes = [&](const char* what) { return [&happened, what] { happened += QLatin1String(what); }; };
+  Canvas canvas;
+  canvas.show();
+  QCoreApplication::processEvents();
+  QTimer tick;
+  QObject::connect(&tick, &QTimer::timeout, &canvas, notes("tick"));
+  tick.start(0);
+  QTimer once;
+  once.setSingleShot(true);
+  QObject::connect(&once, &QTimer::timeout, &canvas, notes("once"));
+  once.start(0);
+  PostCall(canvas, notes("call"));
+  auto* gone = new QObject;
+  PostCall(*gone, notes("call of what is gone"));
+  int pipe[2] = {};
+  ASSERT_EQ(::pipe(pipe), 0);
+  ASSERT_EQ(write(pipe[1], "x", 1), 1);
+  QSocketNotifier signal(pipe[0], QSocketNotifier::Read);
+  QObject::connect(&signal, &QSocketNotifier::activated, &signal, [&] {
+    signal.setEnabled(false);
+    happened += QStringLiteral("signal");
+  });
+  canvas.drawn = 0;
+  canvas.update();
+  for (int slice = 0; slice < 3; ++slice) m_yielder.LetDraw();
+  EXPECT_EQ(happened, QStringList());
+  EXPECT_EQ(canvas.drawn, 1);
+  delete gone;
+  tick.stop();
+  m_yielder.Yield(CountAfter(0));
+  happened.sort();
+  EXPECT_EQ(happened, QStringList({QStringLiteral("call"), QStringLiteral("once"), QStringLiteral("signal")}));
+  for (const int end : pipe) close(end);
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "forms/controls/dimming.h"
 #include "forms/controls/input_gate.h"
 #include "forms/controls/option_button.h"
+#include "platform/posted_call.h"
 #include "platform/text_encoding.h"
 
 namespace tarnwell::forms {
@@ -153,12 +154,9 @@ bool Form::event(QEvent* event) {
       LendFocusBack();  // it may be live again already
     }
     // Posted: the toolkit is still busy with the window, and a handler may take its time.
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-          if (!m_unloaded) Q_EMIT Activate();
-        },
-        Qt::QueuedConnection);
+    platform::PostCall(*this, [this] {
+      if (!m_unloaded) Q_EMIT Activate();
+    });
   }
   return QWidget::event(event);
 }

@@ -6,6 +6,7 @@
 #include "forms/controls/form.h"
 #include "forms/controls/option_button.h"
 #include "forms/controls/reading_order.h"
+#include "platform/posted_call.h"
 
 // Where the focus goes on a form, and where it is in the operator's eyes.
 
@@ -119,12 +120,9 @@ void Form::FollowFocus(QWidget* now) {
   // A frame that is disabled takes the focus from what stands in it and gives it to nothing. Posted, since a control
   // that is being destroyed does so too, and it must not get the focus again.
   RememberLoser(std::exchange(m_focusedControl, nullptr));
-  QMetaObject::invokeMethod(
-      this,
-      [this] {
-        if (focusWidget() == nullptr) m_inner->setFocus(Qt::OtherFocusReason);
-      },
-      Qt::QueuedConnection);
+  platform::PostCall(*this, [this] {
+    if (focusWidget() == nullptr) m_inner->setFocus(Qt::OtherFocusReason);
+  });
 }
 
 }  // namespace tarnwell::forms

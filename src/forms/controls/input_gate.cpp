@@ -9,6 +9,7 @@
 #include "forms/controls/form.h"
 #include "forms/controls/input_events.h"
 #include "platform/desktop.h"
+#include "platform/posted_call.h"
 
 namespace tarnwell::forms {
 
@@ -65,7 +66,7 @@ void InputGate::SetClock(platform::InputClock* clock) {
 
 void InputGate::ActLater(std::function<void()> act) {
   m_due.push_back(std::move(act));
-  QMetaObject::invokeMethod(this, &InputGate::Act, Qt::QueuedConnection);
+  platform::PostCall(*this, [this] { Act(); });
 }
 
 void InputGate::Act() {
