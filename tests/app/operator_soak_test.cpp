@@ -2,13 +2,13 @@
 #include <QPointer>
 #include <QTabBar>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <cstdio>
 #include <random>
 
 #include "forms/frm_alarms.h"
 #include "forms/frm_save_snapshot.h"
 #include "forms/frm_settings.h"
+#include "platform/posted_call.h"
 #include "sim/device.h"
 #include "support/late_input.h"
 #include "support/program_test.h"
@@ -62,7 +62,11 @@ class RandomOperator final : public platform::Yielder {
     port.OnOutput([this](const std::string& command) {
       if (command.back() != '?') m_orders.push_back({command, MayFollowFromAHold(command)});
       if (Chance(6)) ActInHold();
+      ExpectOnlyDrawing(command);
     });
+    for (const auto* timer : main.findChildren<forms::Timer*>()) {
+      QObject::connect(timer, &forms::Timer::Tick, &main, [this] { EXPECT_FALSE(m_holds) << "a tick"; });
+    }
   }
 
   void Yield(std::int64_t deadline) override {
@@ -121,6 +125,13 @@ class RandomOperator final : public platform::Yielder {
     for (const auto& [order, allowed] : std::exchange(m_orders, {})) {
       EXPECT_TRUE(allowed || order == "CM=2") << order << " out of " << when;  // its writer yields
     }
+  }
+
+  /// As while the device is awaited: the windows are drawn, and what is due waits until the thread is free.
+  void ExpectOnlyDrawing(const std::string& command) {
+    EXPECT_FALSE(std::exchange(m_holds, true)) << command << " in the middle of another";
+    m_drawing.LetDraw();
+    m_holds = false;
   }
 
   QString Focused() { return Front().focusWidget() != nullptr ? Front().focusWidget()->objectName() : QString(); }
@@ -219,7 +230,8 @@ class RandomOperator final : public platform::Yielder {
 
   /// When the thread is free. The toolkit itself keeps from a form what is meant for it while another is modal.
   void Later(const QPointer<QWidget>& form, const std::function<void()>& deliver) {
-    QTimer::singleShot(0, [=] {
+    platform::PostCall(*qApp, [=, this] {
+      EXPECT_FALSE(m_holds) << "input";
       const QWidget* modal = QApplication::activeModalWidget();
       if (form != nullptr && form->isVisible() && (modal == nullptr || modal == form)) deliver();
     });
@@ -242,7 +254,7 @@ class RandomOperator final : public platform::Yielder {
 
   void OpenForm(const std::function<void()>& open) {
     ++m_done.forms;
-    QTimer::singleShot(0, [this] { InForm(); });
+    platform::PostCall(*qApp, [this] { InForm(); });
     open();
     Judge({}, "opening and closing a form");
   }
@@ -315,6 +327,9 @@ class RandomOperator final : public platform::Yielder {
   Tally m_done = {};
   std::mt19937 m_random;
   forms::frmMain* m_main = nullptr;
+  platform::MonotonicCounter m_realTime;
+  platform::EventLoopYielder m_drawing{m_realTime};
+  bool m_holds = false;
   std::vector<std::pair<std::string, bool>> m_orders;  ///< and whether an act in a hold may have sent each
   const double m_end = m_counter.Seconds() + VirtualSeconds();
 };

@@ -4,6 +4,7 @@
 #include <sys/ioctl.h>
 #include <termios.h>
 
+#include <QAbstractEventDispatcher>
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
@@ -122,6 +123,22 @@ TEST_F(QtSerialPortTest, RestsInTheSystemUntilAByteComes) {
   m_port.AwaitInput(20);
   EXPECT_GE(Milliseconds() - start, 37) << "also for a device that is gone";
   EXPECT_LT(ProcessorMilliseconds() - busy, 15);
+}
+
+TEST_F(QtSerialPortTest, AWaitForAByteLetsTheWindowsDrawFiveTimesASecond) {
+  MonotonicCounter counter;
+  EventLoopYielder yielder(counter);
+  QtSerialPort port(&yielder);
+  const QObject context;
+  int rounds = 0;
+  QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &context,
+                   [&rounds] { ++rounds; });
+  const double end = Milliseconds() + 500;
+  for (int waits = 0; Milliseconds() < end && waits < 20; ++waits)
+    port.AwaitInput(static_cast<int>(end - Milliseconds()));
+  EXPECT_GE(rounds, 2) << "at once, since nobody knows when the last was, and every 200 ms";
+  EXPECT_LE(rounds, 3);
+  EXPECT_GE(Milliseconds(), end - 1);
 }
 
 TEST_F(QtSerialPortTest, AFormatIsTakenBeforeTheLineOpensAndOneRefusedLaterLeavesIt) {

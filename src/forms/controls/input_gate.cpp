@@ -72,7 +72,7 @@ void InputGate::ActLater(std::function<void()> act) {
 void InputGate::Act() {
   if (platform::OnlyClosesAreTaken()) {
     // No input would reach a form or a box that an act opens now.
-    if (!m_due.empty()) QTimer::singleShot(0, this, &InputGate::Act);
+    if (!m_due.empty()) platform::PostCall(*this, [this] { Act(); });
     return;
   }
   while (!m_due.empty()) {
