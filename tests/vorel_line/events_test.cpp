@@ -100,7 +100,7 @@ TEST(Events, ACommandStandsWhereItWasFirstSentAndALoosePlugIsOneLine) {
             "17 link lost: no answer to S=X\n"
             "20 recorder device gone\n"
             "20 recorder device back\n"
-            "50 recorder device back, after 16 changes since 23:13:41.000\n"
+            "38 recorder device back since 23:13:48.500, after 16 changes from 23:13:41.000\n"
             "50 link back\n");
 }
 
