@@ -77,7 +77,7 @@ TEST(Events, ASessionAsAnOperatorsLog) {
             "status online, RF Mute (User)\n"
             "link lost: no answer to S?\n"
             "link back\n"
-            "command RF On (S=T): what became of it was not awaited\n"
+            "command RF On (S=T): no answer to it was awaited, or recorded\n"
             "5 command manual (S=M): manual; answered 23:13:32.150\n"
             "5 status manual\n"
             "5 setting address 6 (U=F): address 6; answered 23:13:33.050\n"

@@ -150,7 +150,7 @@ void Events::Failed(const Turn& turn) {
 void Events::TellPending() {
   if (!m_pending) return;
   const Turn turn = *std::exchange(m_pending, std::nullopt);
-  if (turn.what == What::kDropped) return TellCommand(turn, "what became of it was not awaited");
+  if (turn.what == What::kDropped) return TellCommand(turn, "no answer to it was awaited, or recorded");
   const std::string tries = turn.attempt == 1 ? "one try" : std::to_string(turn.attempt) + " tries";
   TellCommand(turn, "no valid answer in " + tries + ", the last: " + std::string(FaultText(turn.fault)));
 }
