@@ -206,6 +206,8 @@ TEST_F(Files, AreWaitedForWhereTheyAreFollowedAndTellNoSpreadsheetWhatToDo) {
     start(reader, format);
     EXPECT_TRUE(reader.waitForFinished() && reader.readAll().contains(text)) << format;
   }
+  const std::string show = "ulimit -f 0; " VOREL_LINE " show " + Path() + " > " + Path(".txt") + " 2> /dev/null";
+  EXPECT_EQ(WEXITSTATUS(std::system(show.c_str())), kExitUnusable);
   const std::pair<const char*, const char*> cells[] = {{"=A1", "'=A1"},      {"+1", "+1"},      {"-3.5", "-3.5"},
                                                        {"@a", "'@a"},        {"-1-1", "'-1-1"}, {"a=b", "a=b"},
                                                        {"-\"", "\"'-\"\"\""}};
