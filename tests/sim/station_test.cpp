@@ -1,9 +1,29 @@
 #include <gtest/gtest.h>
 
+#include "protocol/vocabulary.h"
 #include "sim/commands.h"
 
 namespace tarnwell::test {
 namespace {
+
+/// At the values that take the most room; the console takes no byte beyond its limit.
+TEST(Device, RepliesFitWhatTheConsoleTakes) {
+  using namespace protocol;
+  sim::Station station(std::get<sim::Options>(
+      sim::ParseOptions({"--kind", "c240", "--firmware", "0264C-01 V6.2 (17", "--platform", "0842/0358 12"})));
+  for (const char* line : {"level -99.9", "mute direct", "module fail", "temp 1 -99.9"})
+    sim::Execute(station, 0.0, line);
+  for (char letter = 'A'; letter <= 'Z'; ++letter)
+    sim::Execute(station, 0.0, "alarm " + std::string(1, letter) + " active");
+  for (const Request& request :
+       {kModelQuery, kFirmwareQuery, kStatusQuery, kAlarmQuery, kGainQuery, kRFLevelQuery, kTemperature1Query,
+        kRail11VLCQuery, kRailMinus10VQuery, kPlatformQuery, kAlarmStyleQuery, kClearAlarms, SetGain(-19.8),
+        SetThreshold("T1", 1000), SetRFLevelPoint(25, 14.99), SetRFCompensation(3, -50, -9.99)}) {
+    const std::string reply = station.Selected().Answer(request.text).value_or("(none)");
+    EXPECT_NE(reply.find(request.expected), std::string::npos) << request.text << " " << reply;
+    EXPECT_LE(reply.size(), std::min(request.maxReply, request.snapshotMaxReply)) << reply;
+  }
+}
 
 TEST(Station, FindsRequestsInWhatComes) {
   const struct {

@@ -9,6 +9,7 @@
 
 #include "support/pty.h"
 #include "support/scripted_port.h"
+#include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/device.h"
 #include "tools/vorel-line/plain_text.h"
 #include "tools/vorel-line/record_reader.h"
@@ -72,8 +73,10 @@ TEST(CommandLine, TakesTheConsolesFormatAndTheOldOneAndPrintsNamesHarmlessly) {
   for (const auto& [text, format] : formats) EXPECT_EQ(vorel_line::DataFormatOf(text), format) << text;
   testing::internal::CaptureStderr();
   vorel_line::Complain("a\x1b[2J\n\x7f\xC2\x9B b\xC3\xA4\xC2\xB0\\.rec");
+  EXPECT_EQ(vorel_line::Run({"events", "--csv", "a", "--csv"}), vorel_line::kExitUnusable);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
-            "vorel-line: a\\x1B[2J\\x0A\\x7F\\xC2\\x9B b\xC3\xA4\xC2\xB0\\.rec\n");
+            "vorel-line: a\\x1B[2J\\x0A\\x7F\\xC2\\x9B b\xC3\xA4\xC2\xB0\\.rec\nvorel-line: --csv is given twice\n"
+            "vorel-line --help tells how it is used.\n");
 }
 
 TEST_F(Passing, BytesFormatAndTwoConsolesAndAKill) {

@@ -115,11 +115,13 @@ TEST(Turns, TellWhatTheConsoleTookACopyFor) {
 }
 
 TEST(Turns, WhatStoodWhereNothingCouldBeReadIsNoSilence) {
-  for (const char* gap : {"9 bytes unreadable", "records lost: 3 (disk full)", "device back"}) {
+  const std::string anew = "recording begun anew: the file was ";
+  for (const std::string& gap : {std::string("9 bytes unreadable"), std::string("records lost: 3 (disk full)"),
+                                 anew + "shortened", anew + "renamed", std::string("device back")}) {
     bool silence = false;
     Turns turns([&](const Turn& turn) { silence |= turn.what == What::kSilence; });
     Feed(turns, {{1, '>', Framed("VR?", 1)}, {600, '-', gap}, {601, '<', Framed("VR=1", 1)}});
-    EXPECT_EQ(silence, std::string(gap) == "device back") << gap;
+    EXPECT_EQ(silence, gap == "device back" || gap == anew + "renamed") << gap;
   }
 }
 
@@ -127,8 +129,8 @@ TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {
   Script script;
   const std::string ask = Framed("VR?", 1), set = Framed("S=X", 5), level = Framed("VR=1", 1);
   const std::string where = Framed("U?", 5), here = Framed("U=E", 5);
-  Feed(script, StepsOf("0>VR? .1<VR=1 1>" + set + " 4>VR? 4.2<{A 4.5<x} 5>VR? 7.2<VR=1 8>" + set + " 9>" + set +
-                       " 9.005<" + set + " 11.1>" + where + " 11.2<" + here));
+  Feed(script, StepsOf("-3>" + Framed("CT?", 2) + " 0>VR? .1<VR=1 1>" + set + " 4>VR? 4.2<{A 4.5<x} 5>VR? 7.2<VR=1 8>" +
+                       set + " 9>" + set + " 9.005<" + set + " 11.1>" + where + " 11.2<" + here));
   const auto played = [&](const std::string& frame) {
     const auto reply = script.Next(frame);
     std::string text = reply ? reply->taken + "|" : "not recorded";
@@ -136,7 +138,7 @@ TEST(Script, PlaysWhatCameWhenItCameAndTellsWhatWasNotRecorded) {
     for (const Script::Piece& piece : reply->pieces) text += std::to_string(piece.after / 1000) + piece.bytes + " ";
     return text + (reply->last ? "again" : "");
   };
-  EXPECT_EQ(script.Addresses(), (std::vector<int>{1, 5}));
+  EXPECT_EQ(script.Addresses(), (std::vector<int>{1, 5})) << "and not 2, which was asked in vain";
   EXPECT_EQ(played(ask), level + "|100" + level + " ");
   EXPECT_EQ(played(ask), "{Ax}|200{A 500x} ") << "in its pieces";
   EXPECT_EQ(played(ask), "|2200" + level + " ") << "too late then, and too late now";

@@ -127,7 +127,9 @@ TEST_F(SnapshotCommands, TrendDrawsACurveADeviceWithAGapWhereAValueIsMissing) {
 TEST(SnapshotPages, ShowEachOfFiveEqualCurves) {
   tools::Page sheet;
   sheet.charts.resize(1);
-  sheet.charts[0].series.assign(5, {{QPolygonF({{0, 1}, {1, 1}, {2, 1}, {3, 1}, {4, 1}, {8, 1}, {9, 1}})}});
+  sheet.charts[0].timeAcross = true;
+  // One device is asked after the other, on two days.
+  for (int i = 0; i < 5; ++i) sheet.charts[0].series.push_back({{QPolygonF({{60.0 * i, 1}, {86400 + 60.0 * i, 1}})}});
   const QImage page = QImage::fromData(tools::DrawPage(sheet, QStringLiteral("png")));
   for (std::size_t device = 0; device < 5; ++device) {
     QImage sample(44, 44, QImage::Format_RGB32);

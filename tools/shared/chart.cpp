@@ -263,8 +263,9 @@ void DrawRun(QPainter& painter, const QPolygonF& pixels, double radius, double w
 std::size_t CurvesAbove(const Chart& chart, std::size_t index) {
   const auto later = chart.series.size() - 1 - index;
   if (chart.series.size() <= kFew || !chart.timeAcross) return later;
-  const Range range = RangeOf(chart, false);
-  const double hair = (range.greatest - range.least) / 200.0;
+  const Range x = RangeOf(chart, true);
+  const Range y = RangeOf(chart, false);
+  const QPointF hair((x.greatest - x.least) / 200.0, (y.greatest - y.least) / 200.0);
   const Series& series = chart.series[index];
   return static_cast<std::size_t>(std::count_if(chart.series.end() - static_cast<std::ptrdiff_t>(later),
                                                 chart.series.end(),

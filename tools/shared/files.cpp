@@ -5,6 +5,7 @@
 #include <QSaveFile>
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <fstream>
 #include <string_view>
@@ -172,6 +173,12 @@ std::optional<QByteArray> LoadStandardInput(QString& error) {
 bool IsSameFile(const QString& a, const QString& b) {
   std::error_code unknown;
   return std::filesystem::equivalent(PathOf(a), PathOf(b), unknown);
+}
+
+void SurviveFileLimit() {
+#ifdef SIGXFSZ
+  std::signal(SIGXFSZ, SIG_IGN);
+#endif
 }
 
 bool WriteWhole(const QString& name, const QByteArray& bytes, QString& error) {

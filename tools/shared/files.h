@@ -33,6 +33,10 @@ std::optional<QByteArray> LoadStandardInput(QString& error);
 /// Whether both name one file that exists, by links too.
 bool IsSameFile(const QString& a, const QString& b);
 
+/// A write beyond the limit that the user set for files fails then, and is told like a full disk; without this the
+/// program is killed.
+void SurviveFileLimit();
+
 /// Puts the whole file there, or leaves what was there and says why. What is no regular file isn't replaced: a device,
 /// a pipe or a link to one would be gone. Nor is a snapshot or a recording, which nobody can make anew.
 bool WriteWhole(const QString& name, const QByteArray& bytes, QString& error);

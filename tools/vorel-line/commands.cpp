@@ -132,6 +132,7 @@ std::string Parse(const std::vector<std::string>& arguments, const Command& comm
     }
     const Option* option = Find(command.options, arguments[i]);
     if (option == nullptr) return "unknown option " + arguments[i];
+    if (parsed.Has(option->name)) return arguments[i] + " is given twice";
     if (option->hasValue && i + 1 == arguments.size()) return arguments[i] + " needs a value";
     parsed.options[option->name] = option->hasValue ? arguments[++i] : "";
   }

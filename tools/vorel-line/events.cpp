@@ -80,16 +80,17 @@ void Events::TakeNote(const Turn& turn) {
     for (auto& [address, device] : m_devices) device = Device(device.words);
   }
   if (m_flapping.Folds(turn.bytes, turn.at)) return;
-  TellNote(Readable(turn.bytes));
+  TellNote(turn.at, Readable(turn.bytes));
 }
 
-void Events::TellNote(std::string text) {
-  Event event{m_now, m_offset, {}, "recorder", std::move(text)};
+void Events::TellNote(std::int64_t at, std::string text) {
+  Event event{at, m_offset, {}, "recorder", std::move(text)};
   m_commandOpen ? m_held.push_back(std::move(event)) : m_sink(event);
 }
 
 void Events::TellFlapping() {
-  if (std::string text = m_flapping.Settled(m_offset); !text.empty()) TellNote(std::move(text));
+  const std::int64_t at = m_flapping.SettledAt(m_now);
+  if (std::string text = m_flapping.Settled(m_offset); !text.empty()) TellNote(at, std::move(text));
 }
 
 void Events::TellHeld() {
@@ -149,7 +150,7 @@ void Events::Failed(const Turn& turn) {
 void Events::TellPending() {
   if (!m_pending) return;
   const Turn turn = *std::exchange(m_pending, std::nullopt);
-  if (turn.what == What::kDropped) return TellCommand(turn, "what became of it was not awaited");
+  if (turn.what == What::kDropped) return TellCommand(turn, "no answer to it was awaited, or recorded");
   const std::string tries = turn.attempt == 1 ? "one try" : std::to_string(turn.attempt) + " tries";
   TellCommand(turn, "no valid answer in " + tries + ", the last: " + std::string(FaultText(turn.fault)));
 }

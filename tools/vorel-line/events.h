@@ -67,7 +67,7 @@ class Events {
   void FollowStatus(const Turn& turn, Device& device, std::string_view reply);
   void FollowValue(const Turn& turn, Device& device, std::string_view reply);
   void Tell(const Turn& turn, std::string type, std::string text, std::vector<Condition> conditions = {});
-  void TellNote(std::string text);
+  void TellNote(std::int64_t at, std::string text);
   void TellFlapping();
   void TellHeld();
   void TellCommand(const Turn& turn, const std::string& outcome, std::string reply = {});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -25,12 +26,15 @@ class Flapping {
   }
 
   bool IsSettled(std::int64_t now) const { return m_count > 0 && now - m_at > kSettles; }
+  /// When the line of what was folded is due: not when something else happened to be recorded, a day later perhaps.
+  std::int64_t SettledAt(std::int64_t now) const { return std::min(now, m_at + kSettles); }
   /// How the device stands after all that was folded, which is done with; empty where nothing was.
   std::string Settled(int offset) {
     const int count = std::exchange(m_count, 0);
     if (count == 0) return {};
-    const std::string changes = count > 1 ? ", after " + std::to_string(count) + " changes" : "";
-    return m_last + changes + " since " + ClockText(m_since, offset);
+    const std::string since = m_last + " since " + ClockText(m_at, offset);
+    return count == 1 ? since
+                      : since + ", after " + std::to_string(count) + " changes from " + ClockText(m_since, offset);
   }
 
  private:

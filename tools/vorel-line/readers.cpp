@@ -61,7 +61,7 @@ class Transcript {
       case What::kSilence:
         return "no answer to " + Readable(turn.request) + (turn.last ? ", given up" : "");
       case What::kDropped:
-        return "the answer to " + Readable(turn.request) + " was not awaited";
+        return "no answer to " + Readable(turn.request) + " was awaited, or recorded";
       case What::kLate:
         return "late: nobody waits for it";
       case What::kEcho:

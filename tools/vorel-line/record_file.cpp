@@ -194,7 +194,7 @@ std::string RecordFile::WhatBefell() const {
   if (m_descriptor < 0 || fstat(m_descriptor, &own) != 0) return {};
   if (::stat(m_rules.path.c_str(), &named) != 0) {
     const bool isGone = errno == ENOENT || errno == ENOTDIR;
-    return !isGone ? "" : own.st_nlink == 0 ? "was removed" : "was renamed";
+    return !isGone ? "" : own.st_nlink == 0 ? "was removed" : std::string(kRenamed);
   }
   if (own.st_dev != named.st_dev || own.st_ino != named.st_ino) return "was replaced";
   return own.st_size < static_cast<off_t>(m_size) ? "was shortened" : "";

@@ -30,6 +30,7 @@ inline constexpr std::string_view kLost = "records lost: ";  ///< and how many, 
 inline constexpr std::string_view kUnreadable =
     " bytes unreadable";  ///< behind how many; by the reader, not in the file
 inline constexpr std::string_view kAnew = "recording begun anew: the file ";  ///< and what became of it
+inline constexpr std::string_view kRenamed = "was renamed";                   ///< of it: nothing is missing
 inline constexpr std::string_view kStarted = "recording started";
 inline constexpr std::string_view kEnded = "recording ended";
 inline constexpr std::string_view kDeviceGone = "device gone";
@@ -42,7 +43,10 @@ inline std::string_view FormatOfNote(std::string_view note) {
 }
 
 /// Whether records are missing ahead of a note.
-inline bool IsGap(std::string_view note) { return note.starts_with(kLost) || note.ends_with(kUnreadable); }
+inline bool IsGap(std::string_view note) {
+  return note.starts_with(kLost) || note.ends_with(kUnreadable) ||
+         (note.starts_with(kAnew) && !note.ends_with(kRenamed));
+}
 
 /// What a recording of any version begins with.
 inline constexpr std::string_view kRecordingHead = "vorel-line recording ";

@@ -159,6 +159,8 @@ std::vector<int> Script::Addresses() const {
   std::vector<int> addresses;
   for (const auto& [frame, replies] : m_replies) {
     const int address = frame[1] - link::AddressByte(0);
+    const auto answers = [](const Reply& reply) { return !reply.pieces.empty(); };
+    if (std::none_of(replies.begin(), replies.end(), answers)) continue;
     if (addresses.empty() || addresses.back() != address) addresses.push_back(address);
   }
   return addresses;

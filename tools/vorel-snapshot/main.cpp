@@ -1,6 +1,5 @@
 #include <QGuiApplication>
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -21,9 +20,7 @@ bool Print(const QByteArray& bytes, std::FILE* stream) {
 }
 
 int Main(int argc, char** argv) {
-#ifdef SIGXFSZ
-  std::signal(SIGXFSZ, SIG_IGN);  // a file at its limit is told like a full disk
-#endif
+  tarnwell::tools::SurviveFileLimit();
   QStringList arguments;
   for (int i = 1; i < argc; ++i) arguments += tarnwell::tools::NameFromBytes(argv[i]);
   std::unique_ptr<QGuiApplication> painting;
