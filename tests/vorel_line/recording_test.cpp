@@ -101,6 +101,10 @@ TEST(Turns, TellWhatTheConsoleTookACopyFor) {
        "echo U? answer U? echo G=-3.5 silence G=-3.5 echo G=-3.5 try 2 silence G=-3.5 try 2 echo G? answer G? "},
       {"1>G=-3.5 1.005<G=-3.5 1.1>G=-3.5 1.2<G=-3.5", "answer G=-3.5 answer G=-3.5 "},
       {"1>G=-3.5 1.005<G=-3.5", "echo G=-3.5 dropped G=-3.5 "},
+      {"1>G=-3.5 1.005<G=-3.5 9>VR? 9.005<VR=1 10>G=-3.5 10.005<G=-3.5 19-recording_ended",
+       "answer G=-3.5 answer VR? answer G=-3.5 "},
+      {"1>G=-3.5 1.005<G=-3.5 2-device_gone 9>U=B 9.005<U=B 14>VR? 14.1<VR=1",
+       "echo G=-3.5 silence G=-3.5 echo U=B silence U=B answer VR? "},
   };
   for (const auto& [steps, expected] : cases) {
     std::string told;

@@ -54,7 +54,9 @@ void Turns::TakeNote(const Record& record) {
   const bool ends = begins || record.bytes == kEnded;
   // Nothing more comes for what was asked, but silence.
   if (m_open && (ends || (record.bytes == kDeviceGone && !m_gathered.empty()))) CloseOpen(record.at);
-  if (ends && m_asking.copyAt) TellCopy(false, record.at);
+  // The console can't ask a device that is away.
+  if (record.bytes == kDeviceGone && !WentUnasked(record.at)) m_asking.asked = true;
+  if (ends && m_asking.copyAt) TellCopy(!begins && WentUnasked(record.at), record.at);
   if (begins) m_echoes = {};
   const bool isKnown = record.bytes.starts_with(kKnown) && record.bytes.size() > kKnown.size();
   m_sink({What::kNote, record.at, record.offset, record.bytes, {}, isKnown ? record.bytes[kKnown.size()] : '@'});
@@ -87,6 +89,7 @@ void Turns::Ask(const Record& record, std::string_view frame) {
                      record.at - m_asking.at < kRetryWithin + (m_asking.copied ? 2 : 1) * kReplyWindow;
   const int attempt = again ? m_asking.attempt + 1 : 1;
   const std::int64_t firstAt = again ? m_asking.firstAt : record.at;
+  const bool asked = again && m_asking.asked;
   // The console waits for its transmit window, and counts from there.
   const auto window = static_cast<std::int64_t>(1e6 * link::TransmitTime(m_settings, frame.size()));
   m_asking = {std::string(frame),
@@ -95,6 +98,7 @@ void Turns::Ask(const Record& record, std::string_view frame) {
               firstAt,
               record.at + window,
               attempt,
+              asked,
               {},
               {},
               {}};
@@ -104,14 +108,19 @@ void Turns::Ask(const Record& record, std::string_view frame) {
 }
 
 void Turns::SettleCopy(const Record& next, std::string_view frame) {
-  if (!m_asked && frame.substr(2, frame.size() - link::kFrameOverhead) == link::kEchoQuery &&
+  if (!m_asking.asked && frame.substr(2, frame.size() - link::kFrameOverhead) == link::kEchoQuery &&
       frame[1] == m_asking.frame[1]) {
+    m_asking.asked = true;
     m_asked = std::exchange(m_asking, {});
     return;
   }
-  // A console that took the copy for an echo would still wait.
-  TellCopy(next.at < m_asking.until + kReplyWindow, next.at);
+  // A console that took the copy for an echo would ask, or where it can't ask any more still wait.
+  TellCopy(MayAsk() || next.at < m_asking.until + kReplyWindow, next.at);
 }
+
+bool Turns::MayAsk() const { return !m_asking.asked && TriesFor(m_asking.request) > 1; }
+
+bool Turns::WentUnasked(std::int64_t now) const { return MayAsk() && now > m_asking.until + kRetryWithin; }
 
 void Turns::TellCopy(bool confirmed, std::int64_t now) {
   Tell(confirmed ? What::kAnswer : What::kEcho, *std::exchange(m_asking.copyAt, std::nullopt), m_asking.frame);
@@ -206,7 +215,7 @@ void Turns::DropOpen() {
 void Turns::End() {
   TellNoise();
   if (m_open) CloseOpen(m_now);
-  if (m_asking.copyAt) TellCopy(false, m_now);
+  if (m_asking.copyAt) TellCopy(WentUnasked(m_now), m_now);
 }
 
 void Turns::Tell(What what, std::int64_t at, std::string bytes, Fault fault) {

@@ -67,6 +67,9 @@ class Turns {
   void CloseAnswered();
   /// Nothing came but the copy of a setting: what the console asks next says what it took that for.
   void SettleCopy(const Record& next, std::string_view frame);
+  bool MayAsk() const;
+  /// The console has had the time to ask. One on RS-232 hears no echo and takes each copy for the confirmation.
+  bool WentUnasked(std::int64_t now) const;
   void TellCopy(bool confirmed, std::int64_t now);
   void TellNothing(std::int64_t now);
   void TellNoise();
@@ -84,6 +87,7 @@ class Turns {
     std::int64_t firstAt = 0;  ///< of its first try
     std::int64_t until = 0;
     int attempt = 0;
+    bool asked = false;  ///< the console asked whether the line echoes, in this try or in one before
     bool failed = false;
     bool copied = false;                 ///< its copy came, and was dropped
     std::optional<std::int64_t> copyAt;  ///< when, as long as it may be the confirmation
