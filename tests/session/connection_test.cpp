@@ -79,7 +79,7 @@ TEST_F(ConnectionTest, AnAttemptThatFailsTellsWhy) {
   m_port.RefuseOpening("/dev/ttyS0: no such device");
   ExpectFailure(QStringLiteral("(i) Unable to open COM1 | /dev/ttyS0: no such device"), "");
   m_port.RefuseOpening("");
-  m_port.RefuseInputMode(true);
+  m_port.Refuse("InputMode");
   ExpectFailure(QStringLiteral("(i) Unable to open COM1"), "");
 }
 

@@ -44,7 +44,7 @@ TEST_F(StartUpTest, StoredPropertiesAreAppliedAndEachRefusedOneHasItsOwnMessageA
            '|' + std::to_string(Shared().ConnectAddress) + '|' + std::to_string(Shared().RS485Control) + '|' +
            (Shared().AudibleNotify ? "audible" : "") + (Shared().PortRS232 ? " RS232" : "");
   };
-  m_port.RefuseSettings(true);
+  m_port.Refuse("Settings");
   EXPECT_EQ(startWith("Settings=fast CommPort=none Handshaking=many ConnectAddress=32 AudibleNotify=maybe RS232=maybe "
                       "RS485Control=x"),
             "9600,n,8,1|1|0|0|0|");
@@ -53,7 +53,7 @@ TEST_F(StartUpTest, StoredPropertiesAreAppliedAndEachRefusedOneHasItsOwnMessageA
                          QStringLiteral("(!) Corrupted Registry entry for handshaking, using default."),
                          QStringLiteral("(!) Corrupted Registry entry for address, using default.")}));
   EXPECT_EQ(StoredProperty("ConnectAddress"), QStringLiteral("32")) << "a bad value stays in the store";
-  m_port.RefuseSettings(false);
+  m_port.Refuse("");
   EXPECT_EQ(startWith("Settings=1200,e,7,2 CommPort=3 Handshaking=2 ConnectAddress=31 AudibleNotify=True RS232=False "
                       "RS485Control=1"),
             "1200,e,7,2|3|2|31|1|audible");

@@ -232,17 +232,12 @@ TEST_F(ReadBackTest, TheWatchdogShowsAStalledFormAgain) {
   Start();
   OpenSettings([&] { EXPECT_TRUE(Form().isVisible()); },
                [&] {
-                 auto hides = std::make_shared<HideCounter>(Form());
-                 const auto tick = [this, hides] {
-                   Q_EMIT Form().tmrForcePollResume.Tick();
-                   return hides->Take();
-                 };
-                 m_yielder.OnYieldAfter(1, [this, tick] {
+                 m_yielder.OnYieldAfter(1, [this] {
                    EXPECT_TRUE(Form().tmrForcePollResume.Enabled());
-                   EXPECT_EQ(tick(), 0) << "the pause has just begun";
-                   EXPECT_EQ(tick(), 1) << "no pause has come since the last tick";
+                   EXPECT_EQ(HidesAtWatchdog(), 0) << "the pause has just begun";
+                   EXPECT_EQ(HidesAtWatchdog(), 1) << "no pause has come since the last tick";
                  });
-                 m_yielder.OnYield([tick] { EXPECT_EQ(tick(), 0) << "the read-back moves on"; });
+                 m_yielder.OnYield([this] { EXPECT_EQ(HidesAtWatchdog(), 0) << "the read-back moves on"; });
                });
 }
 
