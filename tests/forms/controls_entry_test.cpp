@@ -6,7 +6,7 @@
 #include "forms/controls/plain_controls.h"
 #include "forms/controls/tab_strip.h"
 #include "forms/test_form.h"
-#include "support/manual_clock.h"
+#include "support/late_input.h"
 
 namespace tarnwell::forms {
 

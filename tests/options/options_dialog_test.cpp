@@ -130,22 +130,22 @@ TEST_F(OptionsTest, ChoicesByKeysGoToThePortAndTheStore) {
 
 TEST_F(OptionsTest, ARefusalIsToldAndStoresNothing) {
   const struct {
-    std::function<void(bool)> refuse;
+    const char* refused;
     const char* port;
     const char* message;
     const char* told;
-  } cases[] = {{[this](bool yes) { m_port.RefuseOpening(yes ? "no such device" : "", 3); }, "Com3",
-                "(i) Unable to use COM3 | no such device",
+  } cases[] = {{"", "Com3", "(i) Unable to use COM3 | no such device",
                 "CommPort=3 PortOpen=1(refused) CommPort=1 Settings=300,N,8,1 Handshaking=2"},
-               {[this](bool yes) { m_port.RefuseSettings(yes); }, "Com2", "(i) Unable to use data format or data rate",
+               {"Settings", "Com2", "(i) Unable to use data format or data rate",
                 "CommPort=2 PortOpen=1 PortOpen=0 Settings=300,N,8,1(refused) Settings=300,N,8,1 Handshaking=2"},
-               {[this](bool yes) { m_port.RefuseHandshaking(yes); }, "Com2", "(i) Unable to use handshaking",
+               {"Handshaking", "Com2", "(i) Unable to use handshaking",
                 "Settings=300,N,8,1 Handshaking=2(refused) Settings=300,N,8,1 Handshaking=2"}};
+  m_port.RefuseOpening("no such device", 3);
   for (const auto& c : cases) {
     Start();
     const std::string before = Stored();
     const std::string told = Choose([&] {
-      c.refuse(true);
+      m_port.Refuse(c.refused);
       Pick("cboPort", c.port);
       Pick("cboSpeed", "300");
       Press("optFlow(1)");
@@ -155,7 +155,7 @@ TEST_F(OptionsTest, ARefusalIsToldAndStoresNothing) {
       EXPECT_NE(&Front(), &Main()) << "the dialog stays open";
       EXPECT_EQ(Stored(), before);
       EXPECT_TRUE(Shared().AudibleNotify);
-      c.refuse(false);
+      m_port.Refuse("");
       if (c.port == std::string("Com3")) Pick("cboPort", "Com1");
       Press("cmdOK");
     });

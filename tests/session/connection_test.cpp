@@ -17,23 +17,21 @@ class ConnectionTest : public ProgramTest {
       EXPECT_TRUE(Main().tmrFlasher.Enabled());
     });
     Connect(polls - 1);
-    EXPECT_EQ(m_port.Commands(), traffic);
+    EXPECT_EQ(TakeCommands(), traffic);
     EXPECT_FALSE(Main().tmrFlasher.Enabled());
     EXPECT_EQ(Title(), "Vorel Tarnwell v2.01 : No Connection");
-    m_port.TakeTranscript();
   }
 
   /// An attempt that ends with that message and leaves nothing open.
   void ExpectFailure(const QString& message, const std::string& lastCommand) {
     Connect();
     EXPECT_EQ(m_desktop.TakeMessages(), QStringList(message));
-    const std::string commands = m_port.Commands();
+    const std::string commands = TakeCommands();
     EXPECT_EQ(commands.substr(commands.rfind(' ') + 1), lastCommand);
     EXPECT_EQ(Title(), "Vorel Tarnwell v2.01 : No Connection");
     EXPECT_EQ(Main().cmdConnect.Caption(), QStringLiteral("&Connect"));
     EXPECT_FALSE(m_port.PortOpen() || m_desktop.Busy()) << lastCommand;
     EXPECT_TRUE(Find("txtConnectAddress").isEnabled()) << lastCommand;
-    m_port.TakeTranscript();
   }
 };
 
@@ -79,7 +77,7 @@ TEST_F(ConnectionTest, AnAttemptThatFailsTellsWhy) {
   m_port.RefuseOpening("/dev/ttyS0: no such device");
   ExpectFailure(QStringLiteral("(i) Unable to open COM1 | /dev/ttyS0: no such device"), "");
   m_port.RefuseOpening("");
-  m_port.RefuseInputMode(true);
+  m_port.Refuse("InputMode");
   ExpectFailure(QStringLiteral("(i) Unable to open COM1"), "");
 }
 
@@ -114,8 +112,7 @@ TEST_F(ConnectionTest, DisconnectAndConnectWithinOneYield) {
     m_port.TakeTranscript();
     DisconnectAfter(2);
     ClickOn("cmdConnect");
-    EXPECT_EQ(m_port.Commands(), "CT? CV? CP? CH? G? VR? S?");
-    m_port.TakeTranscript();
+    EXPECT_EQ(TakeCommands(), "CT? CV? CP? CH? G? VR? S?");
   });
   Connect();
   EXPECT_EQ(m_port.Commands(), "") << "the session below sends nothing more";

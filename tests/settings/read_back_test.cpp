@@ -26,7 +26,6 @@ struct OpeningCase {
   const char* firmware;
   const char* platform;
   const char* command;  ///< typed to the simulator ahead of the opening
-  int count;            ///< transactions of the read-back
   const char* commands;
   const char* platformShown;
   const char* standard;
@@ -43,34 +42,31 @@ constexpr const char* kClass3 = "0264C-01 V6.2";
 #define FREE_GROUPS "AuxSense: *Low High; TempComp: *On Off Min Max; Shutdown: On *Off"
 
 const OpeningCase kOpenings[] = {
-    {"k40", kClass1, "", "state standby", 42,
+    {"k40", kClass1, "", "state standby",
      "CT? CV? U? T1? T2? CS? CA? CX? S? H-050? H-025? H+000? H+025? H+050? H+075? H+100? H+125? R00?..R25?",
      "0712/0358", "Address: 1; Thresholds: 48.0 D",
      "AlarmStyle: (Fleeting) (*Latching); Beeper: On *Off; AuxSense: (*Low) (High); TempComp: *On Off Min Max; "
      "Shutdown: (On) (*Off)",
      "RFTable: 0.80 1 of 26; TCPoints: (-50) 2.5 1 of 8; Mode: Online *Stby (Maint)"},
-    {"c120", kClass2, "0842", "state maint", 88, "CT? CV? U? CH? TX? T1? T2? CS? CA? CX? S? " CLASS_2_POINTS " P00?",
+    {"c120", kClass2, "0842", "state maint", "CT? CV? U? CH? TX? T1? T2? CS? CA? CX? S? " CLASS_2_POINTS " P00?",
      "0842", "Address: 1; Transceiver: *Vorel Generic; Thresholds: 52.8 D",
      "AlarmStyle: Fleeting *Latching; " FREE_GROUPS,
      "RFTable: 0.80 1 of 26; PINTable: 12 1 of 41; TCPoints: -40 2.5 1 of 8; RFTCPoints: -20 1.5 1 of 3; "
      "Mode: Online Stby *Maint"},
-    {"c240", kClass3, "0712/0358", "gain 0", 87, "CT? CV? U? CH? T1? T2? CS? CA? CX? S? " CLASS_2_POINTS, "0712/0358",
+    {"c240", kClass3, "0712/0358", "gain 0", "CT? CV? U? CH? T1? T2? CS? CA? CX? S? " CLASS_2_POINTS, "0712/0358",
      "Address: 1; Thresholds: 55.8 D", "AlarmStyle: Fleeting *Latching; Beeper: On *Off; " FREE_GROUPS,
      CLASS_2_TABLES "Stby Maint"},
-    {"c240", kClass3, "0842", "gain 0", 89, "CT? CV? U? CH? TX? T1? T2? CS? CA? CX? S? CF? " CLASS_2_POINTS, "0842",
+    {"c240", kClass3, "0842", "gain 0", "CT? CV? U? CH? TX? T1? T2? CS? CA? CX? S? CF? " CLASS_2_POINTS, "0842",
      "Address: 1; Transceiver: *Vorel Generic; Thresholds: 55.8 D", "AlarmStyle: Fleeting *Latching; " FREE_GROUPS,
      CLASS_2_TABLES "Stby Maint; FanCtrl: *On Off"},
-    {"c60", kClass3, "0857", "gain 0", 87, "CT? CV? U? CH? T1? T2? CS? CA? CX? S? " CLASS_2_POINTS, "0857",
-     "Address: 1; Thresholds: 49.8 D", "AlarmStyle: Fleeting *Latching; Beeper: On *Off; " FREE_GROUPS,
-     CLASS_2_TABLES "Stby Maint"},
-    {"c240", kClass3, "0857E", "gain 0", 88, "CT? CV? U? CH? T1? T2? T3? CS? CA? CX? S? " CLASS_2_POINTS, "0857E",
+    {"c240", kClass3, "0857E", "gain 0", "CT? CV? U? CH? T1? T2? T3? CS? CA? CX? S? " CLASS_2_POINTS, "0857E",
      "Address: 1; Thresholds: 55.8 D; ReflectedThreshold: D",
      "AlarmStyle: Fleeting *Latching; Beeper: On *Off; " FREE_GROUPS, CLASS_2_TABLES "Stby Maint"},
-    {"k80", kClass3, "0857E", "gain 0", 87, "CT? CV? U? CH? T1? T2? CS? CA? CX? S? " CLASS_2_POINTS, "0857E",
+    {"k80", kClass3, "0857E", "gain 0", "CT? CV? U? CH? T1? T2? CS? CA? CX? S? " CLASS_2_POINTS, "0857E",
      "Address: 1; Thresholds: 51.0 D", "AlarmStyle: Fleeting *Latching; Beeper: On *Off; " FREE_GROUPS,
      CLASS_2_TABLES "Stby Maint"},
-    {"controller", "", "", "config 1:1", 3, "CT? CV? U? CM?", "", "Address: 1; 7316Config: *1:1 1:2", "", ""},
-    {"controller", "", "", "priority B", 4, "CT? CV? U? CM? CP?", "",
+    {"controller", "", "", "config 1:1", "CT? CV? U? CM?", "", "Address: 1; 7316Config: *1:1 1:2", "", ""},
+    {"controller", "", "", "priority B", "CT? CV? U? CM? CP?", "",
      "Address: 1; 7316Config: 1:1 *1:2; 7316Priority: None Path A *Path B", "", ""},
 };
 
@@ -83,9 +79,6 @@ TEST_F(ReadBackTest, EachDeviceIsAskedForWhatItHasAndShowsIt) {
     Start();
     OpenSettings(
         [&] {
-          const std::string whole = m_port.Commands();
-          const bool maintenance = Form().optModeMaint.Value();  // its last query is the point's in view
-          EXPECT_EQ(std::count(whole.begin(), whole.end(), '?') - 1 - (maintenance ? 1 : 0), c.count) << name;
           EXPECT_GE(m_port.SmallestGap(), 0.02 + 0.05) << name;
           EXPECT_EQ(TakeCommands(), WithAllPoints(c.commands));
           EXPECT_FALSE(Form().tmrForcePollResume.Enabled());
@@ -120,7 +113,6 @@ TEST_F(ReadBackTest, EachDeviceIsAskedForWhatItHasAndShowsIt) {
 
 TEST_F(ReadBackTest, RemoteLockoutShowsAllAndLocksAll) {
   const std::tuple<const char*, const char*, const char*> cases[] = {
-      {"k40", "SSPA", "Address: (1); Thresholds: (48.0) (D)"},
       {"c240", "SSPA", "Address: (1); Transceiver: (*Vorel) (Generic); Thresholds: (55.8) (D)"},
       {"controller", "Redundancy Controller",
        "Address: (1); 7316Config: (1:1) (*1:2); 7316Priority: (*None) (Path A) (Path B)"}};
@@ -232,17 +224,12 @@ TEST_F(ReadBackTest, TheWatchdogShowsAStalledFormAgain) {
   Start();
   OpenSettings([&] { EXPECT_TRUE(Form().isVisible()); },
                [&] {
-                 auto hides = std::make_shared<HideCounter>(Form());
-                 const auto tick = [this, hides] {
-                   Q_EMIT Form().tmrForcePollResume.Tick();
-                   return hides->Take();
-                 };
-                 m_yielder.OnYieldAfter(1, [this, tick] {
+                 m_yielder.OnYieldAfter(1, [this] {
                    EXPECT_TRUE(Form().tmrForcePollResume.Enabled());
-                   EXPECT_EQ(tick(), 0) << "the pause has just begun";
-                   EXPECT_EQ(tick(), 1) << "no pause has come since the last tick";
+                   EXPECT_EQ(HidesAtWatchdog(), 0) << "the pause has just begun";
+                   EXPECT_EQ(HidesAtWatchdog(), 1) << "no pause has come since the last tick";
                  });
-                 m_yielder.OnYield([tick] { EXPECT_EQ(tick(), 0) << "the read-back moves on"; });
+                 m_yielder.OnYield([this] { EXPECT_EQ(HidesAtWatchdog(), 0) << "the read-back moves on"; });
                });
 }
 

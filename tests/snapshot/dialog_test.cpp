@@ -37,8 +37,7 @@ class DialogTest : public ProgramTest {
       EXPECT_EQ(Form(), nullptr);
       EXPECT_TRUE(Main().tmrFlasher.Enabled() && Main().tmrForcePollResume.Enabled());
       EXPECT_FALSE(m_desktop.Busy());
-      m_snapshotCommands = m_port.Commands();
-      m_port.TakeTranscript();
+      m_snapshotCommands = TakeCommands();
     });
     Connect(12);
   }

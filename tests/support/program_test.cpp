@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QSettings>
 #include <QTimer>
+#include <QWindow>
 
 #include "forms/controls/input_gate.h"
 
@@ -97,6 +98,15 @@ void ProgramTest::ClickOn(const char* name) {
 
 void ProgramTest::DisconnectAfter(int polls) {
   m_yielder.OnYieldAfter(polls - 1, [this] { ClickOn("cmdConnect"); });
+}
+
+int ProgramTest::HidesAtWatchdog() {
+  int hides = 0;
+  const QObject scope;
+  QObject::connect(Front().windowHandle(), &QWindow::visibleChanged, &scope,
+                   [&](bool shown) { hides += shown ? 0 : 1; });
+  Q_EMIT Find<forms::Timer>("tmrForcePollResume").Tick();
+  return hides;
 }
 
 void ProgramTest::NoteStates(const char* ahead) {

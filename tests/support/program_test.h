@@ -47,22 +47,6 @@ class FakeDesktop final : public platform::Desktop {
   bool m_busy = false;
 };
 
-/// Counts how often a window is hidden.
-class HideCounter final : public QObject {
- public:
-  explicit HideCounter(QObject& window) { window.installEventFilter(this); }
-  int Take() { return std::exchange(m_count, 0); }
-
- protected:
-  bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() == QEvent::Hide) ++m_count;
-    return false;
-  }
-
- private:
-  int m_count = 0;
-};
-
 /// A device that answers by a table: "S?" gives "S=OT". A command without a row is met with silence.
 using ReplyTable = std::map<std::string, std::string>;
 
@@ -116,6 +100,9 @@ class ProgramTest : public testing::Test {
     m_port.TakeTranscript();
     return paces;
   }
+
+  /// How often the form in front is hidden when its watchdog looks for a pass of the poll since its last look.
+  int HidesAtWatchdog();
 
   /// Chooses an entry of the console's menus that is enabled, and stays in what it opens until that ends.
   void Choose(const char* entry);

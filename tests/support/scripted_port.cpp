@@ -27,14 +27,14 @@ std::string Framed(std::string_view text, std::uint8_t address) {
 
 ScriptedPort::~ScriptedPort() {
   std::string unsent;
-  for (const Exchange& exchange : m_script) unsent += exchange.m_command + ' ';
+  for (const Exchange& exchange : m_script) unsent += exchange.command + ' ';
   EXPECT_EQ(unsent, "") << "was expected and never sent";
   std::string unread;
   for (const ReceivedByte& received : m_received) unread += received.byte;
   EXPECT_EQ(unread, "") << "was received and never read";
 }
 
-Exchange& ScriptedPort::Expect(std::string command) { return m_script.emplace_back(std::move(command)); }
+Exchange& ScriptedPort::Expect(std::string command) { return m_script.emplace_back(Exchange{std::move(command)}); }
 
 void ScriptedPort::ExpectSilence(const std::string& command, int tries) {
   for (; tries > 0; --tries) Expect(command);
@@ -89,8 +89,7 @@ bool ScriptedPort::SetCommPort(int number) {
 }
 
 bool ScriptedPort::SetSettings(std::string_view settings) {
-  const bool taken =
-      Take(!m_refusesSettings && settings.find(",,") == std::string_view::npos, "Settings=" + std::string(settings));
+  const bool taken = Take(settings.find(",,") == std::string_view::npos, "Settings=" + std::string(settings));
   if (taken) {
     m_settings = settings;
     for (char& letter : m_settings) letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
@@ -99,8 +98,7 @@ bool ScriptedPort::SetSettings(std::string_view settings) {
 }
 
 bool ScriptedPort::SetHandshaking(int handshaking) {
-  const bool taken = Take(!m_refusesHandshaking && (handshaking == 0 || handshaking == 2),
-                          "Handshaking=" + std::to_string(handshaking));
+  const bool taken = Take(handshaking == 0 || handshaking == 2, "Handshaking=" + std::to_string(handshaking));
   if (taken) m_handshaking = handshaking;
   return taken;
 }
@@ -113,9 +111,7 @@ bool ScriptedPort::SetPortOpen(bool open) {
   return taken;
 }
 
-bool ScriptedPort::SetInputMode(int mode) {
-  return Take(!m_refusesInputMode && m_open && mode == 1, "InputMode=" + std::to_string(mode));
-}
+bool ScriptedPort::SetInputMode(int mode) { return Take(m_open && mode == 1, "InputMode=" + std::to_string(mode)); }
 
 int ScriptedPort::InBufferCount() {
   AwaitInput(1);  // as long as a port may look at an empty line
@@ -135,14 +131,12 @@ void ScriptedPort::Output(std::string_view bytes) {
   const std::string command = CommandOf(bytes);
   Record(command, true);
   if (m_script.empty() && m_model) {
-    Exchange exchange(command);
-    exchange.m_text = m_model(command);
-    Reply(exchange);
+    Reply({command, m_model(command)});
     return;
   }
-  if (m_script.empty() || m_script.front().m_command != command) {
+  if (m_script.empty() || m_script.front().command != command) {
     ADD_FAILURE() << "sent \"" << command << "\", expected "
-                  << (m_script.empty() ? "nothing" : '"' + m_script.front().m_command + '"')
+                  << (m_script.empty() ? "nothing" : '"' + m_script.front().command + '"')
                   << "; so far: " << Commands();
     return;
   }
@@ -166,7 +160,8 @@ void ScriptedPort::Record(std::string text, bool isCommand) {
 }
 
 /// A refused value is recorded too: it was asked for.
-bool ScriptedPort::Take(bool taken, const std::string& entry) {
+bool ScriptedPort::Take(bool valid, const std::string& entry) {
+  const bool taken = valid && (m_refused.empty() || !entry.starts_with(m_refused));
   Record(taken ? entry : entry + "(refused)");
   return taken;
 }
@@ -179,12 +174,12 @@ std::string ScriptedPort::CommandOf(std::string_view frame) const {
 }
 
 void ScriptedPort::Reply(const Exchange& exchange) {
-  if (exchange.m_action) exchange.m_action();
-  const std::string bytes = exchange.m_text ? Framed(*exchange.m_text, m_address) : exchange.m_bytes;
-  double seconds = exchange.m_delay;
+  if (exchange.action) exchange.action();
+  const std::string bytes = exchange.text ? Framed(*exchange.text, m_address) : exchange.bytes;
+  double seconds = exchange.delay;
   for (const char byte : bytes) {
     m_received.push_back({m_counter.Now() + std::llround(seconds * VirtualCounter::kRate), byte});
-    seconds += exchange.m_gap;
+    seconds += exchange.gap;
   }
   const auto earlier = [](const ReceivedByte& a, const ReceivedByte& b) { return a.at < b.at; };
   std::stable_sort(m_received.begin(), m_received.end(), earlier);

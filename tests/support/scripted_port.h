@@ -18,45 +18,28 @@ namespace tarnwell::test {
 std::string Framed(std::string_view text, std::uint8_t address = 0);
 
 /// One expected request and what comes back. Without an answer the device is silent.
-class Exchange {
- public:
-  explicit Exchange(std::string command) : m_command(std::move(command)) {}
+struct Exchange {
+  std::string command;
+  std::optional<std::string> text = {};  ///< of the reply; the port frames it from the address that it has then
+  std::string bytes = {};                ///< of the reply, as they stand
+  double delay = 0.02;                   ///< seconds from the request to the first byte of the reply
+  double gap = 0.0;                      ///< seconds from one byte of the reply to the next
+  std::function<void()> action = {};     ///< happens as the request arrives
 
-  /// The reply text, framed by the port from the address it has when the request comes.
-  Exchange& Answer(std::string text) { return Set(m_text, std::move(text)); }
-  /// The reply byte by byte, as it stands.
-  Exchange& AnswerBytes(std::string bytes) { return Set(m_bytes, std::move(bytes)); }
-  /// Seconds from the request to the first byte of the reply; 0.02 unless told.
-  Exchange& After(double seconds) { return Set(m_delay, seconds); }
-  /// `gap` seconds from one byte of the reply to the next.
-  Exchange& WithGaps(double gap) { return Set(m_gap, gap); }
-  /// Something that happens as the request arrives.
-  Exchange& Do(std::function<void()> action) { return Set(m_action, std::move(action)); }
-
- private:
-  friend class ScriptedPort;
+  Exchange& Answer(std::string reply) { return Set(text, std::move(reply)); }
+  Exchange& AnswerBytes(std::string reply) { return Set(bytes, std::move(reply)); }
+  Exchange& After(double seconds) { return Set(delay, seconds); }
+  Exchange& WithGaps(double seconds) { return Set(gap, seconds); }
+  Exchange& Do(std::function<void()> act) { return Set(action, std::move(act)); }
 
   template <class T, class V>
   Exchange& Set(T& place, V value) {
     place = std::move(value);
     return *this;
   }
-
-  std::string m_command;
-  std::optional<std::string> m_text;
-  std::string m_bytes;
-  double m_delay = 0.02;
-  double m_gap = 0.0;
-  std::function<void()> m_action;
 };
 
-/// A serial port whose other end follows a script on the virtual counter:
-///
-///     VirtualCounter counter;
-///     ScriptedPort port(counter);
-///     port.Expect("S?").Answer("S=OT");
-///     port.ExpectSilence("VR?");
-///
+/// A serial port whose other end follows a script on the virtual counter: port.Expect("S?").Answer("S=OT").
 /// A request that is not the next one of the script fails the test at once and gets no answer; what was never sent or
 /// never read fails it when the port is destroyed. The port starts closed.
 class ScriptedPort final : public platform::SerialPort {
@@ -95,9 +78,8 @@ class ScriptedPort final : public platform::SerialPort {
     m_openRefusal = std::move(reason);
     m_refusedPort = port;
   }
-  void RefuseInputMode(bool refused) { m_refusesInputMode = refused; }
-  void RefuseSettings(bool refused) { m_refusesSettings = refused; }
-  void RefuseHandshaking(bool refused) { m_refusesHandshaking = refused; }
+  /// "Settings", "Handshaking" or "InputMode" is refused until another, or "", is given.
+  void Refuse(std::string what) { m_refused = std::move(what); }
   void SetCTSHolding(bool holding) { m_ctsHolding = holding; }
   /// Bytes that stand in the output buffer until it is discarded.
   void HoldOutput(int bytes) { m_outBuffered = bytes; }
@@ -138,7 +120,7 @@ class ScriptedPort final : public platform::SerialPort {
   };
 
   void Record(std::string text, bool isCommand = false);
-  bool Take(bool taken, const std::string& entry);
+  bool Take(bool valid, const std::string& entry);
   std::string Joined(bool commandsAlone) const;
   std::string CommandOf(std::string_view frame) const;
   void Reply(const Exchange& exchange);
@@ -155,9 +137,7 @@ class ScriptedPort final : public platform::SerialPort {
   std::string m_openRefusal;
   int m_refusedPort = 0;
   std::string m_openFailure;
-  bool m_refusesInputMode = false;
-  bool m_refusesSettings = false;
-  bool m_refusesHandshaking = false;
+  std::string m_refused;
   bool m_present = true;
 
   int m_commPort = 1;

@@ -30,7 +30,6 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
     const char* told;
   } cases[] = {
       {whole, "a.txt: whole, amplifier, 57 lines"},
-      {SampleFile("controller.txt"), "a.txt: whole, redundancy controller, 16 lines"},
       {Changed({{13, "[rf level] #ERR"}, {46, "[rf level table (dBm,V)] (#ERR, #ERR), (D, D)"}}),
        "a.txt: whole, 2 values not read, amplifier, 57 lines"},
       {"", "a.txt: the file is empty"},
@@ -59,6 +58,9 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
       {replaced(At(13, 6), 0, "Q"),
        "a.txt:13: column 81: too long: 81 characters, a line has 80|a.txt:13: column 6: the label [rf level] is "
        "damaged"},
+      {replaced(At(13, 6), 1, ""),
+       "a.txt:13: column 80: too short: 79 characters, a line has 80|a.txt:13: column 6: the label [rf level] is "
+       "damaged"},
       {replaced(At(13, 80), 1, "\x7F"),
        "a.txt:13: column 80: control character, code 127|"
        "a.txt:13: check character code 127, for this text \"C\""},
@@ -67,7 +69,6 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
       {with(4, "[sspa] 240W    x"), "a.txt:4: column 16: text behind the padding"},
       {with(7, "[operating state] ONWARD"), "a.txt:7: column 21: none of the words that stand here"},
       {with(3, "[time dd/mm/yyyy hh:mm:ss] 29/02/2007 09:26:41"), "a.txt:3: column 28: no day of the calendar"},
-      {with(3, "[time dd/mm/yyyy hh:mm:ss] 29/02/2008 09:26:41"), "a.txt: whole, amplifier, 57 lines"},
       {with(5, "[address] 32"), "a.txt:5: column 11: no address from 0 to 31"},
       {with(14, "[reflected rf level] #NA"), "a.txt:14: column 22: no number"},
       {with(22, "[latched alarms] OVER_TEMP_AMP1, RF_LEVEL_LOW, AUXILIARY"),
