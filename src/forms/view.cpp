@@ -1,7 +1,8 @@
 #include "forms/view.h"
 
 #include <QApplication>
-#include <QIcon>
+
+#include "forms/controls/drawing.h"
 
 // Outside every namespace, as the macro demands. A static library's resources are linked only where somebody asks.
 static void UsePictures() { Q_INIT_RESOURCE(pictures); }
@@ -25,11 +26,11 @@ void NameSpins(std::initializer_list<SpinOf> spins) {
   }
 }
 
-// The toolkit keeps what it drew of each icon, up to 10 MB: an icon for each form that opens would fill that.
+// One for all forms, read once.
 void GiveIcon() {
   UsePictures();
   if (QApplication::windowIcon().isNull()) {
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/pictures/tarnwell.svg")));
+    QApplication::setWindowIcon(Drawing(QStringLiteral(":/pictures/tarnwell.svg")));
   }
 }
 

@@ -4,6 +4,7 @@
 #include <QDir>
 #include <QImage>
 #include <QPainter>
+#include <QTimeZone>
 #include <QXmlStreamReader>
 
 #include "tools/shared/files.h"
@@ -155,7 +156,8 @@ TEST_F(SnapshotCommands, ChartsHaveRoomForAnyNumber) {
 
 TEST(SnapshotTicks, OfDatesAreRound) {
   const auto seconds = [](int year, int month, int day, int hour) {
-    return static_cast<double>(QDateTime(QDate(year, month, day), QTime(hour, 30), Qt::UTC).toSecsSinceEpoch());
+    return static_cast<double>(
+        QDateTime(QDate(year, month, day), QTime(hour, 30), QTimeZone::utc()).toSecsSinceEpoch());
   };
   const auto told = [](double least, double greatest) {
     QStringList texts;

@@ -1,4 +1,5 @@
 #include <QDateTime>
+#include <QTimeZone>
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -55,15 +56,15 @@ constexpr DateStep kDateSteps[] = {{1, 0, "hh:mm:ss"},
 /// Steps from the start of the count: of the years, or of 1970.
 qint64 StepsTo(const DateStep& step, double seconds) {
   if (step.months == 0) return static_cast<qint64>(std::floor(seconds / step.seconds));
-  const QDate date = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), Qt::UTC).date();
+  const QDate date = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(seconds), QTimeZone::utc()).date();
   return (date.year() * 12 + date.month() - 1) / step.months;
 }
 
 /// Invalid where no year has that number.
 QDateTime TimeOf(const DateStep& step, qint64 steps) {
-  if (step.months == 0) return QDateTime::fromSecsSinceEpoch(steps * step.seconds, Qt::UTC);
+  if (step.months == 0) return QDateTime::fromSecsSinceEpoch(steps * step.seconds, QTimeZone::utc());
   const auto month = static_cast<int>(steps * step.months);
-  return {QDate(month / 12, month % 12 + 1, 1), QTime(0, 0), Qt::UTC};
+  return {QDate(month / 12, month % 12 + 1, 1), QTime(0, 0), QTimeZone::utc()};
 }
 
 /// 1, 2 or 5 times a power of ten, at least `step`.

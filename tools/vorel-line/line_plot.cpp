@@ -1,6 +1,7 @@
 #include "tools/vorel-line/line_plot.h"
 
 #include <QDateTime>
+#include <QTimeZone>
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -48,7 +49,7 @@ QPolygonF Thinned(const QPolygonF& run, double column) {
 }
 
 QString MomentText(double at) {
-  const QDateTime time = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(at * 1000), Qt::UTC);
+  const QDateTime time = QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(at * 1000), QTimeZone::utc());
   return time.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
 }
 

@@ -1,5 +1,6 @@
 #include "tools/vorel-snapshot/describe.h"
 
+#include <QTimeZone>
 #include <algorithm>
 
 #include "platform/text_encoding.h"
@@ -91,7 +92,7 @@ QString Model(const Snapshot& snapshot) {
 QDateTime TimeOf(const QString& text) {
   const QDate date = QDate::fromString(text.section(QLatin1Char(' '), 0, 0), QStringLiteral("dd/MM/yyyy"));
   const QTime time = QTime::fromString(text.section(QLatin1Char(' '), 1), QStringLiteral("hh:mm:ss"));
-  return date.isValid() && time.isValid() ? QDateTime(date, time, Qt::UTC) : QDateTime();
+  return date.isValid() && time.isValid() ? QDateTime(date, time, QTimeZone::utc()) : QDateTime();
 }
 
 QString IsoTime(const QDateTime& time) { return time.toString(QStringLiteral("yyyy-MM-ddThh:mm:ss")); }

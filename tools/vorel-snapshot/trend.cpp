@@ -3,6 +3,7 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QLocale>
+#include <QTimeZone>
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
@@ -210,7 +211,7 @@ tools::Page Trend::Picture() const {
   const auto [first, last] = std::minmax_element(m_samples.begin(), m_samples.end(),
                                                  [](const Sample& a, const Sample& b) { return a.time < b.time; });
   const auto day = [](double time) {
-    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(time), Qt::UTC).date().toString(Qt::ISODate);
+    return QDateTime::fromSecsSinceEpoch(static_cast<qint64>(time), QTimeZone::utc()).date().toString(Qt::ISODate);
   };
   tools::Page page{.title = QStringLiteral("%1 to %2").arg(day(first->time), day(last->time)),
                    .details = QStringLiteral("%1 snapshots").arg(m_samples.size())};
@@ -234,7 +235,7 @@ QByteArray Trend::Csv() const {
     if (!HasNumber(i)) continue;
     for (const Sample& sample : m_samples) {
       const Value& value = sample.values[i];
-      const QDateTime time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(sample.time), Qt::UTC);
+      const QDateTime time = QDateTime::fromSecsSinceEpoch(static_cast<qint64>(sample.time), QTimeZone::utc());
       text += CsvRow({NameOf(m_quantities[i]), m_names.at(sample.device), IsoTime(time), NumberCell(value),
                       Text(FieldOf(m_quantities[i]).unit), StateCell(value, value.kind == Value::Kind::kLost),
                       sample.file});

@@ -3,6 +3,8 @@
 #include <QPainter>
 #include <QWheelEvent>
 
+#include "forms/controls/drawing.h"
+
 namespace tarnwell::forms {
 
 ComboBox::ComboBox(const char* name, Container container, const char* /*caption*/, const char* toolTip,
@@ -27,7 +29,7 @@ ProgressBar::ProgressBar(const char* name, Container container, const char* /*ca
 }
 
 Image::Image(const char* name, Container container, const char* icon, const char* description)
-    : QWidget(container.Widget()), m_icon(QString::fromUtf8(icon)) {
+    : QWidget(container.Widget()), m_icon(Drawing(QString::fromUtf8(icon))) {
   InitControl(*this, name, "", {});
   setAccessibleName(QString::fromUtf8(description));
 }
