@@ -215,6 +215,8 @@ TEST_F(SnapshotCommands, TheProgramReadsStandardInputAndTellsOfAFileAtItsLimit) 
   Write("a.txt", SampleFile("amplifier.txt"));
   EXPECT_EQ(Shell(VOREL_SNAPSHOT " verify - < a.txt > told.txt"), 0);
   EXPECT_EQ(Load("told.txt").left(49), "standard input: whole, amplifier, 57 lines\n1 file");
+  EXPECT_EQ(Shell(VOREL_SNAPSHOT " list - <&- 2> told.txt"), 2);
+  EXPECT_EQ(Load("told.txt"), "vorel-snapshot: standard input: Bad file descriptor\n");
   EXPECT_EQ(Shell("ulimit -f 1; " VOREL_SNAPSHOT " export --json a.txt > t.json 2> told.txt"), 2);
   EXPECT_EQ(Load("told.txt"), "vorel-snapshot: standard output took not all: File too large\n");
 }

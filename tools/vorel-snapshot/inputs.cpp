@@ -103,7 +103,7 @@ std::optional<Snapshot> ReadNamed(const QString& path, Output& output) {
   QString error;
   const auto bytes = path == kStandardInput ? tools::LoadStandardInput(error) : tools::LoadFile(path, error);
   if (bytes) return ReadBytes({bytes->constData(), static_cast<std::size_t>(bytes->size())});
-  Complain(output, tools::Told(path, error));
+  Complain(output, tools::Told(ShownName(path), error));
   return std::nullopt;
 }
 
