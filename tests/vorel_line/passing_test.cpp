@@ -133,7 +133,8 @@ TEST_F(Passing, ADeviceThatComesLateOrIsPulledIsTaken) {
   EXPECT_EQ(Recorded(),
             "-recording started\n-device gone\n" + back + "-device gone\n>" + ask + "\n" + back + "-recording ended\n");
   simulator.terminate();
-  simulator.waitForFinished();
+  EXPECT_TRUE(simulator.waitForFinished() && simulator.readAllStandardOutput().contains("ok pull\n"));
+  EXPECT_FALSE(QFileInfo(device).isSymLink()) << "the simulator leaves no link";
 }
 
 TEST_F(Passing, ALinkIsPutBackAndOneInUseAndAPipeAreRefused) {
