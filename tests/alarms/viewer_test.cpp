@@ -79,8 +79,6 @@ TEST_F(ViewerTest, AsksEachAmplifierWhatItHas) {
   };
   expect({}, "13- ", "A? VR? VT? VT2? V5? V11? V11LC? V-10? V14?",
          "12.3 dBm||41°C|43°C|5.01 V|0.00 V|-0.50 V|-10.00 V|14.00 V|11V rail low|Power Supply Thermal|");
-  expect({{"CH?", "CH=857E"}}, "17- 18- ", "A? VR? VR2? VT? VT2? V5? V11? V-10? V14?",
-         "12.3 dBm|30.0 dBm|41°C|43°C|5.01 V|0.00 V||-10.00 V|14.00 V|11V rail low|Fan Alarm|");
   // one module
   expect({{"CT?", "CT=40W K-BAND"}, {"CH?", "CH=857E"}, {"VT?", "VT=hot"}}, "13- 16- 17- 18- 20- ",
          "A? VR? VR2? VT? V5? V11? V-10? V14?",

@@ -39,7 +39,7 @@ TEST_F(ReadersTest, AmplifierStatusAndWhatALockoutLeaves) {
                {"S=OX", "optOnline optREM optRFMute: RF Mute (User)"},
                {"S=OTX", "optOnline optREM optRFOn: RF On"},
                {"S=OTZ", "optOnline optRFOn optRLO: RF On, held, locked"},
-               {"S=OT", "optOnline optREM optRFOn: RF On"}},
+               {"S=MSOT", "optOnline optREM optRFOn: RF On"}},
               [this] {
                 EXPECT_FALSE(Find("optMaint").isEnabled() || Find("optRLO").isEnabled());
                 return SelectedOptions() + ": " + CaptionOf("lblSSPAMute") +

@@ -34,16 +34,12 @@ class SettingsRig {
     m_tables.ReadPiNPoint(7);
     m_tables.ReadRFTempCompPoint(1);
     m_tables.ReadTempCompPoint(2);
-    for (const auto& [spin, value] : {std::pair{"updwnRFLevel", 5},
-                                      {"updwnPiNLevel", 7},
-                                      {"updwnRFTempComp", 1},
-                                      {"updwnTempComp", 2},
-                                      {"updwnRFMin", 100},
-                                      {"updwnRFMax", 100},
-                                      {"updwnReflectedMax", 100},
-                                      {"updwnSSPAAddress", 7}}) {
-      Find<forms::UpDown>(spin).SetValue(value);
-    }
+    m_form.updwnRFLevel.SetValue(5);
+    m_form.updwnPiNLevel.SetValue(7);
+    m_form.updwnRFTempComp.SetValue(1);
+    m_form.updwnTempComp.SetValue(2);
+    for (auto* spin : {&m_form.updwnRFMin, &m_form.updwnRFMax, &m_form.updwnReflectedMax}) spin->SetValue(100);
+    m_form.updwnSSPAAddress.SetValue(7);
     m_port.TakeTranscript();
   }
 
