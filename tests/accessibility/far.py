@@ -1,5 +1,5 @@
 """The console far from its device: socat at both ends of a connection that is late each way and can be cut."""
-import asyncio, os, socket, threading
+import asyncio, socket, threading
 
 from stage import Stage
 
@@ -41,9 +41,6 @@ class Far(Stage):
     def __init__(self, delay):
         self.delay = delay
         super().__init__()
-
-    def device_end(self, link):
-        return os.path.join(self.folder.name, "device")
 
     def join(self, device, link):
         with socket.create_server(("127.0.0.1", 0)) as free:

@@ -8,9 +8,6 @@ recording = os.path.join(folder.name, "line.rec")
 
 
 class Recorded(Stage):
-    def device_end(self, link):
-        return os.path.join(self.folder.name, "device")
-
     def join(self, device, link):
         self.recorder = self.start(["vorel-line", "record", device, "--link", link, "-o", recording], None)
 

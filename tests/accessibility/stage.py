@@ -20,7 +20,8 @@ class Stage:
         link = os.path.join(self.folder.name, "tarnwell", "ports", "com1")
         os.makedirs(os.path.dirname(link))
         trace = os.path.join(self.folder.name, "trace")
-        device = self.device_end(link)
+        # The console's own end of the line is the device's where nothing is between them.
+        device = link if type(self).join is Stage.join else os.path.join(self.folder.name, "device")
         self.simulator = self.start(["vorel-sim", "--link", device, "--seed", "0", "--trace", *simulator], environment,
                                     stdin=subprocess.PIPE, stdout=open(trace, "w"), text=True)
         self.trace = open(trace)
@@ -32,10 +33,6 @@ class Stage:
             self.listener.register(kind)
         self.console = self.start(["tarnwell"], environment, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
         self.until("the console", self.windows)
-
-    def device_end(self, link):
-        """Where the device has its end of the line; it is the console's own where nothing is between them."""
-        return link
 
     def join(self, device, link):
         """Starts what is between device and console."""

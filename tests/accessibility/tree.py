@@ -88,10 +88,11 @@ def amplifier():
         expect_said(stage, "No alarm")
 
         lost, back = TITLE + "Lost Connection to 60W C-BAND Retrying...", TITLE + "Connected to 60W C-BAND"
-        stage.device("silence")
-        expect_said(stage, lost)
-        stage.device("talk")
-        expect_said(stage, back)
+        for loss, end in (("silence", "talk"), ("pull", "plug")):
+            stage.device(loss)
+            expect_said(stage, lost)
+            stage.device(end)
+            expect_said(stage, back)
 
         order_in_lockout(stage, "Standby")
         expect_said(stage, "Operating State: Online")

@@ -79,8 +79,6 @@ TEST_F(ViewerTest, AsksEachAmplifierWhatItHas) {
   };
   expect({}, "13- ", "A? VR? VT? VT2? V5? V11? V11LC? V-10? V14?",
          "12.3 dBm||41°C|43°C|5.01 V|0.00 V|-0.50 V|-10.00 V|14.00 V|11V rail low|Power Supply Thermal|");
-  expect({{"CH?", "CH=857E"}}, "17- 18- ", "A? VR? VR2? VT? VT2? V5? V11? V-10? V14?",
-         "12.3 dBm|30.0 dBm|41°C|43°C|5.01 V|0.00 V||-10.00 V|14.00 V|11V rail low|Fan Alarm|");
   // one module
   expect({{"CT?", "CT=40W K-BAND"}, {"CH?", "CH=857E"}, {"VT?", "VT=hot"}}, "13- 16- 17- 18- 20- ",
          "A? VR? VR2? VT? V5? V11? V-10? V14?",
@@ -93,8 +91,8 @@ TEST_F(ViewerTest, AsksEachAmplifierWhatItHas) {
 
 TEST_F(ViewerTest, AcknowledgedUntilTheDeviceDropsTheAlarm) {
   m_replies = AmplifierReplies();
-  m_replies["A?"] = "A=CTFfu?[`{@";  // a latched alarm that is active as well counts as latched; the rest is no alarm
-  m_replies["ZA"] = "A=C";           // not decoded
+  m_replies["A?"] = "A=CTFfu?[`{@?[`{@?[`{@";  // what is latched and active counts as latched; the rest is no alarm
+  m_replies["ZA"] = "A=C";                     // not decoded
   View([this] {
     EXPECT_EQ(Shown(), "2red 5orange 13- 19red 20orange ") << "at once, from what the console knows";
     for (const char* button : {"cmdAlarms(0)", "cmdAlarms(2)", "cmdAlarms(5)", "cmdAlarms(19)", "cmdAlarms(19)"})
@@ -179,11 +177,6 @@ TEST_F(ViewerTest, ClearingNeedsManualModeAndNoLockoutBeforeAndBehindALostLink) 
   expect(ControllerReplies(), "S=A", "To Clear Alarms 7316 must be in manual mode", "CT? A? A? A? A? A? A?");
   expect(ControllerReplies(), "S=MZ", "", "CT? A? A? A? A? A? A?");
   EXPECT_EQ(NotedStates(),
-            " +++ +++ +++ +++ +++ cmd7316Alarms(18) cmd7316Alarms(22) cmd7316Alarms(23) cmd7316Alarms(4) "
-            "cmdAlarms(0) cmdAlarms(1) cmdAlarms(10) cmdAlarms(11) cmdAlarms(12) cmdAlarms(14) cmdAlarms(15) "
-            "cmdAlarms(16) cmdAlarms(17) cmdAlarms(18) cmdAlarms(19) cmdAlarms(2) cmdAlarms(23) cmdAlarms(24) "
-            "cmdAlarms(25) cmdAlarms(3) cmdAlarms(4) cmdAlarms(5) cmdAlarms(6) cmdAlarms(7) cmdAlarms(8) "
-            "cmdAlarms(9) cmdExit\n"
             " +-+ +-+ +-+ +-+ +-+ cmd7316ExAck cmd7316ExAct cmd7316ExOk cmdExAck cmdExAct cmdExLatch cmdExOk "
             "fra7316Legend fraLegend lbl10H lbl10L lbl10V lbl11H lbl11L lbl11LCH lbl11LCL lbl11V lbl11VLC lbl14H "
             "lbl14L lbl14V lbl5H lbl5L lbl5V lbl7316EEPROM lbl7316ExAck lbl7316ExAct lbl7316ExOk lbl7316System "

@@ -81,13 +81,11 @@ TEST_F(OptionsTest, ShowsWhatIsInForceAndRewritesItAll) {
   EXPECT_FALSE(Main().tmrFlasher.Enabled()) << "no session, no flash";
   EXPECT_EQ(Stored(), "9600,n,8,1|1|0|True|False|True|0|") << "the address is none of its business";
 
-  for (const auto& [key, text] : {std::pair{"Settings", "300,o,7,2"},
-                                  {"CommPort", "3"},
-                                  {"Handshaking", "2"},
-                                  {"AudibleNotify", "False"},
-                                  {"RS485Control", "1"}}) {
-    SaveProperty(key, text);
-  }
+  SaveProperty("Settings", "300,o,7,2");
+  SaveProperty("CommPort", "3");
+  SaveProperty("Handshaking", "2");
+  SaveProperty("AudibleNotify", "False");
+  SaveProperty("RS485Control", "1");
   Start();
   Choose([this] {
     EXPECT_EQ(Shown(), "Com3 300 Odd 7 2 opt485Control(1) optAudibleOff optFlow(1) optRS232; fraFlow");
@@ -102,13 +100,11 @@ TEST_F(OptionsTest, ShowsWhatIsInForceAndRewritesItAll) {
 TEST_F(OptionsTest, ChoicesByKeysGoToThePortAndTheStore) {
   Start();
   EXPECT_EQ(Choose([this] {
-              for (const auto& [list, entry] : {std::pair{"cboPort", "Com2"},
-                                                {"cboSpeed", "2400"},
-                                                {"cboParity", "Even"},
-                                                {"cboDataBits", "7"},
-                                                {"cboStopBits", "2"}}) {
-                Pick(list, entry);
-              }
+              Pick("cboPort", "Com2");
+              Pick("cboSpeed", "2400");
+              Pick("cboParity", "Even");
+              Pick("cboDataBits", "7");
+              Pick("cboStopBits", "2");
               ClickTab(1);
               EXPECT_TRUE(Find("fraGeneral").isEnabled() && !Find("fraCommunications").isEnabled());
               Press("optAudibleOff");

@@ -31,10 +31,5 @@ TEST(Readings, PlatformTestsTheLongerNameFirst) {
   for (const auto& [text, platform] : cases) EXPECT_EQ(ReadPlatform(text), platform) << text;
 }
 
-TEST(Readings, StatusLettersHaveAnOrder) {
-  EXPECT_EQ(ReadOperatingState("MSO"), OperatingState::kOnline);
-  EXPECT_EQ(ReadConfigurationCode("="), Configuration::kNotTold);
-}
-
 }  // namespace
 }  // namespace tarnwell::protocol

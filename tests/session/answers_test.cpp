@@ -16,12 +16,6 @@ class AnswersTest : public ProgramTest {
   void Round(std::function<void()> act) { m_yielder.OnYieldAfter(13, std::move(act)); }
 
   bool IsOld(const char* name) { return forms::IsOld(Find(name)); }
-
-  /// Arrives at an option as by a click, and lets it act.
-  void Choose(forms::OptionButton& option) {
-    QTest::mouseClick(&option, Qt::LeftButton);
-    QCoreApplication::processEvents();
-  }
 };
 
 TEST_F(AnswersTest, AValueWhoseOwnQuestionIsNotAnsweredIsOldUntilItIs) {
@@ -65,7 +59,7 @@ TEST_F(AnswersTest, APathShowsTheOptionThatItsLabelNames) {
   m_replies = ControllerReplies();
   Round([&] {
     EXPECT_EQ(CaptionOf("lbl7316PathAState"), "SSPA1");
-    Choose(Main().opt7316PathA2);
+    Press("opt7316PathA2");
     EXPECT_TRUE(Main().opt7316PathA1.Value()) << "not answered";
     EXPECT_TRUE(IsOld("lbl7316PathAState"));
     Main().opt7316PathA2.Select();  // however it came: the next reading says what is
@@ -171,15 +165,15 @@ TEST_F(AnswersTest, AnOptionThatTheReplyDoesNotNameIsTakenBack) {
              control->setEnabled(true);
            form.optTempCompMin.Select();
            m_port.TakeTranscript();
-           Choose(form.optTempCompOn);
+           Press("optTempCompOn");
            EXPECT_NE(m_port.Commands().find("S=C"), std::string::npos);
            EXPECT_TRUE(form.optTempCompMin.Value());
            form.UnloadForm();
          });
     m_replies["S=S"] = m_replies["S?"] = "S=TQR";
-    Choose(Main().optStandby);
+    Press("optStandby");
     EXPECT_TRUE(Main().optOnline.Value()) << "a status that tells no state";
-    Choose(Main().optLLO);
+    Press("optLLO");
     EXPECT_TRUE(IsOld("optLLO")) << "a command that isn't answered";
   });
   Connect(2);

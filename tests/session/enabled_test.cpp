@@ -35,7 +35,6 @@ TEST_F(EnabledTest, EachControlInEachStateOfASession) {
   NoteSession(ControllerReplies(), "CM?", "CM=1");
   NoteStates(" ");
   EXPECT_EQ(NotedStates(),
-            "+ +++ +++ +++ +++ +++ +++ +++ +++ + cmdConnect fraCommsConnect mnuExit mnuFile mnuOptions mnuSWOpt\n"
             "+ --- --- --- --- --- --- --- --- + lblAddress txtConnectAddress updwnConnectAddress\n"
             "- +-+ +-+ +-+ +-+ +-+ +-+ +-+ +-+ - cmdViewAlarms fraAlarms fraSSPAMute lblAlarm lblMod1 lblRF "
             "lblRFLevel lblSSPAMute lblTempMod1 mnuSSPASettings mnuSnapshot\n"

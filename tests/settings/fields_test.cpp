@@ -34,16 +34,12 @@ class SettingsRig {
     m_tables.ReadPiNPoint(7);
     m_tables.ReadRFTempCompPoint(1);
     m_tables.ReadTempCompPoint(2);
-    for (const auto& [spin, value] : {std::pair{"updwnRFLevel", 5},
-                                      {"updwnPiNLevel", 7},
-                                      {"updwnRFTempComp", 1},
-                                      {"updwnTempComp", 2},
-                                      {"updwnRFMin", 100},
-                                      {"updwnRFMax", 100},
-                                      {"updwnReflectedMax", 100},
-                                      {"updwnSSPAAddress", 7}}) {
-      Find<forms::UpDown>(spin).SetValue(value);
-    }
+    m_form.updwnRFLevel.SetValue(5);
+    m_form.updwnPiNLevel.SetValue(7);
+    m_form.updwnRFTempComp.SetValue(1);
+    m_form.updwnTempComp.SetValue(2);
+    for (auto* spin : {&m_form.updwnRFMin, &m_form.updwnRFMax, &m_form.updwnReflectedMax}) spin->SetValue(100);
+    m_form.updwnSSPAAddress.SetValue(7);
     m_port.TakeTranscript();
   }
 
@@ -115,9 +111,8 @@ class SettingsRig {
   }
 
   void WriteThreshold(std::string_view tag) {
-    std::map<std::string_view, forms::UpDown*> spins = {
-        {"T1", &m_form.updwnRFMin}, {"T2", &m_form.updwnRFMax}, {"T3", &m_form.updwnReflectedMax}};
-    protocol::Send(m_line, protocol::SetThreshold(tag, spins.at(tag)->Value()), m_reply);
+    const char* spin = tag == "T1" ? "updwnRFMin" : tag == "T2" ? "updwnRFMax" : "updwnReflectedMax";
+    protocol::Send(m_line, protocol::SetThreshold(tag, Find<forms::UpDown>(spin).Value()), m_reply);
   }
   void WriteSSPAAddress() {
     const auto address = static_cast<std::uint8_t>(m_form.updwnSSPAAddress.Value());
@@ -175,6 +170,13 @@ TEST(CalibrationTables, TheReplyIsStoredAndDrawnAndSilenceClosesTheForm) {
     const QString said = silent.m_main.findChild<forms::Announcement*>()->accessibleName();
     EXPECT_EQ(said, QStringLiteral("SSPA Settings closed: no answer")) << once;
   }
+}
+
+TEST(CalibrationTables, AnAnswerAtAnotherFixedTemperatureIsNone) {
+  SettingsRig rig(1);
+  rig.m_replies["H+000= 1"] = "H+0001";
+  rig.Type("txtTCComp", "1\r");
+  EXPECT_TRUE(rig.m_form.Unloaded());
 }
 
 // What a reply doesn't tell leaves the point as it was: for these RF level point 5, PiN point 7, and the second and the

@@ -30,6 +30,7 @@ TEST(Station, FindsRequestsInWhatComes) {
     const char* name;
     std::vector<std::string> pieces;
     const char* frames;
+    bool echo = false;
   } cases[] = {
       {"byte by byte, then two in one", {"{", "A", "U", "?", "6", "}", "{AU?6}{AU?6}"}, "{AU=A4}{AU=A4}{AU=A4}"},
       {"noise ahead, cut off, then whole", {"\xFF}x{AU{AU?6}"}, "{AU=A4}"},
@@ -37,30 +38,21 @@ TEST(Station, FindsRequestsInWhatComes) {
       {"wrong checksum, too short, empty, nobody's", {"{AU?1}{BU?6}", "{}{A}{AA}", "{A\"}", "{CU?4}"}, ""},
       {"another device, then all, from their own", {"{BU?5}", "{@U?7}"}, "{BU=B6}{AU=A4}{BU=B6}"},
       {"the old address answers a new one's setting", {"{AU=C6}", "{AU?6}", "{CU?4}"}, "{AU=C6}{CU=C8}"},
+      {"an echo comes ahead of the answer", {"{AU?", "6}"}, "{AU?6}{AU=A4}", true},
   };
   for (const auto& row : cases) {
-    sim::Station station(std::get<sim::Options>(
-        sim::ParseOptions({"--device", "kind=c60,address=1", "--device", "kind=k40,address=2"})));
+    std::vector<std::string> options{"--device", "kind=c60,address=1", "--device", "kind=k40,address=2"};
+    if (row.echo) options.push_back("--echo");
+    sim::Station station(std::get<sim::Options>(sim::ParseOptions(options)));
     for (const std::string& piece : row.pieces) station.Receive(0.0, piece);
     EXPECT_EQ(station.Send(1.0), row.frames) << row.name;
   }
-}
-
-TEST(Station, AnEchoComesAheadOfTheAnswerAndWithoutOne) {
-  sim::Station station(std::get<sim::Options>(sim::ParseOptions({"--echo"})));
-  station.Silence(0.0, std::nullopt);
-  station.Receive(0.0, "{AU?");
-  EXPECT_EQ(station.Send(0.0), "{AU?");
-  station.Talk();
-  station.Receive(0.0, "{AU?6}");
-  EXPECT_EQ(station.Send(1.0), "{AU?6}{AU=A4}");
 }
 
 TEST(SimulatorCommands, AreAcknowledgedOrToldWithTheirRange) {
   sim::Station station(std::get<sim::Options>(sim::ParseOptions({})));
   const std::pair<const char*, const char*> cases[] = {
       {" gain  -3 ", "gain -3"},
-      {"alarm P active", "alarm P active"},
       {"", ""},
       {"gain 1", "gain 1: not usable; usage: gain DB (gain adjust; DB from -20 to 0)"},
       {"path A 1", "path A 1: not a controller"},
@@ -75,10 +67,7 @@ TEST(SimulatorCommands, AreAcknowledgedOrToldWithTheirRange) {
 TEST(SimulatorOptions, WrongOnesAreTold) {
   const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{"--kind"}, "--kind needs a value"},
-      {{"--address", "32"}, "--address: not usable: 32 (--address N: 0 to 31 (1))"},
       {{"--platform", "a}b"}, "--platform: not usable: a}b ("},
-      {{"--trace=on"}, "unknown option --trace=on"},
-      {{"--fault", "drop=2"}, "--fault: not usable: drop=2 ("},
       {{"--device", "kind=c60;address=3"}, "--device: not usable: kind=c60;address=3 ("},
       {{"--device", "address=1", "--device", "kind=k40"}, "two devices have the same address"},
       {{"--device", "kind=c60", "--kind", "k40"}, "give either --device or the options of a single device"},

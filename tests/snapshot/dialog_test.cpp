@@ -58,7 +58,6 @@ TEST_F(DialogTest, FromTheMenuToTheFileAndBack) {
   m_desktop.AnswerSave(QString());
   m_desktop.AnswerSave(Path());
   Session([this] {
-    EXPECT_LE((Form()->geometry().center() - Main().geometry().center()).manhattanLength(), 2);
     EXPECT_FALSE(Main().tmrFlasher.Enabled() || Main().tmrForcePollResume.Enabled());
     QTest::keyClicks(&Description(), QStringLiteral("/a\\:*?\"<>|.b"));
     Press(Qt::Key_Return);

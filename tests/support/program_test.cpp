@@ -125,7 +125,10 @@ std::string ProgramTest::NotedStates() {
   std::map<QString, QString> sets;
   for (const auto& [name, states] : m_states) sets[states] += QLatin1Char(' ') + name;
   QString text;
-  for (const auto& [states, names] : sets) text += states + names + QLatin1Char('\n');
+  for (const auto& [states, names] : sets) {
+    if (states.contains(QLatin1Char('-')) || states.contains(QLatin1Char('.')))
+      text += states + names + QLatin1Char('\n');
+  }
   return text.toStdString();
 }
 

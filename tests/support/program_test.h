@@ -118,7 +118,8 @@ class ProgramTest : public testing::Test {
   /// Notes for each control and menu entry of the form in front: "+" free, "-" greyed, "." hidden. Each is looked at
   /// for itself: a greyed frame would hide what was forgotten in it. `ahead` goes before.
   void NoteStates(const char* ahead = "");
-  /// A line for each set of controls that were noted alike: how they stood, time after time, and their names.
+  /// A line for each set of controls that were noted alike, but for those that always were free: how they stood, time
+  /// after time, and their names.
   std::string NotedStates();
   /// Names of the options that are selected, sorted, joined by blanks.
   std::string SelectedOptions();

@@ -20,8 +20,6 @@ class SimulatedPort final : public PlainPort {
   SimulatedPort(VirtualCounter& counter, sim::FrameServer& devices, sim::Faults& faults)
       : m_counter(counter), m_devices(devices), m_faults(faults) {}
 
-  /// Commands sent so far, each try counted.
-  int Sent() const { return m_sent; }
   /// Done while a command is on the line.
   void OnOutput(std::function<void(const std::string& command)> act) { m_onOutput = std::move(act); }
 
@@ -38,7 +36,6 @@ class SimulatedPort final : public PlainPort {
   void DiscardInput() override { Arrived().clear(); }
 
   void Output(std::string_view bytes) override {
-    ++m_sent;
     if (m_onOutput) m_onOutput(std::string(bytes.substr(2, bytes.size() - 4)));
     for (const sim::Exchange& exchange : m_devices.Receive(bytes)) {
       if (exchange.reply) m_line.Add(m_counter.Seconds() + kAnswerTime, m_faults.Apply(exchange.frame));
@@ -59,7 +56,6 @@ class SimulatedPort final : public PlainPort {
   sim::Faults& m_faults;
   sim::Outbox m_line{0};
   std::string m_arrived;
-  int m_sent = 0;
   std::function<void(const std::string&)> m_onOutput;
   bool m_open = false;
 };
