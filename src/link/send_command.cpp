@@ -133,7 +133,7 @@ SerialLink::Gathered SerialLink::Gather(const Request& request) {
     if (dropsCopy && !copied && received == request.frame) {
       copied = true;
       received.clear();
-      if (AsksSoon(request)) windowEnd = m_timing.MakeDeadline(kQuickReply);
+      if (EndsSoon(request)) windowEnd = m_timing.MakeDeadline(kQuickReply);
       continue;
     }
     if (received.size() == limit || received.back() == kClosingBrace) break;
@@ -141,8 +141,8 @@ SerialLink::Gathered SerialLink::Gather(const Request& request) {
   return {received, copied, early};
 }
 
-bool SerialLink::AsksSoon(const Request& request) const {
-  return request.copyMayConfirm && request.mayAsk && m_deviceIsQuick && !m_echoes.HearsItself();
+bool SerialLink::EndsSoon(const Request& request) const {
+  return request.copyMayConfirm && m_deviceIsQuick && !m_echoes.HearsItself();
 }
 
 void SerialLink::EndFailedTry() {

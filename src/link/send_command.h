@@ -65,7 +65,7 @@ class SerialLink {
   };
   Gathered Gather(const Request& request);
   /// Where the device's answers come as early as an echo, no confirmation is still to be awaited behind a copy.
-  bool AsksSoon(const Request& request) const;
+  bool EndsSoon(const Request& request) const;
   void EndFailedTry();
 
   SSPA_Public& m_shared;

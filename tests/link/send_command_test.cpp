@@ -138,8 +138,12 @@ TEST_F(SendCommandTest, OnlyWhereTheDeviceIsQuickTheQueryComesAheadOfTheWindowsE
     EXPECT_TRUE(m_link.SendCommand("S=O", m_reply, 3, 20, "S="));
     EXPECT_NEAR(m_port.SmallestGap(), kWindow + 0.001 + waited + 0.05, 2 * kLook);
   }
+  m_port.Expect("S?").Answer("S=OT").After(0.003);
+  EXPECT_TRUE(Send());
+  const double sent = m_counter.Seconds();
   m_port.Expect("U=A").Answer("U=A").After(0.003);
   EXPECT_FALSE(m_link.SendCommand("U=A", m_reply, 1, 20, "U=")) << "the device isn't at this address any more";
+  EXPECT_LT(m_counter.Seconds() - sent, 0.2) << "and no other answer of it is to be awaited";
   for (const auto& [request, expected] : {std::pair{"RT02?", "RT02"}, {"ZA", "A="}}) {
     m_port.Expect(request).AnswerBytes(Framed(request) + Framed(expected)).After(0.05);
     EXPECT_TRUE(m_link.SendCommand(request, m_reply, 1, 35, expected));

@@ -99,6 +99,9 @@ TEST(Turns, TellWhatTheConsoleTookACopyFor) {
       {"1>G=-3.5 1.005<G=-3.5 3.1>U? 3.2<U=A 4>G=-3.5 4.1<G=-3.5", "answer U? answer G=-3.5 answer G=-3.5 "},
       {"1>G=-3.5 1.005<G=-3.5 3.1>U? 3.105<U? 3.2<U=A 3.3>G=-3.5 3.305<G=-3.5 6>G? 6.005<G? 6.1<G=-3.5",
        "echo U? answer U? echo G=-3.5 silence G=-3.5 echo G=-3.5 try 2 silence G=-3.5 try 2 echo G? answer G? "},
+      {"1>G=-3.5 1.005<G=-3.5 1.1>U? 3.2>G=-3.5 3.205<G=-3.5 3.3>G=-3.5 5.4>U=B 5.405<U=B 5.5>VR? 5.6<VR=1",
+       "silence U? echo G=-3.5 silence G=-3.5 echo G=-3.5 try 2 dropped G=-3.5 try 2 silence G=-3.5 try 3 answer U=B "
+       "answer VR? "},
       {"1>G=-3.5 1.005<G=-3.5 1.1>G=-3.5 1.2<G=-3.5", "answer G=-3.5 answer G=-3.5 "},
       {"1>G=-3.5 1.005<G=-3.5", "echo G=-3.5 dropped G=-3.5 "},
       {"1>G=-3.5 1.005<G=-3.5 9>VR? 9.005<VR=1 10>G=-3.5 10.005<G=-3.5 19-recording_ended",

@@ -115,7 +115,7 @@ void Turns::SettleCopy(const Record& next, std::string_view frame) {
     return;
   }
   // A console that took the copy for an echo would ask, or where it can't ask any more still wait.
-  TellCopy(MayAsk() || next.at < m_asking.until + kReplyWindow, next.at);
+  TellCopy(MayAsk() || (!m_asking.asked && next.at < m_asking.until + kReplyWindow), next.at);
 }
 
 bool Turns::MayAsk() const { return !m_asking.asked && TriesFor(m_asking.request) > 1; }
