@@ -15,8 +15,8 @@ struct Sounder::State final : QObject {
 
   void Run(bool aloud) {
     heard = source(aloud);
-    busy.clear();
     if (aloud && heard == AlarmSound::kSystemBeep) QMetaObject::invokeMethod(this, beep, Qt::QueuedConnection);
+    busy.clear();
   }
 
   Source source;
