@@ -9,9 +9,7 @@
 namespace tarnwell::platform {
 
 struct Sounder::State final : QObject {
-  State(Source s, std::function<void()> b) : source(std::move(s)), beep(std::move(b)) {
-    if (source == nullptr) heard = AlarmSound::kSystemBeep;
-  }
+  State(Source s, std::function<void()> b) : source(std::move(s)), beep(std::move(b)) {}
 
   void Run(bool aloud) {
     heard = source(aloud);
@@ -28,22 +26,22 @@ struct Sounder::State final : QObject {
 Sounder::Sounder(Source source, std::function<void()> beep)
     : m_state(std::make_shared<State>(std::move(source), std::move(beep))) {}
 
-AlarmSound Sounder::HeardAs() {
-  Ask(false);
-  return m_state->heard;
+void Sounder::Sound() {
+  if (!Ask(true)) m_state->beep();
 }
 
+AlarmSound Sounder::HeardAs() { return Ask(false) ? m_state->heard.load() : AlarmSound::kSystemBeep; }
+
 // Detached, and never waited for: the end of the program would wait for the sound server.
-void Sounder::Ask(bool aloud) {
-  if (m_state->source != nullptr && !m_state->busy.test_and_set()) {
-    try {
-      std::thread([state = m_state, aloud] { state->Run(aloud); }).detach();
-      return;
-    } catch (const std::system_error&) {
-      m_state->busy.clear();  // the system has no thread left
-    }
+bool Sounder::Ask(bool aloud) {
+  if (m_state->source == nullptr || m_state->busy.test_and_set()) return false;
+  try {
+    std::thread([state = m_state, aloud] { state->Run(aloud); }).detach();
+    return true;
+  } catch (const std::system_error&) {
+    m_state->busy.clear();  // the system has no thread left
+    return false;
   }
-  if (aloud) m_state->beep();
 }
 
 }  // namespace tarnwell::platform

@@ -19,14 +19,15 @@ class Sounder {
   Sounder(Source source, std::function<void()> beep);
 
   /// Returns at once. The beep sounds where the source fails, and where it hasn't come back since the last call.
-  void Sound() { Ask(true); }
+  void Sound();
 
-  /// As far as it is known by now. Looks meanwhile, for the next call.
+  /// As far as it is known by now; the beep also while the source hasn't come back. Looks meanwhile, for the next call.
   AlarmSound HeardAs();
 
  private:
   struct State;
-  void Ask(bool aloud);
+  /// False where the source can't be asked now.
+  bool Ask(bool aloud);
 
   std::shared_ptr<State> m_state;  ///< a source that doesn't come back outlives the sounder
 };

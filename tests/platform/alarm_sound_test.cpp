@@ -42,6 +42,7 @@ TEST(Sounder, TheSystemBeepsWhereTheServerIsLateOrHasNoSound) {
   late.Sound();
   late.Sound();
   EXPECT_EQ(heard(), std::pair(1, 1)) << "the server hasn't answered yet";
+  EXPECT_EQ(late.HeardAs(), AlarmSound::kSystemBeep);
   server->answers.release(2);  // one for the look that waits
   EXPECT_TRUE(QTest::qWaitFor([&] { return heard() == std::pair(2, 2); })) << "it has no sound";
   EXPECT_EQ(late.HeardAs(), AlarmSound::kSystemBeep);
