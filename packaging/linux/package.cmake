@@ -19,8 +19,9 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_TARNWELL_PACKAGE_NAME tarnwell)
 set(CPACK_DEBIAN_TARNWELL_PACKAGE_SECTION electronics)
 # Without one of these fonts the toolkit may find none at all; xdg-open opens the manual.
+# The library that sounds alarms comes from the link; what takes it to a sound server is a package of its own.
 set(CPACK_DEBIAN_TARNWELL_PACKAGE_DEPENDS "fonts-liberation | fonts-liberation2 | fonts-dejavu-core, xdg-utils")
-set(CPACK_DEBIAN_TARNWELL_PACKAGE_RECOMMENDS "www-browser, qt6-wayland")
+set(CPACK_DEBIAN_TARNWELL_PACKAGE_RECOMMENDS "www-browser, qt6-wayland, libcanberra-pulse")
 set(CPACK_DEBIAN_TARNWELL_PACKAGE_SUGGESTS "vorel-sim")
 set(CPACK_COMPONENT_TARNWELL_DESCRIPTION
     "console for solid-state power amplifiers

@@ -15,6 +15,7 @@ void Program::OpenOptions() {
   On(form.optRS4xx, &OptionButton::Click, [&] { dialog.optRS4xx_Click(); });
   On(*form.opt485Control(0), &OptionButton::Click, [&] { dialog.opt485Control_Click(0); });
   On(*form.opt485Control(1), &OptionButton::Click, [&] { dialog.opt485Control_Click(1); });
+  On(form.optAudibleOn, &OptionButton::Click, [&] { dialog.optAudibleOn_Click(); });
   On(form.tabOptions, &forms::TabStrip::Click, [&] { dialog.tabOptions_Click(); });
 
   m_opener.ShowModal(form, {});

@@ -24,8 +24,8 @@ class frmOptions : public Form {
   CONTROL(OptionButton, optUnits, fraLevels, "Units", "", kHidden | kDisabled);
   CONTROL(OptionButton, optEngineer, fraLevels, "Engineer", "", kHidden | kDisabled);
   CONTROL(Frame, fraAlarm, fraGeneral, "&Audible Alarm Notification");
-  CONTROL(OptionButton, optAudibleOff, fraAlarm, "Off");
-  CONTROL(OptionButton, optAudibleOn, fraAlarm, "On");
+  CONTROL(OptionButton, optAudibleOff, fraAlarm, "Off", "", kActsOnClick);
+  CONTROL(OptionButton, optAudibleOn, fraAlarm, "On", "", kActsOnClick);
   CONTROL(Frame, fraCommunications, *this, "", "", kDisabled | kNoBorder);
   CONTROL(Frame, fraRS485, fraCommunications, "&RS485 Half Duplex Ctrl");
   CONTROL(OptionPair, opt485Control,

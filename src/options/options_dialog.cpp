@@ -1,5 +1,8 @@
 #include "options/options_dialog.h"
 
+#include <QSignalBlocker>
+#include <map>
+
 #include "console/session_state.h"
 #include "forms/layout.h"
 #include "forms/pages.h"
@@ -43,7 +46,7 @@ void OptionsDialog::LoadOptions() {
   ShowPort();
   m_form.optFlow(m_port.Handshaking() == kRtsCts ? 1 : 0)->Select();
   m_form.opt485Control(m_shared.RS485Control == 1 ? 1 : 0)->Select();
-  (m_shared.AudibleNotify ? m_form.optAudibleOn : m_form.optAudibleOff).Select();
+  ShowAudible();
   (m_shared.PortRS232 ? m_form.optRS232 : m_form.optRS4xx).Select();
 }
 
@@ -86,6 +89,20 @@ void OptionsDialog::ShowPort() {
   m_form.cboPort.setCurrentIndex(m_form.cboPort.findData(m_port.CommPort()));
 }
 
+void OptionsDialog::ShowAudible() {
+  const QSignalBlocker silent(m_form.optAudibleOn);  // the operator's choice sounds, and this is none
+  (m_shared.AudibleNotify ? m_form.optAudibleOn : m_form.optAudibleOff).Select();
+  TellHowHeard();
+}
+
+void OptionsDialog::TellHowHeard() {
+  static const std::map<platform::AlarmSound, QString> kTold = {
+      {platform::AlarmSound::kDesktops, QStringLiteral("Heard as the warning sound of the desktop")},
+      {platform::AlarmSound::kOwn, QStringLiteral("Heard as the console's own alarm sound")},
+      {platform::AlarmSound::kSystemBeep, QStringLiteral("Heard as the system beep, where the system has one")}};
+  m_form.optAudibleOn.setToolTip(kTold.at(m_desktop.HeardAs()));
+}
+
 void OptionsDialog::AllowLine(bool rs232) {
   m_form.fraFlow.setEnabled(rs232);
   m_form.fraRS485.setEnabled(!rs232);
@@ -102,6 +119,7 @@ void OptionsDialog::optRS4xx_Click() {
 
 void OptionsDialog::tabOptions_Click() {
   forms::ShowSelectedPage(m_form.tabOptions, {&m_form.fraCommunications, &m_form.fraGeneral});
+  TellHowHeard();  // once more: what was looked for when the form was loaded is known by now
 }
 
 void OptionsDialog::cmdOk_Click() {

@@ -37,6 +37,7 @@ class OptionsDialog {
   void optRS4xx_Click();
   void opt485Control_Click(int index) { Selected485Control = index; }
   void tabOptions_Click();
+  void optAudibleOn_Click() { m_desktop.Beep(); }
 
   /// After the dialog: RTS stays raised on an RS-422/485 line that doesn't switch its driver with it.
   void RaiseRTS();
@@ -45,6 +46,8 @@ class OptionsDialog {
   void FillLists();
   void ShowDataFormat();
   void ShowPort();
+  void ShowAudible();
+  void TellHowHeard();
   void AllowLine(bool rs232);
   bool ApplyPort();
   bool TryPort(int number);

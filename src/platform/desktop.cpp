@@ -97,6 +97,8 @@ bool OnlyClosesAreTaken() { return ClosesOnly::Lives(); }
 
 void SetMessageFont(const QFont& font) { QApplication::setFont(font, "QMessageBox"); }
 
+ToolkitDesktop::ToolkitDesktop() : m_sounder(DesktopSounds(), QApplication::beep) {}
+
 void ToolkitDesktop::ShowMessage(const Message& message) {
   if (m_showing) {
     m_waiting.push_back(message);
@@ -149,8 +151,6 @@ std::optional<QString> ToolkitDesktop::ChooseSaveFile(const SaveDialog& dialog) 
   if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty()) return std::nullopt;
   return box.selectedFiles().constFirst();
 }
-
-void ToolkitDesktop::Beep() { QApplication::beep(); }
 
 void ToolkitDesktop::SetBusyPointer(bool busy) {
   const bool shown = QApplication::overrideCursor() != nullptr;

@@ -7,6 +7,7 @@
 #include <deque>
 #include <optional>
 
+#include "platform/alarm_sound.h"
 #include "platform/ending.h"
 
 namespace tarnwell::platform {
@@ -43,8 +44,11 @@ class Desktop {
   /// where the dialog was cancelled or failed. The file may exist.
   virtual std::optional<QString> ChooseSaveFile(const SaveDialog& dialog) = 0;
 
-  /// The system beep, once.
+  /// Sounds an alarm, once. Returns at once.
   virtual void Beep() = 0;
+
+  /// What Beep() is heard as, as far as it is known by now. Looks meanwhile, for the next call.
+  virtual AlarmSound HeardAs() { return AlarmSound::kSystemBeep; }
 
   /// The busy mouse pointer on or off for the whole program. Not counted: off is off.
   virtual void SetBusyPointer(bool busy) = 0;
@@ -60,16 +64,19 @@ void SetMessageFont(const QFont& font);
 /// The real desktop, through the toolkit.
 class ToolkitDesktop final : public Desktop {
  public:
+  ToolkitDesktop();
   bool EndAsked() const override { return platform::EndAsked(); }
   void ShowMessage(const Message& message) override;
   std::optional<QString> ChooseSaveFile(const SaveDialog& dialog) override;
-  void Beep() override;
+  void Beep() override { m_sounder.Sound(); }
+  AlarmSound HeardAs() override { return m_sounder.HeardAs(); }
   void SetBusyPointer(bool busy) override;
 
  private:
   void ShowBox(const Message& message);
   void ShowWaiting();
 
+  Sounder m_sounder;
   QObject m_context;  ///< what is posted goes with it
   bool m_showing = false;
   std::deque<Message> m_waiting;  ///< came while another message was up

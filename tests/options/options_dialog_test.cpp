@@ -124,6 +124,25 @@ TEST_F(OptionsTest, ChoicesByKeysGoToThePortAndTheStore) {
   EXPECT_FALSE(Shared().AudibleNotify || Shared().PortRS232);
 }
 
+TEST_F(OptionsTest, OnSoundsWhenTheOperatorChoosesItAndTellsAsWhat) {
+  Start();
+  Choose([this] {
+    const auto told = [this] { return Find("optAudibleOn").toolTip().toStdString(); };
+    EXPECT_EQ(told(), "Heard as the system beep, where the system has one");
+    m_desktop.heard = platform::AlarmSound::kOwn;
+    ClickTab(1);
+    EXPECT_EQ(told(), "Heard as the console's own alarm sound") << "it was found out meanwhile";
+    Find("optAudibleOn").setFocus(Qt::TabFocusReason);
+    Press("optAudibleOff");
+    EXPECT_EQ(m_desktop.TakeBeeps(), 0) << "it was On from the start, and was passed by";
+    Key(Qt::Key_Up);
+    EXPECT_EQ(SelectedOptions().find("optAudibleOff"), std::string::npos);
+    EXPECT_EQ(m_desktop.TakeBeeps(), 1);
+    Press("optAudibleOn");
+    EXPECT_EQ(m_desktop.TakeBeeps(), 1) << "once more, to hear it";
+  });
+}
+
 TEST_F(OptionsTest, ARefusalIsToldAndStoresNothing) {
   const struct {
     const char* refused;

@@ -23,6 +23,7 @@ class FakeDesktop final : public platform::Desktop {
   void ShowMessage(const platform::Message& message) override;
   std::optional<QString> ChooseSaveFile(const platform::SaveDialog& dialog) override;
   void Beep() override { ++m_beeps; }
+  platform::AlarmSound HeardAs() override { return heard; }
   void SetBusyPointer(bool busy) override { m_busy = busy; }
 
   /// Runs while a message box is up.
@@ -37,6 +38,8 @@ class FakeDesktop final : public platform::Desktop {
   QStringList TakeMessages() { return std::exchange(m_messages, {}); }
   int TakeBeeps() { return std::exchange(m_beeps, 0); }
   bool Busy() const { return m_busy; }
+
+  platform::AlarmSound heard = platform::AlarmSound::kSystemBeep;
 
  private:
   QStringList m_messages;
