@@ -11,6 +11,15 @@ set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 # Each description below begins with a summary of its own.
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
+# script/release says what a commit's packages are called; without its word they are the version's own.
+set(CPACK_DEBIAN_PACKAGE_VERSION ${PROJECT_VERSION})
+set(TARNWELL_CHANGED ${TARNWELL_RELEASE_DATE})
+if(EXISTS ${PROJECT_SOURCE_DIR}/packaging/release)
+  file(READ ${PROJECT_SOURCE_DIR}/packaging/release release)
+  string(REGEX MATCH "^([^ ]+) ([0-9]+)" release "${release}")
+  set(CPACK_DEBIAN_PACKAGE_VERSION ${CMAKE_MATCH_1})
+  set(TARNWELL_CHANGED @${CMAKE_MATCH_2})
+endif()
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
