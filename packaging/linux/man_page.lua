@@ -7,7 +7,9 @@ local inlines = pandoc.utils.blocks_to_inlines
 local function remark(header, cell)
   if #cell == 0 then return {} end
   local title = pandoc.utils.stringify(header)
-  title = pandoc.text.lower(title:sub(1, 1)) .. title:sub(2)
+  if not title:match("^%u%u") then  -- an abbreviation stays as it is
+    title = pandoc.text.lower(title:sub(1, 1)) .. title:sub(2)
+  end
   return {pandoc.Space(), pandoc.Str("(" .. title .. ":"), pandoc.Space(), pandoc.Span(inlines(cell)), pandoc.Str(")")}
 end
 

@@ -8,6 +8,7 @@
 #include "platform/port_map.h"
 
 #ifdef Q_OS_UNIX
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #endif
@@ -192,6 +193,7 @@ bool QtSerialPort::OpenDevice() {
   m_deviceLost = false;
   if (opened) {
     DropLinesAtClose();
+    WatchHangUp();
     ApplyRts();
   }
   return opened;
@@ -207,6 +209,26 @@ void QtSerialPort::DropLinesAtClose() {
 #endif
 }
 
+// Not every version of the toolkit takes a device that is gone for an error: to some it is a port that can be read at
+// once and has nothing, which keeps a processor busy.
+void QtSerialPort::WatchHangUp() {
+#ifdef Q_OS_UNIX
+  m_hangUp = std::make_unique<QSocketNotifier>(m_device.handle(), QSocketNotifier::Exception);
+  // Queued, since closing the device ends the notifier.
+  QObject::connect(
+      m_hangUp.get(), &QSocketNotifier::activated, &m_device, [this] { Reachable(); }, Qt::QueuedConnection);
+#endif
+}
+
+bool QtSerialPort::HungUp() const {
+#ifdef Q_OS_UNIX
+  pollfd look = {m_device.handle(), 0, 0};
+  return m_device.isOpen() && poll(&look, 1, 0) > 0;
+#else
+  return false;
+#endif
+}
+
 bool QtSerialPort::Apply(const PortFormat& format) {
   const bool taken = m_device.setBaudRate(format.speed) && m_device.setDataBits(format.dataBits) &&
                      m_device.setParity(format.parity) && m_device.setStopBits(format.stopBits);
@@ -218,6 +240,7 @@ void QtSerialPort::ApplyRts() {
 }
 
 void QtSerialPort::CloseDevice() {
+  m_hangUp.reset();
   if (m_device.isOpen()) {
     // What can't be sent would hold up the close for as long as the driver waits for it.
     m_device.clear();
@@ -238,7 +261,7 @@ void QtSerialPort::NoteError(QSerialPort::SerialPortError error) {
 }
 
 bool QtSerialPort::Reachable() {
-  if (m_deviceLost) CloseDevice();
+  if (m_deviceLost || HungUp()) CloseDevice();
   return m_device.isOpen();
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QSerialPort>
+#include <QSocketNotifier>
 #include <QString>
+#include <memory>
 
 #include "platform/port_format.h"
 #include "platform/serial_port.h"
@@ -52,6 +54,8 @@ class QtSerialPort final : public SerialPort {
   bool Apply(const PortFormat& format);
   void ApplyRts();
   void DropLinesAtClose();
+  void WatchHangUp();
+  bool HungUp() const;
   void CloseDevice();
   void NoteError(QSerialPort::SerialPortError error);
   bool Reachable();
@@ -69,7 +73,8 @@ class QtSerialPort final : public SerialPort {
   QString m_path;             ///< of the device, or of the operator's link to it
   QString m_target;           ///< where that led at the last opening
   QString m_openFailure;
-  mutable QSerialPort m_device;  ///< mutable: asking for the modem lines notes an error in it
+  std::unique_ptr<QSocketNotifier> m_hangUp;  ///< wakes the event loop when the device is gone
+  mutable QSerialPort m_device;               ///< mutable: asking for the modem lines notes an error in it
 };
 
 }  // namespace tarnwell::platform

@@ -2,7 +2,7 @@
 as a transcript. Whether it worked is read from the tree, the device and the file."""
 import os, subprocess, sys
 
-from stage import Atspi, Stage, do, states
+from stage import Atspi, Stage, do, role_of, states
 
 
 class Keys:
@@ -45,7 +45,7 @@ class Keys:
     def option(self, name, group, key):
         self.press(group)
         self.stage.until(group, lambda: any("focused" in states(item) for item in self.stage.tree()
-                                            if item.get_role_name() == "radio button"))
+                                            if role_of(item) == "radio button"))
         self.press(key)
 
     def field(self, name, text):

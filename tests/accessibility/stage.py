@@ -71,7 +71,7 @@ class Stage:
     def note(self, event):
         try:
             source = event.source
-            self.events.append((event.type, source.get_role_name(), source.get_name() or "", event.detail1, source))
+            self.events.append((event.type, role_of(source), source.get_name() or "", event.detail1, source))
         except GLib.Error:
             pass  # gone since
 
@@ -116,8 +116,8 @@ class Stage:
 
     def find(self, name, role=None, showing=True, window=-1):
         for item in self.tree(window):
-            if item.get_name() == name and role in (None, item.get_role_name()):
-                if not showing or item.get_role_name() == "menu item" or "showing" in states(item):
+            if item.get_name() == name and role in (None, role_of(item)):
+                if not showing or role_of(item) == "menu item" or "showing" in states(item):
                     return item
         return None
 
@@ -146,6 +146,12 @@ def children(item):
     return [child for child in found if child is not None]
 
 
+def role_of(item):
+    """Debian 13's bus has another name for a push button than Debian 12's."""
+    name = item.get_role_name()
+    return "push button" if name == "button" else name
+
+
 def states(item):
     return {state.value_nick for state in item.get_state_set().get_states()}
 
@@ -166,4 +172,4 @@ def line_of(item):
         value = " = %g of %g to %g by %g" % (Atspi.Value.get_current_value(item), Atspi.Value.get_minimum_value(item),
                                             Atspi.Value.get_maximum_value(item), Atspi.Value.get_minimum_increment(item))
     note = " -- " + item.get_description() if item.get_description() else ""
-    return "%s '%s' %s%s%s" % (item.get_role_name(), item.get_name(), " ".join(sorted(states(item) & TOLD)), value, note)
+    return "%s '%s' %s%s%s" % (role_of(item), item.get_name(), " ".join(sorted(states(item) & TOLD)), value, note)

@@ -1,7 +1,7 @@
 """The trees of all forms, and the events of one alarm, one lost link and one refused option."""
 import collections
 
-from stage import ACTED_ON, Atspi, Stage, actions, do, line_of, states
+from stage import ACTED_ON, Atspi, Stage, actions, do, line_of, role_of, states
 
 TITLE = "Vorel Tarnwell v2.01 : "
 
@@ -12,15 +12,15 @@ def look(stage, form, *expected):
     lines = [line_of(item) for item in items]
     print("==", form, *lines, sep="\n", flush=True)
     for item, line in zip(items, lines):
-        role = item.get_role_name()
+        role = role_of(item)
         if "showing" in states(item) and role in ACTED_ON:
             assert item.get_name().strip(), "no name: " + line
         if role == "radio button":
-            assert item.get_parent().get_role_name() == "panel" and item.get_parent().get_name(), "no group: " + line
+            assert role_of(item.get_parent()) == "panel" and item.get_parent().get_name(), "no group: " + line
         if item.get_name().startswith("Sample of"):
             assert not actions(item) and not item.get_description(), line
     options = collections.Counter((item.get_parent().get_name(), item.get_name()) for item in items
-                                  if item.get_role_name() == "radio button")
+                                  if role_of(item) == "radio button")
     assert max(options.values(), default=1) == 1, options
     for line in expected:
         assert any(found.startswith(line) for found in lines), line + " is missing"

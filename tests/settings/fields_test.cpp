@@ -122,10 +122,10 @@ class SettingsRig {
   std::string m_reply;
 };
 
-const char* const kRFLevel = "lblRFLevel txtRFVolts txtRFLevelPoint";
-const char* const kPiN = "lblPiNLevel txtPiNDAC txtPiNLevelPoint";
-const char* const kRF = "txtRFTCTemp txtRFTCComp txtRFTempCompPoint";
-const char* const kSystem = "txtTCTemp txtTCComp txtTempCompPoint";
+constexpr const char* kRFLevel = "lblRFLevel txtRFVolts txtRFLevelPoint";
+constexpr const char* kPiN = "lblPiNLevel txtPiNDAC txtPiNLevelPoint";
+constexpr const char* kRF = "txtRFTCTemp txtRFTCComp txtRFTempCompPoint";
+constexpr const char* kSystem = "txtTCTemp txtTCComp txtTempCompPoint";
 
 struct Written {
   int firmwareClass;
