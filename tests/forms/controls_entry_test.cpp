@@ -146,6 +146,18 @@ TEST_F(PlainTest, TheWheelTurnsABoxOnlyWithTheFocus) {
   form.Expect("show cboSpeed, turn -> 9600 @cmdConnect; focus cboSpeed, turn -> 19200");
 }
 
+// Some window systems give the keys to the form's window while a list is open.
+TEST_F(PlainTest, AKeyThatClosesAListDoesNothingElse) {
+  ComboBox combo("cboSpeed", form);
+  combo.addItem(QStringLiteral("9600"));
+  form.SetDefaultButton(form.cmdConnect);
+  form.SetCancelButton(form.cmdConnect);
+  form.verbs["open"] = [&](QWidget&) { combo.showPopup(); };
+  for (const std::string key : {"Return", "Escape"}) {
+    form.Expect("show cboSpeed, focus cboSpeed, open, " + key + " ->; return, Return -> Connect");
+  }
+}
+
 TEST_F(PlainTest, ATabClicksOnlyByTheOperatorsHand) {
   TabStrip tabs("tabPages", form, {"&One", "&Two", "T&hree"});
   Place(tabs, 4800, 0, 3900, 1500);
