@@ -12,13 +12,12 @@ namespace tarnwell::snapshot {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";  // also where the platform's own is shorter
+constexpr std::string_view kStart = "[software] ";
 constexpr std::string_view kErrorMark = "#ERROR: FILE MAY BE INCOMPLETE";
 
 constexpr int kMostOfName = 60;  // characters, so that there is room for what is added, in UTF-8 too
 constexpr int kMostBeside = 99;
 constexpr int kMostLinks = 40;
-
-const QByteArray kStart = "[software] ";
 
 constexpr bool IsControl(char character) {
   const auto code = static_cast<unsigned char>(character);
@@ -48,8 +47,8 @@ bool CanBeNamed(const QFileInfo& target) {
 /// What a console that was killed left: nobody else begins a file like this.
 bool IsLeftover(const QString& path) {
   QFile file(path);
-  return QFileInfo(path).isFile() && !QFileInfo(path).isSymLink() && file.open(QIODevice::ReadOnly) &&
-         (file.size() == 0 || file.read(kStart.size()) == kStart);
+  if (!QFileInfo(path).isFile() || QFileInfo(path).isSymLink() || !file.open(QIODevice::ReadOnly)) return false;
+  return file.size() == 0 || file.read(static_cast<qint64>(kStart.size())).toStdString() == kStart;
 }
 
 }  // namespace
