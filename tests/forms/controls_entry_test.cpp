@@ -134,7 +134,7 @@ TEST_F(PlainTest, AButtonClicksOnceAPress) {
       "right cmdConnect -> @cmdConnect; Alt+C -> Connect @cmdConnect");
 }
 
-TEST_F(PlainTest, TheWheelTurnsABoxOnlyWithTheFocus) {
+TEST_F(PlainTest, AListTakesTheWheelOnlyWithTheFocusAndAKeyForItselfAlone) {
   ComboBox combo("cboSpeed", form);
   combo.addItems({QStringLiteral("9600"), QStringLiteral("19200")});
   form.verbs["turn"] = [&](QWidget&) {
@@ -144,6 +144,11 @@ TEST_F(PlainTest, TheWheelTurnsABoxOnlyWithTheFocus) {
     form.Note(combo.currentText().toStdString());
   };
   form.Expect("show cboSpeed, turn -> 9600 @cmdConnect; focus cboSpeed, turn -> 19200");
+  // Some window systems give the keys to the form's window while a list is open.
+  form.SetDefaultButton(form.cmdConnect);
+  form.SetCancelButton(form.cmdConnect);
+  form.verbs["open"] = [&](QWidget&) { combo.showPopup(); };
+  form.Expect("open, Return ->; return, Return -> Connect; open, Escape ->; return, Escape -> Connect");
 }
 
 TEST_F(PlainTest, ATabClicksOnlyByTheOperatorsHand) {

@@ -38,6 +38,16 @@ void HeldKey::Released(int key, quint64 moment) {
   m_moment = moment;
 }
 
+bool SpentKey::ClosedAPopup(const QKeyEvent& key) {
+  const QWidget* popup = QApplication::activePopupWidget();
+  if (key.key() != m_key || key.timestamp() != m_moment) {
+    m_key = key.key();
+    m_moment = key.timestamp();
+    m_popup = popup;
+  }
+  return m_popup != nullptr && m_popup != popup;
+}
+
 InputGate& InputGate::Instance() {
   static QPointer<InputGate> gate;
   if (gate == nullptr) {
@@ -95,6 +105,7 @@ bool InputGate::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::KeyRelease) {
     const auto* key = static_cast<QKeyEvent*>(event);
     m_held.Released(key->key(), key->timestamp());
+    m_spent = {};
   }
   if (!IsInput(*watched, *event)) return false;
   if (m_dropsAll) {
@@ -105,8 +116,12 @@ bool InputGate::eventFilter(QObject* watched, QEvent* event) {
   if (BeginsAnAct(*event)) Act();
   if (receiver == nullptr) return true;
   TakeMoment(*watched, *event);
-  if (Loses(*watched, *event)) return true;
   const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+  if (key && m_spent.ClosedAPopup(static_cast<QKeyEvent&>(*event))) {
+    event->accept();
+    return true;
+  }
+  if (Loses(*watched, *event)) return true;
   return key && watched->isWidgetType() && Swallows(static_cast<QWidget&>(*watched), static_cast<QKeyEvent&>(*event));
 }
 

@@ -26,6 +26,19 @@ class HeldKey {
   quint64 m_moment = 0;
 };
 
+/// Knows a key that an open list or menu has taken already. A list closes at the shortcut override, ahead of the press,
+/// which then goes to the form behind it where the window system gives that the keys: Return would press its OK.
+class SpentKey {
+ public:
+  /// To be asked at each delivery of a key. True where an earlier delivery of this one closed a popup.
+  bool ClosedAPopup(const QKeyEvent& key);
+
+ private:
+  int m_key = 0;
+  quint64 m_moment = 0;
+  const QWidget* m_popup = nullptr;  ///< what was open at the key's first delivery; only compared, it may be gone
+};
+
 /// Stands before all input of the program. The thread is held for seconds while a device is silent; what the operator
 /// does meanwhile is delivered afterwards, to whatever stands there then. So an input acts only if, at the moment it
 /// was made, its control stood in front, visible, enabled, with the caption it has now, and for a key with a focus that
@@ -84,6 +97,7 @@ class InputGate : public QObject {
   std::deque<std::function<void()>> m_due;
 
   HeldKey m_held;
+  SpentKey m_spent;
   bool m_marksHeldKeys;
 
   bool m_dropsAll = false;
