@@ -5,6 +5,7 @@
 #include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/line_plot.h"
 #include "tools/vorel-line/plot.h"
+#include "tools/vorel-line/readers.h"
 
 namespace tarnwell::vorel_line {
 namespace {
@@ -84,7 +85,7 @@ TEST(Events, ASessionAsAnOperatorsLog) {
             "6 status automatic\n");
 }
 
-TEST(Events, ACommandStandsWhereItWasFirstSentAndALoosePlugIsOneLine) {
+TEST_F(Files, ACommandStandsWhereItWasFirstSentAndALoosePlugIsOneLine) {
   std::vector<Step> steps = StepsOf("1>S=X 2-device_gone 3.1-device_back 4>S=X 4.5<S=OX 10>S=X 12.5>S=X 15>S=X");
   for (int i = 0; i < 9; ++i) {
     steps.push_back({20 + i * 1.0, '-', std::string(kDeviceGone)});
@@ -102,6 +103,14 @@ TEST(Events, ACommandStandsWhereItWasFirstSentAndALoosePlugIsOneLine) {
             "20 recorder device back\n"
             "38 recorder device back since 23:13:48.500, after 16 changes from 23:13:41.000\n"
             "50 link back\n");
+  Write(StepsOf("1>G=-3.5 1.005<G=-3.5 3.1>U? 3.2<U=A"));
+  testing::internal::CaptureStdout();
+  PrintEvents({Path()}, "text", false);
+  PrintShow({Path()}, false, false);
+  const std::string told = testing::internal::GetCapturedStdout();
+  for (const char* text :
+       {"adjust -3.5 dB; answered 22:13:21.005", "21.005+00:00 < {AG=-3.5*}  gain adjust -3.5 dB [5.0 ms], as what"})
+    EXPECT_NE(told.find(text), std::string::npos) << told;
 }
 
 /// What is told of each model's answers besides "connected" and of commands.

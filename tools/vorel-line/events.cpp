@@ -114,7 +114,8 @@ void Events::Answered(const Turn& turn) {
   const std::string reply(link::ReplyPayload(turn.bytes));
   const std::string modelBefore = device.words.Model();
   device.words.Learn(reply);
-  if (m_commandOpen) TellAnswered(turn, device, reply);
+  // Not the last request: behind the copy of a setting the console may ask "U?" to know what that was.
+  if (KindOf(turn.request) != RequestKind::kQuery) TellAnswered(turn, device, reply);
   FollowLink(turn, device, true);
   if (turn.request == protocol::kModelQuery.text && m_afterPause) Connected(turn, device, modelBefore);
   if (turn.request == protocol::kClearAlarms.text) device.cleared = true;

@@ -40,6 +40,9 @@ class Transcript {
     const std::string meaning = Meaning(turn);
     std::string line = TimeText(turn.at, turn.offset) + Sign(turn.what) + Readable(turn.bytes);
     if (!meaning.empty()) line += std::string(turn.bytes.empty() ? "" : "  ") + meaning;
+    // What a setting's copy was is known only by what followed it.
+    if (turn.at < m_latest) line += ", as what followed it tells";
+    m_latest = std::max(m_latest, turn.at);
     std::printf("%s\n", line.c_str());
   }
 
@@ -93,6 +96,7 @@ class Transcript {
 
   std::map<char, Words> m_words;
   AddressFollower m_addresses;
+  std::int64_t m_latest = 0;  ///< of the lines so far
 };
 
 void PrintRaw(const Record& record) {
