@@ -211,6 +211,7 @@ TEST(CalibrationTables, WhatReadRepliesSay) {
       const QString told = platform::FromDevice(reply).toHtmlEscaped();
       EXPECT_EQ(field.toolTip().contains(QLatin1String("answered")), !known);
       EXPECT_TRUE(known || field.toolTip().contains(told));
+      EXPECT_EQ(field.toolTip().contains(QLatin1String("here too")), !known && shownBy == kRF);
       rig.TakeCommands();
       QTest::keyClick(&field, Qt::Key_Return);
       EXPECT_EQ(rig.TakeCommands().empty(), !known) << reply;
