@@ -60,6 +60,7 @@ TEST(Events, ASessionAsAnOperatorsLog) {
   Ask(steps, 12.1, "S=M", "S=M", 5);
   Ask(steps, 13, "U=F", "U=F", 5);
   Ask(steps, 13.2, "S?", "S=A", 6);
+  Ask(steps, 13.4, "S?", "S=A", 5);
   std::string faults;
   Turns turns([&](const Turn& turn) {
     if (turn.fault != Fault::kNone) faults += std::string(FaultText(turn.fault)) + (turn.last ? "!" : ";");
@@ -82,7 +83,8 @@ TEST(Events, ASessionAsAnOperatorsLog) {
             "5 command manual (S=M): manual; answered 23:13:32.150\n"
             "5 status manual\n"
             "5 setting address 6 (U=F): address 6; answered 23:13:33.050\n"
-            "6 status automatic\n");
+            "6 status automatic\n"
+            "5 status status A\n");
 }
 
 TEST_F(Files, ACommandStandsWhereItWasFirstSentAndALoosePlugIsOneLine) {

@@ -43,7 +43,13 @@ void Events::Take(const Turn& turn) {
   m_offset = turn.offset;
   if (m_pending && turn.at - m_pending->at > kLastChance) TellPending();
   if (m_flapping.IsSettled(turn.at)) TellFlapping();
-  if (const auto move = m_addresses.Take(turn)) m_devices[move->second] = Device(m_devices[move->first]);
+  const auto move = m_addresses.Take(turn);
+  if (move) m_devices[move->second] = Device(m_devices[move->first]);
+  TakeTurn(turn);
+  if (move) m_devices.erase(move->first);  // who answers there is another one
+}
+
+void Events::TakeTurn(const Turn& turn) {
   switch (turn.what) {
     case What::kNote:
       return TakeNote(turn);

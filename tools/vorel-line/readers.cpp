@@ -36,8 +36,10 @@ std::string Milliseconds(std::int64_t microseconds) {
 class Transcript {
  public:
   void Print(const Turn& turn) {
-    if (const auto move = m_addresses.Take(turn)) m_words[move->second] = Words(m_words[move->first]);
+    const auto move = m_addresses.Take(turn);
+    if (move) m_words[move->second] = Words(m_words[move->first]);
     const std::string meaning = Meaning(turn);
+    if (move) m_words.erase(move->first);
     std::string line = TimeText(turn.at, turn.offset) + Sign(turn.what) + Readable(turn.bytes);
     if (!meaning.empty()) line += std::string(turn.bytes.empty() ? "" : "  ") + meaning;
     // What a setting's copy was is known only by what followed it.
