@@ -62,7 +62,8 @@ void Readers::ForgetDevice() {
   forms::ForgetAnswers(ShownByAny(m_form));
   // These show something also before the device has said it.
   forms::ShowUnanswered({&m_form.optRFMute, &m_form.imgAlarm, &m_form.imgOk});
-  forms::SetOwnToolTip(m_form.txtGainAdjust, QString());
+  m_gainAsOf.clear();
+  EndSession();
   ShowPriority(m_form, protocol::PriorityPath::kNone);
   m_session.GainInDoubt = false;
   // Without optRFMute: selecting it again from a status would send the mute again.
@@ -83,9 +84,11 @@ void Readers::DoubtAll() {
 void Readers::ConfirmGain() {
   m_session.GainInDoubt = false;
   Confirm(Question::kGain);
-  forms::SetOwnToolTip(m_form.txtGainAdjust, QStringLiteral("As of %1; not asked again while connected")
-                                                 .arg(m_timeOfDay().time().toString(QStringLiteral("hh:mm:ss"))));
+  m_gainAsOf = QStringLiteral("As of %1").arg(m_timeOfDay().time().toString(QStringLiteral("hh:mm:ss")));
+  forms::SetOwnToolTip(m_form.txtGainAdjust, m_gainAsOf + QStringLiteral("; not asked again while connected"));
 }
+
+void Readers::EndSession() { forms::SetOwnToolTip(m_form.txtGainAdjust, m_gainAsOf); }
 
 bool Readers::Ask(Question question, const protocol::Request& request, std::size_t echo, std::string& text) {
   std::string reply;

@@ -33,6 +33,8 @@ class Readers {
   void Confirm(Question question) { forms::ShowAnswered(ShownBy(m_form, question), m_timeOfDay().time()); }
   /// The same for the gain, which then isn't asked for again: its tool tip says of when it is.
   void ConfirmGain();
+  /// What was read stays, and its tool tip no longer speaks of a session.
+  void EndSession();
   /// What `question` shows isn't known to be so any more, and is drawn as old until it is answered.
   void Doubt(Question question) { forms::ShowUnanswered(ShownBy(m_form, question)); }
   void DoubtAll();
@@ -72,6 +74,7 @@ class Readers {
   SessionState& m_session;
   alarms::AlarmIndicator& m_indicator;
   platform::TimeOfDay m_timeOfDay;
+  QString m_gainAsOf;  ///< the time at which the gain was answered, in words
 };
 
 }  // namespace tarnwell::console
