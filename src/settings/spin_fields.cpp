@@ -2,6 +2,7 @@
 
 #include "console/entry_text.h"
 #include "forms/controls/answers.h"
+#include "link/frame_codec.h"
 #include "platform/text_encoding.h"
 #include "protocol/encodings.h"
 #include "settings/calibration_points.h"
@@ -33,9 +34,11 @@ void SetLimit(forms::TextBox& field, forms::UpDown& spin, std::string_view text)
   forms::ShowDoubtful({&field}, held ? QString() : Outside(text));
 }
 
-void SetAddress(forms::TextBox& field, forms::UpDown& spin, int address) {
-  spin.SetValue(address);
+void SetAddress(forms::TextBox& field, forms::UpDown& spin, std::string_view text) {
+  const int address = text.empty() ? -1 : text.front() - link::AddressByte(0);
+  if (address >= 0) spin.SetValue(address);
   DrawAddress(field, spin);
+  forms::ShowDoubtful({&field}, spin.Value() == address ? QString() : Outside(text));
 }
 
 }  // namespace tarnwell::settings
