@@ -3,6 +3,7 @@
 #include <array>
 
 #include "alarms/alarm_news.h"
+#include "console/entry_text.h"
 #include "console/view_rules.h"
 #include "forms/controls/colours.h"
 #include "platform/text_encoding.h"
@@ -81,11 +82,15 @@ void Readers::DoubtAll() {
   m_session.GainInDoubt = m_shared.SSPAType != link::kRedundancyController;
 }
 
-void Readers::ConfirmGain() {
+void Readers::TakeGain(std::string_view text) {
   m_session.GainInDoubt = false;
   Confirm(Question::kGain);
   m_gainAsOf = QStringLiteral("As of %1").arg(m_timeOfDay().time().toString(QStringLiteral("hh:mm:ss")));
   forms::SetOwnToolTip(m_form.txtGainAdjust, m_gainAsOf + QStringLiteral("; not asked again while connected"));
+  const int tenths = protocol::Tenths(protocol::LeadingNumber(text));
+  m_form.updwnGainAdjust.SetValue(tenths);
+  const bool held = protocol::BeginsWithNumber(text) && m_form.updwnGainAdjust.Value() == tenths;
+  if (!held) forms::ShowDoubtful({&m_form.txtGainAdjust}, OutsideOfEntry(text));
 }
 
 void Readers::EndSession() { forms::SetOwnToolTip(m_form.txtGainAdjust, m_gainAsOf); }
@@ -288,8 +293,7 @@ bool Readers::ReadGain() {
   m_timing.DelayBlocking(kPauseBeforeGain);
   std::string text;
   if (!Ask(Question::kGain, protocol::kGainQuery, 2, text)) return false;
-  ConfirmGain();
-  m_form.updwnGainAdjust.SetValue(protocol::Tenths(protocol::LeadingNumber(text)));
+  TakeGain(text);
   ShowGain(m_form);  // also where the value is the one that the spin starts with
   return true;
 }

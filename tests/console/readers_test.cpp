@@ -1,3 +1,4 @@
+#include "forms/controls/answers.h"
 #include "forms/controls/colours.h"
 #include "support/program_test.h"
 
@@ -49,7 +50,13 @@ TEST_F(ReadersTest, AmplifierStatusAndWhatALockoutLeaves) {
 }
 
 TEST_F(ReadersTest, LevelsAndTemperatures) {
-  m_replies["G?"] = "G=0.0";  // what the spin starts with
+  for (const char* gain : {"3.5", "-20.1", "x", "0.0"}) {  // the last: what the spin starts with
+    m_replies["G?"] = std::string("G=") + gain;
+    InSession("VR?", "VR=1", [&] {
+      EXPECT_NE(forms::IsOld(Main().txtGainAdjust), gain == std::string("0.0"));
+      EXPECT_NE(Main().txtGainAdjust.toolTip().contains(QLatin1String(gain)), gain == std::string("0.0"));
+    });
+  }
   ExpectShown("VR?", {{"VR=12.34", "12.3 dBm"}, {"VR=", ".0 dBm"}}, [this] { return CaptionOf("lblRFLevel"); });
   m_replies["VT?"] = "VT=<i>41</i>";
   InSession("VT2?", "VT2=\x01-5.5", [this] {
