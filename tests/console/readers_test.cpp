@@ -1,4 +1,3 @@
-#include "forms/controls/answers.h"
 #include "forms/controls/colours.h"
 #include "support/program_test.h"
 
@@ -50,13 +49,11 @@ TEST_F(ReadersTest, AmplifierStatusAndWhatALockoutLeaves) {
 }
 
 TEST_F(ReadersTest, LevelsAndTemperatures) {
-  for (const char* gain : {"3.5", "-20.1", "x", "0.0"}) {  // the last: what the spin starts with
-    m_replies["G?"] = std::string("G=") + gain;
-    InSession("VR?", "VR=1", [&] {
-      EXPECT_NE(forms::IsOld(Main().txtGainAdjust), gain == std::string("0.0"));
-      EXPECT_NE(Main().txtGainAdjust.toolTip().contains(QLatin1String(gain)), gain == std::string("0.0"));
-    });
-  }
+  // the first: what the spin starts with; behind the gain the device's own, where the field can't hold it
+  ExpectShown("G?", {{"G=0.0", "0.0 "}, {"G=3.5", "0.0 3.5"}, {"G=-20.1", "-20.0 -20.1"}, {"G=x", "0.0 x"}}, [this] {
+    const forms::TextBox& gain = Main().txtGainAdjust;
+    return (gain.Text() + QLatin1Char(' ') + gain.toolTip().section(QLatin1Char('"'), 1, 1)).toStdString();
+  });
   ExpectShown("VR?", {{"VR=12.34", "12.3 dBm"}, {"VR=", ".0 dBm"}}, [this] { return CaptionOf("lblRFLevel"); });
   m_replies["VT?"] = "VT=<i>41</i>";
   InSession("VT2?", "VT2=\x01-5.5", [this] {
@@ -64,7 +61,6 @@ TEST_F(ReadersTest, LevelsAndTemperatures) {
     EXPECT_EQ(CaptionOf("lblTempMod2"), "\x01-5.5°C");
     EXPECT_EQ(Find<QLabel>("lblTempMod1").textFormat(), Qt::PlainText);
     EXPECT_TRUE(Find<QLabel>("lblTempMod2").text().startsWith(QChar(QChar::ReplacementCharacter)));
-    EXPECT_EQ(Main().txtGainAdjust.Text(), QStringLiteral("0.0"));
   });
 }
 
