@@ -4,7 +4,6 @@
 
 #include "forms/controls/input_gate.h"
 #include "forms/controls/plain_controls.h"
-#include "forms/controls/tab_strip.h"
 #include "forms/test_form.h"
 #include "support/late_input.h"
 
@@ -149,18 +148,6 @@ TEST_F(PlainTest, AListTakesTheWheelOnlyWithTheFocusAndAKeyForItselfAlone) {
   form.SetCancelButton(form.cmdConnect);
   form.verbs["open"] = [&](QWidget&) { combo.showPopup(); };
   form.Expect("open, Return ->; return, Return -> Connect; open, Escape ->; return, Escape -> Connect");
-}
-
-TEST_F(PlainTest, ATabClicksOnlyByTheOperatorsHand) {
-  TabStrip tabs("tabPages", form, {"&One", "&Two", "T&hree"});
-  Place(tabs, 4800, 0, 3900, 1500);
-  QObject::connect(&tabs, &TabStrip::Click, &form, [&] { form.Note(std::to_string(tabs.SelectedTab())); });
-  tabs.SelectTab(2);
-  EXPECT_EQ(tabs.SelectedTab(), 2);
-  auto* bar = tabs.findChild<QTabBar*>();
-  form.verbs["first"] = [bar](QWidget&) { QTest::mouseClick(bar, Qt::LeftButton, {}, bar->tabRect(0).center()); };
-  form.Expect("show tabPages ->; first -> 1; Alt+H -> 3");
-  EXPECT_EQ(tabs.ClientHeight() + (bar->height() + 4) * kTwipsPerPixel, 1500);
 }
 
 }  // namespace

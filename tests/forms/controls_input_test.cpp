@@ -78,7 +78,7 @@ TEST_F(InputTest, AKeyNeedsAFocusThatTheOperatorGaveOrSaw) {
 }
 
 // No input would reach what an act opens then.
-TEST_F(InputTest, NoActRunsWhileAMessageTakesTheRequestsToClose) {
+TEST_F(InputTest, NoActRunsWhileAMessageTakesTheRequestsToCloseOrInputIsLost) {
   int acts = 0;
   InputGate::Instance().ActLater([&] { acts += platform::OnlyClosesAreTaken() ? 100 : 1; });
   QTimer answer;
@@ -89,7 +89,14 @@ TEST_F(InputTest, NoActRunsWhileAMessageTakesTheRequestsToClose) {
   answer.start(0);
   platform::ToolkitDesktop().ShowMessage({QStringLiteral("Connection Failed")});
   Settle();
-  EXPECT_EQ(acts, 1);
+  {
+    const InputPause pause;
+    InputGate::Instance().ActLater([&] { ++acts; });
+    Settle();
+    EXPECT_EQ(acts, 1);
+  }
+  Settle();
+  EXPECT_EQ(acts, 2);
 }
 
 // A file dialog proposes names while one is typed.

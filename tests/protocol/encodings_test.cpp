@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "protocol/vocabulary.h"
+
 namespace tarnwell::protocol {
 namespace {
 
@@ -52,6 +54,15 @@ TEST(FixedText, RoundsAndKeepsItsDecimals) {
       {0, 1, LeadingZero::kAlways, "0.0"},     {-10.005, 2, LeadingZero::kAlways, "-10.01"},
       {1.005, 2, LeadingZero::kAlways, "1.01"}};
   for (const auto& [value, decimals, zero, text] : cases) EXPECT_EQ(FixedText(value, decimals, zero), text) << value;
+}
+
+TEST(SetFixedCompensation, NamesThePointByItsTemperatureAndNotByItsHeadInTheReply) {
+  const std::tuple<int, double, const char*, const char*> cases[] = {
+      {-50, -1.25, "H-050=-1.25", "-050="}, {-25, kDisabledValue, "H-025=D", "-025="}, {0, 1, "H+000= 1", "000="}};
+  for (const auto& [degrees, value, text, expected] : cases) {
+    const Request request = SetFixedCompensation(degrees, value);
+    EXPECT_EQ(request.text + ' ' + request.expected, std::string(text) + ' ' + expected);
+  }
 }
 
 TEST(WholeNumber, IsTheWholeTextOrNothing) {

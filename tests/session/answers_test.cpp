@@ -129,6 +129,7 @@ TEST_F(AnswersTest, ANewSessionShowsNothingOfTheFormerDevice) {
   Connect(13);
   EXPECT_TRUE(Main().optOnline.Value() && CaptionOf("lblTempMod1") == "41°C") << "a disconnect leaves the last values";
   EXPECT_TRUE(IsOld("lblRFLevel"));
+  EXPECT_EQ(Find("txtGainAdjust").toolTip(), QStringLiteral("As of 09:26:41"));
   for (auto* label : readings) {
     label->SetCaption(QStringLiteral("ALARM"));
     label->SetBackground(Qt::red);

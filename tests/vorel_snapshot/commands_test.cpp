@@ -156,6 +156,7 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
       {"diff - -", 2, "vorel-snapshot: diff: - is given twice\n"},
       {"trend a.txt --of rf_level --of rf_max -o t.csv", 0, ""},
       {"diff a.txt zeros.txt", 4, "zeros.txt: nothing but zeros is in the file\n"},
+      {"export a.txt --json -o -", 2, "vorel-snapshot: -: is no file; one of that name is ./-\n"},
       {"export a.txt", 2, "vorel-snapshot: export: give either --json or --csv\n"},
       {"plot c.txt -o p.svg", 3, "vorel-snapshot: c.txt: a redundancy controller has no calibration tables\n"},
       {"plot a.txt -o p.gif", 2, "vorel-snapshot: plot: -o takes a file that ends in .svg or .png\n"},

@@ -80,6 +80,7 @@ void InputGate::ActLater(std::function<void()> act) {
 }
 
 void InputGate::Act() {
+  if (m_dropsAll) return;  // no input would reach what an act opens now; ~InputPause goes on
   if (platform::OnlyClosesAreTaken()) {
     // No input would reach a form or a box that an act opens now.
     if (!m_due.empty()) platform::PostCall(*this, [this] { Act(); });
@@ -90,6 +91,12 @@ void InputGate::Act() {
     m_due.pop_front();
     act();
   }
+}
+
+InputPause::~InputPause() {
+  InputGate& gate = InputGate::Instance();
+  gate.m_dropsAll = false;
+  if (!gate.m_due.empty()) platform::PostCall(gate, [&gate] { gate.Act(); });
 }
 
 void InputGate::HandlerEnded() {

@@ -105,12 +105,12 @@ class InputGate : public QObject {
   int m_roundsLeft = 0;
 };
 
-/// Clicks and keys that are handled while it lives are lost. Wraps a yield behind work with its buttons off: what was
-/// pressed meanwhile must not hit what can be pressed again a moment later.
+/// Clicks and keys that are handled while it lives are lost, and acts wait for its end. Wraps a yield behind work with
+/// its buttons off: what was pressed meanwhile must not hit what can be pressed again a moment later.
 class InputPause {
  public:
   InputPause() { InputGate::Instance().m_dropsAll = true; }
-  ~InputPause() { InputGate::Instance().m_dropsAll = false; }
+  ~InputPause();
   InputPause(const InputPause&) = delete;
   InputPause& operator=(const InputPause&) = delete;
 };
