@@ -70,10 +70,6 @@ TEST_F(EntryTest, HeldKeysActOnceOrStepAndNeverPileUpAndTypedCharactersAllArrive
   PostRepeats(box, Qt::Key_Space, 1, QStringLiteral(" "));
   PostRepeats(box, Qt::Key_Backspace, 2);
   form.Expect("wait -> 50 50 50 32 8 8 =22");
-  HeldKey held;
-  held.Released(Qt::Key_Up, 1660);
-  EXPECT_TRUE(held.Repeats(Qt::Key_Up, 1660)) << "a release and a press at the same moment";
-  EXPECT_FALSE(held.Repeats(Qt::Key_Down, 1660) || held.Repeats(Qt::Key_Up, 1661));
 }
 
 /// The spin control, which clicks hit on its upper arrow, with verbs for its lower one, and "fire": the running repeat

@@ -33,16 +33,11 @@ QWidget& AimOfKey(QWidget& receiver) {
 
 }  // namespace
 
-void HeldKey::Released(int key, quint64 moment) {
-  m_key = key;
-  m_moment = moment;
-}
-
-bool SpentKey::ClosedAPopup(const QKeyEvent& key) {
+bool SpentKey::ClosedAPopup(int key, std::optional<Moment> made) {
   const QWidget* popup = QApplication::activePopupWidget();
-  if (key.key() != m_key || key.timestamp() != m_moment) {
-    m_key = key.key();
-    m_moment = key.timestamp();
+  if (key != m_key || made != m_made) {
+    m_key = key;
+    m_made = made;
     m_popup = popup;
   }
   return m_popup != nullptr && m_popup != popup;
@@ -58,11 +53,7 @@ InputGate& InputGate::Instance() {
   return *gate;
 }
 
-InputGate::InputGate()
-    : m_systemClock(platform::SystemInputClock()),
-      m_clock(m_systemClock.get()),
-      m_stands(*m_clock),
-      m_marksHeldKeys(QGuiApplication::platformName() == QLatin1String("xcb")) {
+InputGate::InputGate() : m_systemClock(platform::SystemInputClock()), m_clock(m_systemClock.get()), m_stands(*m_clock) {
   m_dropping.setInterval(0);
   connect(&m_dropping, &QTimer::timeout, this, [this] {
     if (--m_roundsLeft == 0) m_dropping.stop();
@@ -108,12 +99,7 @@ void InputGate::HandlerEnded() {
 
 bool InputGate::eventFilter(QObject* watched, QEvent* event) {
   m_stands.Follow(*watched, *event, m_made);
-  // Else a press that is cut by the end of a pause would count as a fresh one.
-  if (event->type() == QEvent::KeyRelease) {
-    const auto* key = static_cast<QKeyEvent*>(event);
-    m_held.Released(key->key(), key->timestamp());
-    m_spent = {};
-  }
+  if (event->type() == QEvent::KeyRelease) m_spent = {};
   if (!IsInput(*watched, *event)) return false;
   if (m_dropsAll) {
     event->setAccepted(event->type() != QEvent::Close);
@@ -124,7 +110,7 @@ bool InputGate::eventFilter(QObject* watched, QEvent* event) {
   if (receiver == nullptr) return true;
   TakeMoment(*watched, *event);
   const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
-  if (key && m_spent.ClosedAPopup(static_cast<QKeyEvent&>(*event))) {
+  if (key && m_spent.ClosedAPopup(static_cast<QKeyEvent*>(event)->key(), m_made)) {
     event->accept();
     return true;
   }
@@ -133,12 +119,24 @@ bool InputGate::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void InputGate::TakeMoment(const QObject& watched, const QEvent& event) {
-  if (event.isInputEvent()) {
+  if (event.type() == QEvent::KeyPress || event.type() == QEvent::ShortcutOverride) {
+    TakeKey(watched, static_cast<const QKeyEvent&>(event));
+  } else if (event.isInputEvent()) {
     m_made = m_clock->Made(static_cast<const QInputEvent&>(event).timestamp());
   } else if (event.type() == QEvent::Close) {
     m_made = m_clock->CloseAsked(static_cast<const QWindow&>(watched));
   }
   // An access key has no stamp of its own: its key has just been here.
+}
+
+// A key goes from the window on to a control.
+void InputGate::TakeKey(const QObject& watched, const QKeyEvent& key) {
+  const PressedKey told = {key.key(), m_clock->Made(key.timestamp()),
+                           key.isAutoRepeat() || m_clock->LetGo(key.timestamp())};
+  if (watched.isWindowType()) m_key = m_pressedKeys.Complete(key.type(), told);
+  const bool itself = told.made || told.key != m_key.key;
+  m_made = itself ? told.made : m_key.made;
+  m_repeats = told.repeats || (!itself && m_key.repeats);
 }
 
 bool InputGate::Acts(const QWidget& control) const { return !m_made || m_stands.Stood(control, *m_made); }
@@ -203,8 +201,7 @@ bool InputGate::LosesKey(QWidget& receiver, QKeyEvent& key) {
 }
 
 bool InputGate::Swallows(QWidget& receiver, QKeyEvent& key) {
-  const bool repeats = key.isAutoRepeat() || (m_marksHeldKeys && m_held.Repeats(key.key(), key.timestamp()));
-  if (repeats && AnswersMessage(receiver, key)) {
+  if (m_repeats && AnswersMessage(receiver, key)) {
     key.accept();
     return true;
   }
@@ -212,14 +209,14 @@ bool InputGate::Swallows(QWidget& receiver, QKeyEvent& key) {
   if (form == nullptr || Edits(receiver, key)) return false;
   // A held access key acts once. An override that is accepted keeps the key from the access keys.
   const bool pending = m_dropping.isActive();
-  const bool dropped = repeats && (pending || (key.modifiers() & Qt::AltModifier) != 0);
+  const bool dropped = m_repeats && (pending || (key.modifiers() & Qt::AltModifier) != 0);
   const bool moves = key.type() == QEvent::KeyPress && IsTab(key) && qobject_cast<QMenuBar*>(&receiver) == nullptr;
   if (moves && !dropped) form->MoveFocus(IsForward(key));
   if (dropped || moves) {
     key.accept();
     return true;
   }
-  const bool unmarked = repeats && !key.isAutoRepeat() && key.type() == QEvent::KeyPress;
+  const bool unmarked = m_repeats && !key.isAutoRepeat() && key.type() == QEvent::KeyPress;
   if (unmarked) DeliverAsRepeat(receiver, key);
   return unmarked;
 }

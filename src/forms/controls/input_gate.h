@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include "forms/controls/pressed_keys.h"
 #include "forms/controls/stands.h"
 
 class QKeyEvent;
@@ -14,28 +15,16 @@ class QMouseEvent;
 
 namespace tarnwell::forms {
 
-/// Knows the repeats of a held key that the X server sends and the toolkit doesn't mark: a release and a press of the
-/// key at the same moment, in milliseconds of the server's time.
-class HeldKey {
- public:
-  void Released(int key, quint64 moment);
-  bool Repeats(int key, quint64 moment) const { return key == m_key && moment == m_moment; }
-
- private:
-  int m_key = 0;
-  quint64 m_moment = 0;
-};
-
 /// Knows a key that an open list or menu has taken already. A list closes at the shortcut override, ahead of the press,
 /// which then goes to the form behind it where the window system gives that the keys: Return would press its OK.
 class SpentKey {
  public:
   /// To be asked at each delivery of a key. True where an earlier delivery of this one closed a popup.
-  bool ClosedAPopup(const QKeyEvent& key);
+  bool ClosedAPopup(int key, std::optional<Moment> made);
 
  private:
   int m_key = 0;
-  quint64 m_moment = 0;
+  std::optional<Moment> m_made;
   const QWidget* m_popup = nullptr;  ///< what was open at the key's first delivery; only compared, it may be gone
 };
 
@@ -82,6 +71,7 @@ class InputGate : public QObject {
 
   void Act();
   void TakeMoment(const QObject& watched, const QEvent& event);
+  void TakeKey(const QObject& watched, const QKeyEvent& key);
   bool Loses(QObject& watched, QEvent& event);
   bool LosesClose(QWindow& window, QEvent& event) const;
   bool LosesMouse(QWindow& window, const QMouseEvent& mouse);
@@ -96,9 +86,10 @@ class InputGate : public QObject {
   bool m_pressLost = false;      ///< the mouse button that is down was pressed in vain
   std::deque<std::function<void()>> m_due;
 
-  HeldKey m_held;
+  PressedKeys m_pressedKeys;
+  PressedKey m_key = {};   ///< that came to a window last
+  bool m_repeats = false;  ///< the key that is being delivered is held down
   SpentKey m_spent;
-  bool m_marksHeldKeys;
 
   bool m_dropsAll = false;
   QTimer m_dropping;  ///< runs while repeats are dropped
