@@ -172,7 +172,7 @@ TEST(CalibrationTables, TheReplyIsStoredAndDrawnAndSilenceClosesTheForm) {
   }
 }
 
-TEST(CalibrationTables, AnAnswerAtAnotherFixedTemperatureIsNone) {
+TEST(CalibrationTables, AnAnswerWithoutAnEqualsSignIsNone) {
   SettingsRig rig(1);
   rig.m_replies["H+000= 1"] = "H+0001";
   rig.Type("txtTCComp", "1\r");
