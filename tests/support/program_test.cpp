@@ -100,6 +100,19 @@ void ProgramTest::DisconnectAfter(int polls) {
   m_yielder.OnYieldAfter(polls - 1, [this] { ClickOn("cmdConnect"); });
 }
 
+std::string ProgramTest::PacesOf(const std::function<void()>& act) {
+  std::string paces;
+  m_yielder.OnYieldAfter(1, [&] {
+    TakePaces();
+    act();
+    QCoreApplication::processEvents();
+    paces = TakePaces();
+    DisconnectAfter(1);  // whatever yields meanwhile, a form's own poll as well
+  });
+  Connect();
+  return paces;
+}
+
 int ProgramTest::HidesAtWatchdog() {
   int hides = 0;
   const QObject scope;

@@ -90,19 +90,12 @@ class ProgramTest : public testing::Test {
     QCoreApplication::processEvents();
   }
 
-  /// The commands sent since the last Take.
-  std::string TakeCommands() {
-    const std::string commands = m_port.Commands();
-    m_port.TakeTranscript();
-    return commands;
-  }
+  /// The commands sent since the last Take, and the same with the pauses around them.
+  std::string TakeCommands() { return Taken(m_port.Commands()); }
+  std::string TakePaces() { return Taken(m_port.Paces()); }
 
-  /// The same with the pauses around them.
-  std::string TakePaces() {
-    const std::string paces = m_port.Paces();
-    m_port.TakeTranscript();
-    return paces;
-  }
+  /// What `act` sends in a session, with the pauses, up to the end of the yield in which it happens.
+  std::string PacesOf(const std::function<void()>& act);
 
   /// How often the form in front is hidden when its watchdog looks for a pass of the poll since its last look.
   int HidesAtWatchdog();
@@ -137,6 +130,12 @@ class ProgramTest : public testing::Test {
   std::map<QString, QString> m_states;
   QDateTime m_timeOfDay = QDateTime(QDate(2007, 3, 14), QTime(9, 26, 41));
   std::optional<app::Program> m_program;
+
+ private:
+  std::string Taken(std::string sent) {
+    m_port.TakeTranscript();
+    return sent;
+  }
 };
 
 }  // namespace tarnwell::test
