@@ -36,7 +36,6 @@ class OpeningsTest : public ProgramTest {
 TEST_F(OpeningsTest, FormsLeaveNothingBehind) {
   constexpr int kOpenings = 200;
   constexpr std::int64_t kEach = 1000;  ///< of all four forms; one picture of a button takes 9 kB
-  m_replies = AmplifierReplies();
   Start();
   m_yielder.OnYieldAfter(13, [this] {
     OpenOften(20);

@@ -92,7 +92,6 @@ TEST_F(CommandsTest, GainByKeysAndSpin) {
                {"0", "25+", "G= 0", "0.0"},  // what is half typed is never sent
                {"0", "25\033", "", "0.0"},
                {"0", "25l", "", "0.0"}};
-  m_replies = AmplifierReplies();
   m_replies.merge(ReplyTable{{"G=-3.41", "G=-3.4"}, {"G=-20", "G=-20"}, {"G= 0", "G=0"}, {"G=-.2", "G=-0.2"}});
   Start();
   for (const auto& c : cases) {

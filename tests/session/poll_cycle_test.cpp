@@ -45,7 +45,6 @@ TEST_F(PollCycleTest, LinkLostAndRegainedAtItsPace) {
 TEST_F(PollCycleTest, WatchdogActsOnTheSecondTickWithoutABeat) {
   Start();
   EXPECT_EQ(HidesAtWatchdog() + HidesAtWatchdog(), 0) << "no session, no watch";
-  m_replies = AmplifierReplies();
   m_yielder.OnYield([&] {
     EXPECT_EQ(HidesAtWatchdog(), 0);
     EXPECT_EQ(HidesAtWatchdog(), 1);
@@ -62,7 +61,6 @@ TEST_F(PollCycleTest, WatchdogActsOnTheSecondTickWithoutABeat) {
 }
 
 TEST_F(PollCycleTest, FormsOpenAndSendAtTheirPace) {
-  m_replies = AmplifierReplies();
   m_replies.merge(ReplyTable{{"ZA", "A="}, {"U?", "U=@"}});
   Start();
   const std::tuple<const char*, const char*, const char*> rows[] = {{"cmdViewAlarms", "cmdExit", "100 CT? 50"},

@@ -56,8 +56,8 @@ using ReplyTable = std::map<std::string, std::string>;
 ReplyTable AmplifierReplies();   ///< class 3, two modules, platform 2; online, RF on, gain -3.4
 ReplyTable ControllerReplies();  ///< 1:2, manual, no priority
 
-/// The whole program on a scripted port, a virtual counter and an empty store. A session runs inside Connect(): what is
-/// to happen in it is queued as actions of the yield.
+/// The whole program on a scripted port, a virtual counter and an empty store. The device is an amplifier unless
+/// m_replies are changed. A session runs inside Connect(): what is to happen in it is queued as actions of the yield.
 class ProgramTest : public testing::Test {
  protected:
   ProgramTest();
@@ -126,7 +126,7 @@ class ProgramTest : public testing::Test {
   VirtualYielder m_yielder{m_counter};
   ScriptedPort m_port{m_counter};
   FakeDesktop m_desktop;
-  ReplyTable m_replies;
+  ReplyTable m_replies = AmplifierReplies();
   std::map<QString, QString> m_states;
   QDateTime m_timeOfDay = QDateTime(QDate(2007, 3, 14), QTime(9, 26, 41));
   std::optional<app::Program> m_program;
