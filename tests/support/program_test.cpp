@@ -55,8 +55,6 @@ ProgramTest::ProgramTest() {
   });
 }
 
-ProgramTest::~ProgramTest() = default;
-
 void ProgramTest::SaveProperty(const char* key, const char* text) {
   Store().setValue(PropertyPath(key), QString::fromLatin1(text));
 }

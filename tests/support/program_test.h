@@ -61,7 +61,6 @@ ReplyTable ControllerReplies();  ///< 1:2, manual, no priority
 class ProgramTest : public testing::Test {
  protected:
   ProgramTest();
-  ~ProgramTest() override;
 
   void SaveProperty(const char* key, const char* text);
   QString StoredProperty(const char* key);

@@ -36,10 +36,6 @@ ScriptedPort::~ScriptedPort() {
 
 Exchange& ScriptedPort::Expect(std::string command) { return m_script.emplace_back(Exchange{std::move(command)}); }
 
-void ScriptedPort::ExpectSilence(const std::string& command, int tries) {
-  for (; tries > 0; --tries) Expect(command);
-}
-
 std::string ScriptedPort::Joined(bool commandsAlone) const {
   std::string text;
   for (const Entry& entry : m_transcript) {
