@@ -1,22 +1,16 @@
-#include <cstdint>
+#ifdef __GLIBC__  // which tells what is in use
+
+#include <malloc.h>
 
 #include "support/program_test.h"
-
-#ifdef __GLIBC__
-#include <malloc.h>
-#endif
 
 namespace tarnwell::test {
 namespace {
 
 /// Bytes that the program has taken and not given back.
 std::int64_t BytesInUse() {
-#ifdef __GLIBC__
   const auto memory = mallinfo2();
   return static_cast<std::int64_t>(memory.uordblks + memory.hblkhd);
-#else
-  return 0;
-#endif
 }
 
 class OpeningsTest : public ProgramTest {
@@ -49,3 +43,5 @@ TEST_F(OpeningsTest, FormsLeaveNothingBehind) {
 
 }  // namespace
 }  // namespace tarnwell::test
+
+#endif

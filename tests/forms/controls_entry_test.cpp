@@ -9,7 +9,6 @@
 #include "support/late_input.h"
 
 namespace tarnwell::forms {
-
 namespace {
 
 /// The text box of the test form, its events in the transcript: a key by its code. Letters and Enter are swallowed, a
@@ -159,5 +158,4 @@ TEST_F(PlainTest, ATabClicksOnlyByTheOperatorsHand) {
 }
 
 }  // namespace
-
 }  // namespace tarnwell::forms

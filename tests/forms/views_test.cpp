@@ -13,7 +13,6 @@
 #include "tests/forms/test_form.h"
 
 namespace tarnwell::forms {
-
 namespace {
 
 /// All five forms, with values in their fields as a device gives them, the longest where it matters.
@@ -236,5 +235,4 @@ TEST(Layout, FontSizesFollowTheFit) {
 }
 
 }  // namespace
-
 }  // namespace tarnwell::forms

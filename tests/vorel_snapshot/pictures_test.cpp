@@ -1,7 +1,6 @@
 #include <unistd.h>
 
 #include <QDateTime>
-#include <QDir>
 #include <QImage>
 #include <QPainter>
 #include <QTimeZone>
@@ -71,7 +70,6 @@ TEST_F(SnapshotCommands, TrendFollowsValuesOverTimeByDevice) {
                     {25, address == 10 ? "[9.3v rail] 9.31 V" : "[11v rail] 11.04 V"},
                     {17, "[rf max] " + std::string(max)}});
   };
-  ASSERT_TRUE(QDir(m_folder.path()).mkpath(QStringLiteral("f.d")));
   Write("f.d/z", at("01/02/2007", 2, "43.2 dBm", "47 dBm"));
   Write("f.d/y", at("01/03/2008", 2, "#ERR", "DISABLED"));
   Write("f.d/x", at("05/01/2009", 2, "42.9 dBm", "46 dBm"));

@@ -45,6 +45,7 @@ class SnapshotCommands : public testing::Test {
 
   void Write(const char* name, const std::string& bytes) {
     QFile file(m_folder.filePath(QLatin1String(name)));
+    QDir().mkpath(QFileInfo(file).path());
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(bytes.data(), static_cast<qint64>(bytes.size()));
   }
