@@ -21,7 +21,6 @@ class EndingTest : public ProgramTest {
   void InSession(std::function<void()> act) {
     Start();
     m_yielder.OnYieldAfter(13, std::move(act));
-    m_yielder.OnYield([] { QCoreApplication::processEvents(); });
     Connect();
     m_port.SetPortOpen(false);
   }

@@ -2,7 +2,6 @@
 #include <QInputMethodEvent>
 #include <QTimerEvent>
 
-#include "forms/controls/input_gate.h"
 #include "forms/controls/plain_controls.h"
 #include "forms/controls/tab_strip.h"
 #include "forms/test_form.h"

@@ -7,8 +7,7 @@
 namespace tarnwell::link {
 namespace {
 
-using test::VirtualCounter;
-using test::VirtualYielder;
+using namespace test;
 
 class IntervalTimingTest : public testing::Test {
  protected:

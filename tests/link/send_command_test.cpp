@@ -7,10 +7,7 @@
 namespace tarnwell::link {
 namespace {
 
-using test::Framed;
-using test::ScriptedPort;
-using test::VirtualCounter;
-using test::VirtualYielder;
+using namespace test;
 
 class SendCommandTest : public testing::Test {
  protected:

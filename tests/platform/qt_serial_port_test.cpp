@@ -2,14 +2,12 @@
 
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
-#include <termios.h>
 
 #include <QAbstractEventDispatcher>
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
 
-#include "platform/yield.h"
 #include "support/pty.h"
 #include "tests/platform/clocks.h"
 

@@ -4,15 +4,10 @@
 
 #include <QStringList>
 #include <QtTest/QTest>
-#include <functional>
 #include <map>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "app/program.h"
 #include "support/scripted_port.h"
-#include "support/virtual_counter.h"
 
 namespace tarnwell::test {
 

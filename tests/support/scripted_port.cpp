@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cctype>
 #include <utility>
 
@@ -118,10 +117,7 @@ void ScriptedPort::Output(std::string_view bytes) {
   EXPECT_TRUE(m_open) << "sent on a closed port: " << bytes;
   const std::string command = CommandOf(bytes);
   Record(command, true);
-  if (m_script.empty() && m_model) {
-    Reply({command, m_model(command)});
-    return;
-  }
+  if (m_script.empty() && m_model) return Reply({command, m_model(command)});
   if (m_script.empty() || m_script.front().command != command) {
     ADD_FAILURE() << "sent \"" << command << "\", expected "
                   << (m_script.empty() ? "nothing" : '"' + m_script.front().command + '"')

@@ -79,7 +79,7 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
   const QRegularExpression cured(QStringLiteral(", cured by: (.*)")), place(QStringLiteral("a\\.txt: ?"));
   for (const auto& row : cases) {
     Write("a.txt", row.file);
-    const int code = Run(QStringLiteral("verify a.txt"));
+    const int code = Run("verify a.txt");
     const std::string faults = m_out.substr(0, std::min(m_out.find("\na.txt: damaged"), m_out.rfind("\n1 file: ")));
     std::string told = QString::fromStdString(faults).remove(cured).remove(place).toStdString();
     std::replace(told.begin(), told.end(), '\n', '|');
@@ -88,7 +88,7 @@ TEST_F(SnapshotCommands, VerifyTellsWhatIsDamagedByLineAndColumn) {
     const std::string cure = cured.match(QString::fromStdString(faults)).captured(1).toStdString();
     if (cure.empty()) continue;
     EXPECT_EQ(Shell("cp a.txt FILE && " + cure + " && mv NEW cured.txt"), 0) << faults;
-    EXPECT_EQ(Run(QStringLiteral("verify cured.txt")), 0) << faults;
+    EXPECT_EQ(Run("verify cured.txt"), 0) << faults;
   }
 }
 
@@ -101,7 +101,7 @@ TEST_F(SnapshotCommands, TakeFoldersAndKnowFilesByWhatIsInThem) {
   Write("f.d/more/d", SampleFile("controller.txt"));
   const std::string pipe = m_folder.filePath(QStringLiteral("f.d/pipe")).toStdString();
   ASSERT_TRUE(mkfifo(pipe.c_str(), 0600) == 0 && symlink("..", (pipe + "link").c_str()) == 0);
-  EXPECT_EQ(Run(QStringLiteral("verify --quiet --recursive f.d")), 1);
+  EXPECT_EQ(Run("verify --quiet --recursive f.d"), 1);
   EXPECT_EQ(m_out,
             "f.d/c:15: truncated: [path b] and what follows it is missing behind this line\nf.d/c: damaged, 1 told\n"
             "6 files: 3 whole, 1 damaged, 2 not a snapshot\n");
@@ -111,23 +111,23 @@ TEST_F(SnapshotCommands, TakeFoldersAndKnowFilesByWhatIsInThem) {
   const std::string c = "2007-11-02 16:05:12  7316         4   0264C-01 V6.0  hub B weekly check    damaged  f.d/c\n";
   for (const auto& [options, expected] :
        {std::pair{"", a + c + b}, {" --by state", c + a + b}, {" --by file", a + b + c}}) {
-    EXPECT_EQ(Run(QStringLiteral("list f.d") + QLatin1String(options)), 1);
+    EXPECT_EQ(Run(std::string("list f.d") + options), 1);
     EXPECT_EQ(m_out, expected) << options;
     EXPECT_EQ(m_err, "f.d/c:15: truncated: [path b] and what follows it is missing behind this line\n");
   }
-  EXPECT_EQ(Run(QStringLiteral("trend f.d -o t.csv")), 1);
+  EXPECT_EQ(Run("trend f.d -o t.csv"), 1);
   EXPECT_EQ(m_err.find("f.d/c:15: truncated"), 0) << m_err;
   ASSERT_TRUE(QFile::remove(m_folder.filePath(QStringLiteral("f.d/c"))));
-  EXPECT_EQ(Run(QStringLiteral("verify f.d")), 0) << "a picture beside them is no fault";
-  EXPECT_EQ(Run(QStringLiteral("verify --quiet --strict f.d")), 1);
+  EXPECT_EQ(Run("verify f.d"), 0) << "a picture beside them is no fault";
+  EXPECT_EQ(Run("verify --quiet --strict f.d"), 1);
   EXPECT_EQ(m_out,
             "f.d/big: not a snapshot: larger than any\nf.d/picture.png: not a snapshot: no line of one is in it\n"
             "4 files: 2 whole, 0 damaged, 2 not a snapshot\n");
   Write("f.d/empty", "");
-  EXPECT_EQ(Run(QStringLiteral("verify --quiet f.d")), 1) << "it may be what is left of a snapshot";
+  EXPECT_EQ(Run("verify --quiet f.d"), 1) << "it may be what is left of a snapshot";
   Write("f.d/empty", std::string(4674, '\0'));
   Write("f.d/grown", SampleFile("amplifier.txt") + std::string(70'000, ' '));
-  EXPECT_EQ(Run(QStringLiteral("verify --quiet f.d")), 1);
+  EXPECT_EQ(Run("verify --quiet f.d"), 1);
   EXPECT_EQ(m_out.substr(0, m_out.find("f.d/grown:58")),
             "f.d/empty: nothing but zeros is in the file\n"
             "f.d/grown: larger than any snapshot: its first 64 KiB are read\n");
@@ -158,7 +158,7 @@ TEST_F(SnapshotCommands, EndWithTheirCodesAndSayWhyOnStandardError) {
       {"look", 2, "vorel-snapshot: no command look\n"},
   };
   for (const auto& row : cases) {
-    EXPECT_EQ(Run(QString::fromLatin1(row.command)), row.code) << row.command;
+    EXPECT_EQ(Run(row.command), row.code) << row.command;
     EXPECT_EQ(m_err.substr(0, m_err.find('\n') + 1), row.err) << row.command;
   }
 }
@@ -177,16 +177,16 @@ TEST_F(SnapshotCommands, WriteWholeFilesOrNoneAndSayWhy) {
        {"plot a.txt -o pipe.svg", "export --csv a.txt -o link.csv", "export --csv a.txt -o gone.csv",
         "export --csv a.txt -o ./a.txt", "trend f.d -o f.d/../f.d/w.csv", "export --csv a.txt -o s.csv",
         "export --csv old.csv -o old.csv", "trend a.txt -o r.csv"}) {
-    EXPECT_EQ(Run(QLatin1String(target)), 2) << target;
+    EXPECT_EQ(Run(target), 2) << target;
     EXPECT_NE(m_err.find(": not replaced\n"), std::string::npos) << m_err;
   }
   struct stat pipe {};
   EXPECT_TRUE(stat(path("link.csv").c_str(), &pipe) == 0 && S_ISFIFO(pipe.st_mode));
-  EXPECT_EQ(Run(QStringLiteral("verify a.txt f.d/w.csv")), 0);
-  EXPECT_EQ(Run(QStringLiteral("trend f.d -o f.d/t.csv")) + Run(QStringLiteral("trend f.d -o f.d/t.csv")), 0);
+  EXPECT_EQ(Run("verify a.txt f.d/w.csv"), 0);
+  EXPECT_EQ(Run("trend f.d -o f.d/t.csv") + Run("trend f.d -o f.d/t.csv"), 0);
   {
     const FileLimit full(4096);
-    EXPECT_EQ(Run(QStringLiteral("export --csv a.txt -o old.csv")), 2);
+    EXPECT_EQ(Run("export --csv a.txt -o old.csv"), 2);
     EXPECT_EQ(m_err, "vorel-snapshot: old.csv: File too large\n");
   }
   EXPECT_EQ(QFileInfo(m_folder.filePath(QStringLiteral("old.csv"))).size(), 3);

@@ -24,9 +24,9 @@ class SnapshotCommands : public testing::Test {
  protected:
   /// The exit code; "_" is a blank within a word; what is printed stands in m_out and m_err, the folder's name taken
   /// out.
-  int Run(const QString& command) {
+  int Run(const std::string& command) {
     vorel_snapshot::Output output;
-    QStringList arguments = command.split(QLatin1Char(' '));
+    QStringList arguments = QString::fromStdString(command).split(QLatin1Char(' '));
     for (QString& word : arguments) {
       word.replace(QLatin1Char('_'), QLatin1Char(' '));
       if (word.contains(QLatin1Char('.')) && !word.front().isDigit()) word = m_folder.filePath(word);
