@@ -1,8 +1,7 @@
-#ifdef __GLIBC__  // which tells what is in use
-
-#include <malloc.h>
-
 #include "support/program_test.h"
+
+#ifdef __GLIBC__  // which tells what is in use
+#include <malloc.h>
 
 namespace tarnwell::test {
 namespace {

@@ -59,9 +59,13 @@ class RandomOperator final : public platform::Yielder {
   void Watch(forms::frmMain& main, SimulatedPort& port) {
     m_main = &main;
     port.OnOutput([this](const std::string& command) {
-      if (command.back() != '?') m_orders.push_back({command, MayFollowFromAHold(command)});
+      const bool mayBeTold = command == "S=X";  // a mute that the device tells is sent on
+      if (command.back() != '?') m_orders.push_back({command, mayBeTold || MaySend(m_late, command)});
       if (Chance(6)) ActInHold();
-      ExpectOnlyDrawing(command);
+      // As while the device is awaited: the windows are drawn, and what is due waits until the thread is free.
+      EXPECT_FALSE(std::exchange(m_holds, true)) << command << " in the middle of another";
+      m_drawing.LetDraw();
+      m_holds = false;
     });
     for (const auto* timer : main.findChildren<forms::Timer*>()) {
       QObject::connect(timer, &forms::Timer::Tick, &main, [this] { EXPECT_FALSE(m_holds) << "a tick"; });
@@ -100,9 +104,6 @@ class RandomOperator final : public platform::Yielder {
     return modal != nullptr ? *modal : *m_main;
   }
 
-  /// A mute that the device tells is sent on as well.
-  bool MayFollowFromAHold(const std::string& order) const { return order == "S=X" || MaySend(m_late, order); }
-
   /// Orders that none of the controls may have sent are a fault.
   void Judge(const QStringList& controls, const char* what) {
     for (const auto& [order, allowed] : std::exchange(m_orders, {})) {
@@ -110,13 +111,6 @@ class RandomOperator final : public platform::Yielder {
       EXPECT_TRUE(allowed || MaySend(controls, order))
           << order << " after " << what << " on " << controls.join(QLatin1Char(' ')).toStdString();
     }
-  }
-
-  /// As while the device is awaited: the windows are drawn, and what is due waits until the thread is free.
-  void ExpectOnlyDrawing(const std::string& command) {
-    EXPECT_FALSE(std::exchange(m_holds, true)) << command << " in the middle of another";
-    m_drawing.LetDraw();
-    m_holds = false;
   }
 
   QString Focused() { return Front().focusWidget() != nullptr ? Front().focusWidget()->objectName() : QString(); }
