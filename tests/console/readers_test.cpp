@@ -6,10 +6,7 @@ namespace {
 
 class ReadersTest : public ProgramTest {
  protected:
-  void SetUp() override {
-    m_replies = AmplifierReplies();
-    Start();
-  }
+  void SetUp() override { Start(); }
 
   /// A session in which one reply of the table changes; `look` runs a whole round later.
   void InSession(const std::string& query, const char* reply, std::function<void()> look) {

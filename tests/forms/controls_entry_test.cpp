@@ -2,13 +2,11 @@
 #include <QInputMethodEvent>
 #include <QTimerEvent>
 
-#include "forms/controls/input_gate.h"
 #include "forms/controls/plain_controls.h"
 #include "forms/test_form.h"
 #include "support/late_input.h"
 
 namespace tarnwell::forms {
-
 namespace {
 
 /// The text box of the test form, its events in the transcript: a key by its code. Letters and Enter are swallowed, a
@@ -147,5 +145,4 @@ TEST_F(PlainTest, AListTakesTheWheelOnlyWithTheFocusAndAKeyForItselfAlone) {
 }
 
 }  // namespace
-
 }  // namespace tarnwell::forms

@@ -8,7 +8,6 @@
 #include "support/late_input.h"
 
 namespace tarnwell::forms {
-
 namespace {
 
 using namespace test;
@@ -164,5 +163,4 @@ TEST_F(InputTest, AnOptionThatWentMeanwhileStillActedFirst) {
 }
 
 }  // namespace
-
 }  // namespace tarnwell::forms

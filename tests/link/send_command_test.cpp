@@ -2,19 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
-#include <vector>
-
 #include "support/scripted_port.h"
-#include "support/virtual_counter.h"
 
 namespace tarnwell::link {
 namespace {
 
-using test::Framed;
-using test::ScriptedPort;
-using test::VirtualCounter;
-using test::VirtualYielder;
+using namespace test;
 
 class SendCommandTest : public testing::Test {
  protected:
@@ -72,7 +65,7 @@ TEST_F(SendCommandTest, Rs485UnderControlHasRtsAroundEachTry) {
     m_shared.PortRS232 = rs232;
     m_shared.RS485Control = control;
     m_port.TakeTranscript();
-    m_port.ExpectSilence("S?", 2);
+    for (int i = 0; i < 2; ++i) m_port.Expect("S?");
     EXPECT_FALSE(Send(2));
     EXPECT_EQ(m_port.Transcript(), transcript);
   }
@@ -159,7 +152,7 @@ TEST_F(SendCommandTest, OnlyBehindACopyAsQuickAsTheDeviceTheQueryComesAheadOfThe
 }
 
 TEST_F(SendCommandTest, ASilentDeviceIsAskedAsOftenAsToldAndThenLost) {
-  m_port.ExpectSilence("S?");
+  for (int i = 0; i < 3; ++i) m_port.Expect("S?");
   EXPECT_FALSE(Send());
   EXPECT_NEAR(m_took, 3 * (kWindow + 2.0 + 0.05), 0.01);
   EXPECT_FALSE(Send(0)) << "no try at all";

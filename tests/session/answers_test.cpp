@@ -7,10 +7,7 @@ namespace {
 /// A device that leaves one question or command unanswered, while it answers the others.
 class AnswersTest : public ProgramTest {
  protected:
-  void SetUp() override {
-    m_replies = AmplifierReplies();
-    Start();
-  }
+  void SetUp() override { Start(); }
 
   /// Next in the coming session, when all questions have been asked, or asked again.
   void Round(std::function<void()> act) { m_yielder.OnYieldAfter(13, std::move(act)); }
