@@ -73,7 +73,8 @@ class RandomOperator final : public platform::Yielder {
   }
 
   void Yield(std::int64_t deadline) override {
-    Judge({QStringLiteral("opt7316_12")}, "a poll");  // whose writer yields
+    // the writer of this one yields, perhaps behind another act that was due
+    Judge(m_underWay + QStringList(QStringLiteral("opt7316_12")), "a poll");
     if (mend) mend();
     if (m_main != nullptr && Chance(3)) Act();
     QCoreApplication::processEvents();
@@ -130,14 +131,16 @@ class RandomOperator final : public platform::Yielder {
     if (control == &m_main->cmdConnect && !Chance(10)) return;
     const QPoint at(Pick(std::max(1, control->width())), Pick(std::max(1, control->height())));
     m_clicked = HitBy(*control, at);
-    const QString hit = m_clicked->objectName();
+    const QStringList hit{m_clicked->objectName()};
+    const QStringList outer = std::exchange(m_underWay, m_underWay + hit);
     const auto click = [=, this] {
       Chance(20) ? QTest::mouseClick(control, Qt::RightButton, {}, at) : DeliverClick(*control, m_clock.Now(), at);
     };
     control == &m_main->cmdViewAlarms ? OpenForm(click) : click();
     Settle();
     // a click into a field or on a tab also takes the focus from where it was
-    Judge({hit}, "a click");
+    Judge(hit, "a click");
+    m_underWay = outer;
   }
 
   /// What the operator does on any form while the thread is held. Only the form in front may act on it.
@@ -270,11 +273,13 @@ class RandomOperator final : public platform::Yielder {
     QStringList reached = GroupOf(*receiver);
     const Qt::Key key = kKeys[Pick(std::size(kKeys))];
     const bool opens = receiver == &m_main->cmdViewAlarms && (key == Qt::Key_Space || key == Qt::Key_Enter);
+    const QStringList outer = std::exchange(m_underWay, m_underWay + reached);
     const auto press = [&] { QTest::keyClick(receiver, key); };
     opens ? OpenForm(press) : press();
     reached << Focused();
     Settle();
     Judge(reached << Focused(), "a key");
+    m_underWay = outer;
   }
 
   void LookAway() {
@@ -302,6 +307,7 @@ class RandomOperator final : public platform::Yielder {
   VirtualCounter& m_counter;
   ManualClock m_clock;
   QPointer<QWidget> m_clicked;  ///< last; a key made after that may go there, though the focus isn't there yet
+  QStringList m_underWay;       ///< the controls of the acts that haven't been judged yet
   QStringList m_late;           ///< the controls that were acted on in the last holds, while they were in front
   std::mt19937 m_random;
   forms::frmMain* m_main = nullptr;
