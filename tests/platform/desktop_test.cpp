@@ -12,6 +12,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 namespace tarnwell::platform {
 namespace {
@@ -80,7 +81,13 @@ TEST(Desktop, AMessageShowsItsTextsAsTheyAreAndClosesByKey) {
     EXPECT_TRUE(box.textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
     QTest::keyClick(&box, Qt::Key_Escape);
   }));
-  EXPECT_TRUE(Show({text, MessageIcon::kCritical}, [](QMessageBox& box) {
+  QWidget window;
+  window.show();
+  QWindow other;  // as another program's: none of the program's windows is active
+  other.show();
+  other.requestActivate();
+  EXPECT_TRUE(Show({text, MessageIcon::kCritical}, [&](QMessageBox& box) {
+    EXPECT_EQ(box.parentWidget(), &window);
     QTest::keyClick(QApplication::focusWidget() == nullptr ? &box : QApplication::focusWidget(), Qt::Key_Return);
   }));
 }
