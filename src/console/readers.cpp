@@ -80,6 +80,10 @@ void Readers::DoubtAll() {
   m_session.GainInDoubt = m_shared.SSPAType != link::kRedundancyController;
 }
 
+void Readers::DoubtPolled() {
+  if (m_session.PollRunning) forms::ShowUnanswered(ShownByPoll(m_form));
+}
+
 void Readers::ConfirmGain() {
   m_session.GainInDoubt = false;
   Confirm(Question::kGain);

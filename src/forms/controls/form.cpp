@@ -149,6 +149,7 @@ void Form::keyPressEvent(QKeyEvent* event) {
 bool Form::event(QEvent* event) {
   if (event->type() == QEvent::LayoutRequest) PlaceInner();
   if (event->type() == QEvent::ApplicationPaletteChange) AdoptPalette();
+  if (event->type() == QEvent::WindowBlocked) Q_EMIT Blocked();
   if (event->type() == QEvent::WindowActivate) {
     if (focusWidget() == nullptr || !focusWidget()->isVisible()) {
       ParkFocus(m_focusedControl);
