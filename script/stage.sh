@@ -12,7 +12,7 @@ finish() {
   trap - EXIT
   for child in "${children[@]}"; do kill "$child" 2>/dev/null || true; done
   wait
-  rm -rf "$run"
+  rm -rf "$run" ${sway:+"$sway"}
 }
 trap finish EXIT
 trap 'exit 130' INT
@@ -60,6 +60,26 @@ start_window_manager() {
 }
 
 start_display() { start_server && start_window_manager; }
+
+# sway, whose output is a window of the display, and the console as its client. Keys go through that window. Forms float,
+# as their sizes are their own.
+start_sway() {
+  local as_other=()
+  sway=$(mktemp -d)  # short, since a socket's path is
+  printf '%s\n' 'for_window [app_id=".*"] floating enable' 'xwayland disable' >"$sway/config"
+  if [[ $(id -u) -eq 0 ]]; then  # root it refuses
+    as_other=(setpriv --reuid=65534 --regid=65534 --clear-groups)
+    chown -R 65534:65534 "$sway"
+  fi
+  WLR_BACKENDS=x11 WLR_RENDERER=pixman HOME=$sway XDG_RUNTIME_DIR=$sway \
+    "${as_other[@]}" sway -c "$sway/config" >"$run/sway.log" 2>&1 &
+  children+=($!)
+  wait_until $! has_sway || { cat "$run/sway.log" >&2; exit 1; }
+  export XDG_RUNTIME_DIR=$sway WAYLAND_DISPLAY=wayland-1 QT_QPA_PLATFORM=wayland
+}
+
+# The manager gives its window the focus.
+has_sway() { [[ -S $sway/wayland-1 ]] && xdotool getactivewindow >/dev/null 2>&1; }
 
 has_window_manager() { xdotool get_num_desktops >/dev/null 2>&1; }
 

@@ -56,8 +56,7 @@ void Commands::WriteGain() {
   }
   std::string reply;
   if (protocol::Send(m_line, protocol::SetGain(*gain), reply)) {
-    m_form.updwnGainAdjust.SetValue(protocol::Tenths(protocol::LeadingNumber(protocol::AfterEcho(reply, 2))));
-    m_readers.ConfirmGain();
+    m_readers.TakeGain(protocol::AfterEcho(reply, 2));
   } else {
     m_readers.Doubt(Question::kGain);
     m_session.GainInDoubt = true;

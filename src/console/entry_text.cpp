@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "platform/text_encoding.h"
 #include "protocol/encodings.h"
 
 namespace tarnwell::console {
@@ -28,6 +29,11 @@ std::optional<int> WholeNumberFromEntry(const QString& text) {
 
 QString EntryFromNumber(double value, int decimals) {
   return QString::fromStdString(protocol::FixedText(value, decimals, protocol::LeadingZero::kAlways));
+}
+
+QString OutsideOfEntry(std::string_view text) {
+  return QStringLiteral("The device's own value is \"%1\", outside of what can be set here")
+      .arg(platform::Printable(platform::FromDevice(text)).trimmed());
 }
 
 }  // namespace tarnwell::console

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <optional>
+#include <string_view>
 
 namespace tarnwell::console {
 
@@ -14,5 +15,8 @@ std::optional<int> WholeNumberFromEntry(const QString& text);
 
 /// A number as a field shows it at rest, with a zero ahead of the point: "0.5".
 QString EntryFromNumber(double value, int decimals);
+
+/// Why a field is doubtful that can't show the device's `text`.
+QString OutsideOfEntry(std::string_view text);
 
 }  // namespace tarnwell::console

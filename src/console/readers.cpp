@@ -3,6 +3,7 @@
 #include <array>
 
 #include "alarms/alarm_news.h"
+#include "console/entry_text.h"
 #include "console/view_rules.h"
 #include "forms/controls/colours.h"
 #include "platform/text_encoding.h"
@@ -62,7 +63,8 @@ void Readers::ForgetDevice() {
   forms::ForgetAnswers(ShownByAny(m_form));
   // These show something also before the device has said it.
   forms::ShowUnanswered({&m_form.optRFMute, &m_form.imgAlarm, &m_form.imgOk});
-  forms::SetOwnToolTip(m_form.txtGainAdjust, QString());
+  m_gainAsOf.clear();
+  EndSession();
   ShowPriority(m_form, protocol::PriorityPath::kNone);
   m_session.GainInDoubt = false;
   // Without optRFMute: selecting it again from a status would send the mute again.
@@ -84,12 +86,18 @@ void Readers::DoubtPolled() {
   if (m_session.PollRunning) forms::ShowUnanswered(ShownByPoll(m_form));
 }
 
-void Readers::ConfirmGain() {
+void Readers::TakeGain(std::string_view text) {
   m_session.GainInDoubt = false;
   Confirm(Question::kGain);
-  forms::SetOwnToolTip(m_form.txtGainAdjust, QStringLiteral("As of %1; not asked again while connected")
-                                                 .arg(m_timeOfDay().time().toString(QStringLiteral("hh:mm:ss"))));
+  m_gainAsOf = QStringLiteral("As of %1").arg(m_timeOfDay().time().toString(QStringLiteral("hh:mm:ss")));
+  forms::SetOwnToolTip(m_form.txtGainAdjust, m_gainAsOf + QStringLiteral("; not asked again while connected"));
+  const int tenths = protocol::Tenths(protocol::LeadingNumber(text));
+  m_form.updwnGainAdjust.SetValue(tenths);
+  const bool held = protocol::BeginsWithNumber(text) && m_form.updwnGainAdjust.Value() == tenths;
+  if (!held) forms::ShowDoubtful({&m_form.txtGainAdjust}, OutsideOfEntry(text));
 }
+
+void Readers::EndSession() { forms::SetOwnToolTip(m_form.txtGainAdjust, m_gainAsOf); }
 
 bool Readers::Ask(Question question, const protocol::Request& request, std::size_t echo, std::string& text) {
   std::string reply;
@@ -289,8 +297,7 @@ bool Readers::ReadGain() {
   m_timing.DelayBlocking(kPauseBeforeGain);
   std::string text;
   if (!Ask(Question::kGain, protocol::kGainQuery, 2, text)) return false;
-  ConfirmGain();
-  m_form.updwnGainAdjust.SetValue(protocol::Tenths(protocol::LeadingNumber(text)));
+  TakeGain(text);
   ShowGain(m_form);  // also where the value is the one that the spin starts with
   return true;
 }

@@ -31,8 +31,11 @@ class Readers {
   void ForgetDevice();
   /// What `question` shows was just told by the device.
   void Confirm(Question question) { forms::ShowAnswered(ShownBy(m_form, question), m_timeOfDay().time()); }
-  /// The same for the gain, which then isn't asked for again: its tool tip says of when it is.
-  void ConfirmGain();
+  /// The gain as the device told it, which then isn't asked for again: its tool tip says of when it is. One that the
+  /// spin can't hold is shown as the nearest that it can, as doubtful.
+  void TakeGain(std::string_view text);
+  /// What was read stays, and its tool tip no longer speaks of a session.
+  void EndSession();
   /// What `question` shows isn't known to be so any more, and is drawn as old until it is answered.
   void Doubt(Question question) { forms::ShowUnanswered(ShownBy(m_form, question)); }
   void DoubtAll();
@@ -74,6 +77,7 @@ class Readers {
   SessionState& m_session;
   alarms::AlarmIndicator& m_indicator;
   platform::TimeOfDay m_timeOfDay;
+  QString m_gainAsOf;  ///< the time at which the gain was answered, in words
 };
 
 }  // namespace tarnwell::console

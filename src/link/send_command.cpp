@@ -80,8 +80,8 @@ SerialLink::Outcome SerialLink::Try(const Request& request, std::string& reply) 
   reply = ReplyPayload(received);
   const int more = gathered.early - static_cast<int>(received.size());
   if (gathered.copied || more > 0) return Outcome::kEchoedAndAnswered;
-  if (!request.copyMayConfirm) {
-    m_echoes.AnsweredWithout();
+  if (!request.copyMayConfirm && !m_shared.PortRS232) {
+    m_echoes.AnsweredWithout(m_timing.MakeDeadline(kWithoutHolds));
     m_deviceIsQuick = more == 0;
   }
   return Outcome::kAnswered;
@@ -119,8 +119,9 @@ void SerialLink::Transmit(std::string_view frame) {
 SerialLink::Gathered SerialLink::Gather(const Request& request) {
   Deadline windowEnd = m_timing.MakeDeadline(kReplyWindow);
   const int early = m_shared.PortRS232 ? 0 : m_port.InBufferCount();
-  const bool dropsCopy = !m_shared.PortRS232 && (!request.copyMayConfirm ||
-                                                 m_echoes.MayBeEcho(early >= static_cast<int>(request.frame.size())));
+  const bool isEarly = early >= static_cast<int>(request.frame.size());
+  const bool dropsCopy =
+      !m_shared.PortRS232 && (!request.copyMayConfirm || m_echoes.MayBeEcho(isEarly, m_timing.MakeDeadline(0)));
   const std::size_t limit = request.maxReply + kFrameOverhead;
   std::string received;
   bool copied = false;
@@ -133,7 +134,7 @@ SerialLink::Gathered SerialLink::Gather(const Request& request) {
     if (dropsCopy && !copied && received == request.frame) {
       copied = true;
       received.clear();
-      if (EndsSoon(request)) windowEnd = m_timing.MakeDeadline(kQuickReply);
+      if (EndsSoon(request, isEarly)) windowEnd = m_timing.MakeDeadline(kQuickReply);
       continue;
     }
     if (received.size() == limit || received.back() == kClosingBrace) break;
@@ -141,8 +142,8 @@ SerialLink::Gathered SerialLink::Gather(const Request& request) {
   return {received, copied, early};
 }
 
-bool SerialLink::EndsSoon(const Request& request) const {
-  return request.copyMayConfirm && m_deviceIsQuick && !m_echoes.HearsItself();
+bool SerialLink::EndsSoon(const Request& request, bool isEarly) const {
+  return request.copyMayConfirm && (m_deviceIsQuick || !isEarly) && !m_echoes.HearsItself();
 }
 
 void SerialLink::EndFailedTry() {

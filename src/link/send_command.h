@@ -64,8 +64,9 @@ class SerialLink {
     int early;    ///< how many bytes were there at the end of the transmit window
   };
   Gathered Gather(const Request& request);
-  /// Where the device's answers come as early as an echo, no confirmation is still to be awaited behind a copy.
-  bool EndsSoon(const Request& request) const;
+  /// Where the device's answers come as early as an echo, or the copy as late as an answer, no confirmation is still to
+  /// be awaited behind a copy.
+  bool EndsSoon(const Request& request, bool isEarly) const;
   void EndFailedTry();
 
   SSPA_Public& m_shared;

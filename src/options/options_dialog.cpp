@@ -41,6 +41,7 @@ void OptionsDialog::Form_Load(const forms::Form& main) {
 }
 
 void OptionsDialog::LoadOptions() {
+  m_atOpening = InForce();
   FillLists();
   ShowDataFormat();
   ShowPort();
@@ -123,10 +124,9 @@ void OptionsDialog::tabOptions_Click() {
 }
 
 void OptionsDialog::cmdOk_Click() {
-  const Properties former = InForce();
   if (!ApplyPort() || !ApplyDataFormat() || !ApplyFlow()) return;
   TakeVariables();
-  if (!StoreProperties() && InForce() != former) {
+  if (!StoreProperties() && InForce() != m_atOpening) {
     Refuse(QStringLiteral("The options could not be stored. They are in use until the program ends."),
            m_properties.Failure());
   }

@@ -69,6 +69,7 @@ class OptionsDialog {
   platform::Desktop& m_desktop;
 
   int Selected485Control = 0;  ///< the element of opt485Control that was clicked last
+  Properties m_atOpening;      ///< a port that OK took stays, also where OK then refused its format
 };
 
 }  // namespace tarnwell::options

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <algorithm>
 #include <chrono>
+#include <deque>
 
 #if QT_CONFIG(xcb)
 #include <xcb/xcb.h>
@@ -28,17 +29,20 @@ xcb_atom_t Atom(xcb_connection_t* connection, std::string_view name) {
   return reply != nullptr ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
 }
 
-/// Notes the time stamps of requests to close a window, which the toolkit doesn't hand on.
-class CloseStamps final : public QAbstractNativeEventFilter {
+/// Notes time stamps of the X server that the toolkit doesn't hand on: those of requests to close a window, and of keys
+/// let go, which it keeps to itself while it asks an assistive tool about them.
+class ServerStamps final : public QAbstractNativeEventFilter {
  public:
-  explicit CloseStamps(xcb_connection_t* connection)
+  explicit ServerStamps(xcb_connection_t* connection)
       : m_protocols(Atom(connection, "WM_PROTOCOLS")), m_deleteWindow(Atom(connection, "WM_DELETE_WINDOW")) {
     qApp->installNativeEventFilter(this);
   }
 
   bool nativeEventFilter(const QByteArray& /*type*/, void* message, qintptr* /*result*/) override {
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
-    if ((event->response_type & 0x7F) != XCB_CLIENT_MESSAGE) return false;
+    const int type = event->response_type & 0x7F;
+    if (type == XCB_KEY_RELEASE) NoteRelease(reinterpret_cast<const xcb_key_release_event_t*>(event)->time);
+    if (type != XCB_CLIENT_MESSAGE) return false;
     const auto* request = reinterpret_cast<const xcb_client_message_event_t*>(event);
     if (request->type == m_protocols && request->data.data32[0] == m_deleteWindow) {
       m_stamps.insert(request->window, request->data.data32[1]);
@@ -46,12 +50,23 @@ class CloseStamps final : public QAbstractNativeEventFilter {
     return false;
   }
 
-  quint64 Take(WId window) { return m_stamps.take(static_cast<xcb_window_t>(window)); }
+  quint64 TakeClose(WId window) { return m_stamps.take(static_cast<xcb_window_t>(window)); }
+  bool LetGo(quint64 stamp) const {
+    return stamp != 0 && std::find(m_released.begin(), m_released.end(), stamp) != m_released.end();
+  }
 
  private:
+  static constexpr std::size_t kReleases = 1000;  ///< more than a key that is held repeats while the line is held
+
+  void NoteRelease(quint64 stamp) {
+    m_released.push_back(stamp);
+    if (m_released.size() > kReleases) m_released.pop_front();
+  }
+
   xcb_atom_t m_protocols;
   xcb_atom_t m_deleteWindow;
   QHash<xcb_window_t, std::uint32_t> m_stamps;
+  std::deque<quint64> m_released;
 };
 
 #endif
@@ -62,7 +77,7 @@ class SystemClock final : public InputClock {
     const bool xcb = QGuiApplication::platformName() == QLatin1String("xcb");
     m_stamps = xcb || QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
 #if QT_CONFIG(xcb)
-    if (xcb) m_closes.emplace(qApp->nativeInterface<QNativeInterface::QX11Application>()->connection());
+    if (xcb) m_seen.emplace(qApp->nativeInterface<QNativeInterface::QX11Application>()->connection());
 #endif
   }
 
@@ -77,9 +92,18 @@ class SystemClock final : public InputClock {
     return m_server.ToMoment(static_cast<std::uint32_t>(stamp), Now());
   }
 
+  bool LetGo(quint64 stamp) const override {
+#if QT_CONFIG(xcb)
+    return m_seen && m_seen->LetGo(stamp);
+#else
+    Q_UNUSED(stamp)
+    return false;
+#endif
+  }
+
   std::optional<Moment> CloseAsked(const QWindow& window) override {
 #if QT_CONFIG(xcb)
-    if (m_closes) return Made(m_closes->Take(window.winId()));
+    if (m_seen) return Made(m_seen->TakeClose(window.winId()));
 #else
     Q_UNUSED(window)
 #endif
@@ -90,7 +114,7 @@ class SystemClock final : public InputClock {
   bool m_stamps;  ///< the system stamps an input when it is made, not when it is fetched
   ServerTime m_server;
 #if QT_CONFIG(xcb)
-  std::optional<CloseStamps> m_closes;
+  std::optional<ServerStamps> m_seen;
 #endif
 };
 

@@ -32,6 +32,9 @@ class InputClock {
   virtual Moment Now() = 0;
   /// When the input of this time stamp was made; nothing where the system doesn't say.
   virtual std::optional<Moment> Made(quint64 stamp) = 0;
+  /// True where a key was let go at this time stamp. With a press that bears it that is a key held down, whose repeats
+  /// the X server sends so; the toolkit doesn't mark them all.
+  virtual bool LetGo(quint64 stamp) const = 0;
   /// When the closing of `window` was asked for that is being delivered, told once; nothing where the system doesn't
   /// say.
   virtual std::optional<Moment> CloseAsked(const QWindow& window) = 0;

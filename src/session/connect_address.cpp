@@ -17,17 +17,19 @@ void ConnectAddressEntry::updwnConnectAddress_Change() {
     m_told = false;
   } else if (changed && !std::exchange(m_told, true)) {
     // Later: the address may be changed on the way from one command to the next.
-    forms::InputGate::Instance().ActLater([this, form = QPointer<forms::Form>(&m_form)] {
-      if (form != nullptr) TellNotStored();
+    forms::InputGate::Instance().ActLater([this, address, form = QPointer<forms::Form>(&m_form)] {
+      if (form != nullptr) TellNotStored(address);
     });
   }
 }
 
-void ConnectAddressEntry::TellNotStored() {
+// Not what is in use: a change that the device didn't follow is taken back while this waits behind its message.
+void ConnectAddressEntry::TellNotStored(int address) {
   if (m_form.Unloaded()) return;
-  m_desktop.ShowMessage(
-      {QStringLiteral("The connection address could not be stored. It is in use until the program ends."),
-       platform::MessageIcon::kInformation, m_properties.Failure()});
+  m_desktop.ShowMessage({QStringLiteral("The connection address %1 could not be stored. The next start of the program "
+                                        "takes the one that was stored last.")
+                             .arg(address),
+                         platform::MessageIcon::kInformation, m_properties.Failure()});
 }
 
 void ConnectAddressEntry::txtConnectAddress_KeyPress(forms::KeyAscii& key) {

@@ -22,7 +22,7 @@ class ConnectAddressEntry {
 
  private:
   void EnterAddress();
-  void TellNotStored();
+  void TellNotStored(int address);
 
   forms::frmMain& m_form;
   link::SSPA_Public& m_shared;

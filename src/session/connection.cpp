@@ -173,6 +173,7 @@ void Connection::Disconnect() {
   m_session.PollRunning = false;
   m_form.tmrFlasher.SetEnabled(false);
   m_indicator.StandLit();
+  m_readers.EndSession();
 }
 
 }  // namespace tarnwell::session

@@ -38,10 +38,15 @@ void TakeReply(std::string_view reply, Point& point, Take take) {
 }
 
 /// The fields of a point that isn't known are doubtful.
-void ShowSense(const forms::Shown& fields, const SenselessReply& reply) {
+void ShowSense(const forms::Shown& fields, const SenselessReply& reply, const QString& also = {}) {
   const QString quoted = platform::Printable(platform::FromDevice(reply));
-  forms::ShowDoubtful(fields,
-                      reply.empty() ? QString() : QStringLiteral("Not known: the device answered \"%1\"").arg(quoted));
+  const QString why = QStringLiteral("Not known: the device answered \"%1\"").arg(quoted) + also;
+  forms::ShowDoubtful(fields, reply.empty() ? QString() : why);
+}
+
+/// One command sets both values of a compensation point, so what is typed in one field takes the other's along.
+void ShowSenseOfPair(const forms::Shown& fields, const SenselessReply& reply) {
+  ShowSense(fields, reply, QStringLiteral("; Enter in the field beside it sends what stands here too"));
 }
 
 /// A compensation point as its two fields show it; nothing where one of them is no number.
@@ -120,7 +125,7 @@ void CalibrationTables::DrawRFTempCompPoint() {
   const CompensationPoint& point = At(RFTempCompPoints, m_form.updwnRFTempComp.Value());
   m_form.txtRFTCComp.SetText(ShownNumber(point.Comp, 1));
   m_form.txtRFTCTemp.SetText(QString::number(point.Temp));
-  ShowSense({&m_form.txtRFTCComp, &m_form.txtRFTCTemp}, point.Senseless);
+  ShowSenseOfPair({&m_form.txtRFTCComp, &m_form.txtRFTCTemp}, point.Senseless);
   DrawPosition(m_form.txtRFTempCompPoint, m_form.updwnRFTempComp);
 }
 
@@ -128,9 +133,11 @@ void CalibrationTables::DrawTempCompPoint() {
   const CompensationPoint& point = At(TempCompPoints, m_form.updwnTempComp.Value());
   m_form.txtTCComp.SetText(ShownNumber(point.Comp, 1));
   m_form.txtTCTemp.SetText(QString::number(point.Temp));
-  ShowSense({&m_form.txtTCComp}, point.Senseless);
-  // A fixed temperature is known without an answer.
-  ShowSense({&m_form.txtTCTemp}, TemperaturesAreFixed() ? SenselessReply() : point.Senseless);
+  if (TemperaturesAreFixed()) {
+    ShowSense({&m_form.txtTCComp}, point.Senseless);
+  } else {
+    ShowSenseOfPair({&m_form.txtTCComp, &m_form.txtTCTemp}, point.Senseless);
+  }
   DrawPosition(m_form.txtTempCompPoint, m_form.updwnTempComp);
 }
 

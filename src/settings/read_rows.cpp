@@ -1,7 +1,6 @@
 #include "settings/read_rows.h"
 
 #include "console/view_rules.h"
-#include "link/frame_codec.h"
 #include "platform/text_encoding.h"
 #include "protocol/readings.h"
 #include "settings/lock_groups.h"
@@ -27,12 +26,10 @@ void ShowFirmware(Opening& o, View text) {
   o.form.lblFirmwareVersion.SetCaption(platform::FromDevice(text));
 }
 
-constexpr char kAddress0 = link::AddressByte(0);
-
 void ShowAddress(Opening& o, View text) {
   frmSettings& f = o.form;
   Enable(o.TakesCommands(), {&f.fraAddress, &f.lblSSPAAddress, &f.txtSSPAAddress, &f.updwnSSPAAddress});
-  if (!text.empty()) SetAddress(f.txtSSPAAddress, f.updwnSSPAAddress, text.front() - kAddress0);
+  SetAddress(f.txtSSPAAddress, f.updwnSSPAAddress, text);
 }
 
 void ShowPlatform(Opening& o, View text) {

@@ -1,5 +1,6 @@
 #include "settings/setting_writers.h"
 
+#include "forms/controls/answers.h"
 #include "protocol/readings.h"
 #include "protocol/vocabulary.h"
 #include "settings/spin_fields.h"
@@ -123,6 +124,7 @@ void SettingWriters::WriteSSPAAddress() {
   SendSetting(protocol::SetAddress(static_cast<std::uint8_t>(address)), reply);
   m_main.updwnConnectAddress.SetValue(address);  // its change puts the address in use and stores it
   if (SendSetting(protocol::kNewAddressQuery, reply)) {
+    forms::ShowDoubtful({&m_form.txtSSPAAddress}, {});
     m_opening.timing.DelayBlocking(kPauseAroundCommand);  // the read-back may go on at once
     return;
   }

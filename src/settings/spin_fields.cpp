@@ -2,21 +2,12 @@
 
 #include "console/entry_text.h"
 #include "forms/controls/answers.h"
-#include "platform/text_encoding.h"
+#include "link/frame_codec.h"
 #include "protocol/encodings.h"
 #include "settings/calibration_points.h"
 #include "settings/reply_rules.h"
 
 namespace tarnwell::settings {
-
-namespace {
-
-QString Outside(std::string_view text) {
-  return QStringLiteral("The device's own value is \"%1\", outside of what can be set here")
-      .arg(platform::Printable(platform::FromDevice(text)).trimmed());
-}
-
-}  // namespace
 
 void DrawLimit(forms::TextBox& field, const forms::UpDown& spin) {
   const int tenths = spin.Value();
@@ -30,12 +21,14 @@ void SetLimit(forms::TextBox& field, forms::UpDown& spin, std::string_view text)
   spin.SetValue(tenths.value_or(kDisabledLimit));
   DrawLimit(field, spin);
   const bool held = !tenths || (protocol::BeginsWithNumber(text) && *tenths >= 0 && *tenths <= spin.Maximum());
-  forms::ShowDoubtful({&field}, held ? QString() : Outside(text));
+  forms::ShowDoubtful({&field}, held ? QString() : console::OutsideOfEntry(text));
 }
 
-void SetAddress(forms::TextBox& field, forms::UpDown& spin, int address) {
-  spin.SetValue(address);
+void SetAddress(forms::TextBox& field, forms::UpDown& spin, std::string_view text) {
+  const int address = text.empty() ? -1 : text.front() - link::AddressByte(0);
+  if (address >= 0) spin.SetValue(address);
   DrawAddress(field, spin);
+  forms::ShowDoubtful({&field}, spin.Value() == address ? QString() : console::OutsideOfEntry(text));
 }
 
 }  // namespace tarnwell::settings

@@ -15,8 +15,8 @@ void DrawAddress(forms::TextBox& field, const forms::UpDown& spin);
 
 // A spin that is given the value it has raises no Change, and its field would stay empty at the first reading: these
 // draw in any case.
-/// `text` is the device's. A limit that the spin can't hold is shown as the nearest that it can, as doubtful.
+/// `text` is the device's. What the spin can't hold is shown as the nearest that it can, as doubtful.
 void SetLimit(forms::TextBox& field, forms::UpDown& spin, std::string_view text);
-void SetAddress(forms::TextBox& field, forms::UpDown& spin, int address);
+void SetAddress(forms::TextBox& field, forms::UpDown& spin, std::string_view text);
 
 }  // namespace tarnwell::settings

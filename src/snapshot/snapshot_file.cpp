@@ -12,39 +12,66 @@ namespace tarnwell::snapshot {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";  // also where the platform's own is shorter
+constexpr std::string_view kStart = "[software] ";
 constexpr std::string_view kErrorMark = "#ERROR: FILE MAY BE INCOMPLETE";
 
 constexpr int kMostOfName = 60;  // characters, so that there is room for what is added, in UTF-8 too
 constexpr int kMostBeside = 99;
+constexpr int kMostLinks = 40;
 
 constexpr bool IsControl(char character) {
   const auto code = static_cast<unsigned char>(character);
   return code < 0x20 || code == 0x7F;
 }
 
+/// Where the links lead, also to what isn't there yet.
+QFileInfo TargetOf(const QString& path) {
+  QFileInfo target(path);
+  for (int links = 0; links < kMostLinks && target.isSymbolicLink(); ++links) target.setFile(target.symLinkTarget());
+  return target;
+}
+
+/// What is no file, such as a device, has nothing to lose; one that may not be written is refused for what it is; and
+/// where the folder takes no new file the older one is written over.
+bool CanBeReplaced(const QFileInfo& older) {
+  return older.isFile() && QFile(older.filePath()).open(QIODevice::ReadWrite) && QFileInfo(older.path()).isWritable();
+}
+
+/// A name that no file can have is refused at once, and not once the device has been asked for everything.
+bool CanBeNamed(const QFileInfo& target) {
+  std::error_code refused;
+  const auto found = std::filesystem::symlink_status(target.filesystemFilePath(), refused).type();
+  return found == std::filesystem::file_type::not_found && !target.fileName().isEmpty();
+}
+
+/// What a console that was killed left: nobody else begins a file like this.
+bool IsLeftover(const QString& path) {
+  QFile file(path);
+  if (!QFileInfo(path).isFile() || QFileInfo(path).isSymLink() || !file.open(QIODevice::ReadOnly)) return false;
+  return file.size() == 0 || file.read(static_cast<qint64>(kStart.size())).toStdString() == kStart;
+}
+
 }  // namespace
 
 bool SnapshotFile::Open() {
-  const QFileInfo older(m_path);
-  // What is no file, such as a device, has nothing to lose; one that may not be written is refused for what it is; and
-  // where the folder takes no new file the older one is written over.
-  const bool beside = older.isFile() && QFile(m_path).open(QIODevice::ReadWrite) &&
-                      QFileInfo(QFileInfo(older.canonicalFilePath()).path()).isWritable();
-  return beside ? OpenBeside(QFileInfo(older.canonicalFilePath())) : OpenInPlace();
+  const QFileInfo target = TargetOf(m_path);
+  return (target.exists() ? CanBeReplaced(target) : CanBeNamed(target)) ? OpenBeside(target) : OpenInPlace();
 }
 
-bool SnapshotFile::OpenBeside(const QFileInfo& older) {
-  const QString start = older.dir().filePath(older.fileName().left(kMostOfName));
+bool SnapshotFile::OpenBeside(const QFileInfo& target) {
+  const QString start = target.dir().filePath(target.fileName().left(kMostOfName));
   for (int number = 1; number <= kMostBeside; ++number) {
     const QString path = start + (number == 1 ? QStringLiteral(".new") : QStringLiteral(".new%1").arg(number));
     m_reason = QStringLiteral("%1 is there already").arg(path);
+    if (IsLeftover(path)) QFile::remove(path);
     if (QFileInfo(path).exists() || QFileInfo(path).isSymLink()) continue;
     m_file.setFileName(path);
     const bool opened = m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered);
     m_reason = m_file.errorString();
     if (!opened) break;
-    m_file.setPermissions(older.permissions());
-    m_older = older.filePath();
+    m_replaces = target.exists();
+    if (m_replaces) m_file.setPermissions(target.permissions());
+    m_target = target.filePath();
     return true;
   }
   return false;
@@ -70,25 +97,31 @@ bool SnapshotFile::Finish() {
   m_file.close();
   const bool closed = m_file.error() == QFileDevice::NoError;
   m_reason = closed ? QStringLiteral("removed while it was written") : m_file.errorString();
-  return closed && m_file.exists() && (m_older.isEmpty() || Replace());
+  return closed && m_file.exists() && TakeName();
 }
 
-bool SnapshotFile::Replace() {
+bool SnapshotFile::TakeName() {
+  if (m_target.isEmpty()) return true;
   std::error_code error;
-  std::filesystem::rename(m_file.filesystemFileName(), QFileInfo(m_older).filesystemFilePath(), error);
+  std::filesystem::rename(m_file.filesystemFileName(), QFileInfo(m_target).filesystemFilePath(), error);
   m_reason = QString::fromLocal8Bit(error.message().c_str());
   return !error;
 }
 
-void SnapshotFile::WriteErrorMark() {
-  if (m_file.isOpen()) Write(kErrorMark);
+void SnapshotFile::FinishIncomplete() {
+  if (!m_file.isOpen()) return;
+  Write(kErrorMark);
+  m_file.close();
+  if (!m_replaces) TakeName();
 }
 
 QString SnapshotFile::Failure() const { return QDir::toNativeSeparators(m_path) + QStringLiteral(": ") + m_reason; }
 
 QString SnapshotFile::Kept() const {
-  if (m_older.isEmpty()) return {};
-  return QStringLiteral("\nThe file that was there is kept. What there is of the new one: ") +
+  const bool takesName = m_file.isOpen() && !m_replaces;
+  if (m_target.isEmpty() || takesName) return {};
+  return (m_replaces ? QStringLiteral("\nThe file that was there is kept. What there is of the new one: ")
+                     : QStringLiteral("\nWhat there is of the file: ")) +
          QDir::toNativeSeparators(m_file.fileName());
 }
 

@@ -47,7 +47,7 @@ bool Writer::Write(const Plan& plan, const QString& path) {
   if (WriteAll(job)) return true;
   m_desktop.ShowMessage({QString::fromUtf8(plan.failure.data(), static_cast<qsizetype>(plan.failure.size())),
                          platform::MessageIcon::kWarning, job.failure + job.file.Kept()});
-  job.file.WriteErrorMark();
+  job.file.FinishIncomplete();
   return false;
 }
 

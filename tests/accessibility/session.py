@@ -14,24 +14,11 @@ class Keys:
 
     def press(self, key):
         print("key     ", key, flush=True)
-        held, _, last = key.rpartition("+")
-        # The toolkit asks the bus about each key and delivers it on the answer: a key that follows within it, as no
-        # hand types, would overtake the one that is held.
-        down = ["keydown", held, "sleep", "0.2"] if held else []
-        subprocess.run(["xdotool", *down, "key", last, *(["keyup", held] if held else [])], check=True)
-        self.stage.pump(0.3)
+        self.stage.key(key)
 
     def type(self, text):
         print("types   ", text, flush=True)
         subprocess.run(["xdotool", "type", "--delay", "30", text], check=True)
-
-    def reach(self, name, role):
-        """Tab, until it has the focus."""
-        for _ in range(40):
-            if "focused" in states(self.stage.named(name, role)):
-                return
-            self.press("Tab")
-        raise AssertionError("Tab doesn't lead to " + name)
 
     def button(self, name, key):
         self.stage.named(name, "push button")
@@ -49,7 +36,7 @@ class Keys:
         self.press(key)
 
     def field(self, name, text):
-        self.reach(name, "text")
+        self.stage.reach(name, "text")
         self.press("ctrl+a")
         self.type(text)
         self.press("Return")

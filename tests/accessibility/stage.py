@@ -131,6 +131,24 @@ class Stage:
     def press(self, name, role=None):
         assert do(self.named(name, role), "Press"), name + " takes no press"
 
+    def key(self, *keys):
+        """Real keys, one after another."""
+        for key in keys:
+            held, _, last = key.rpartition("+")
+            # The toolkit asks the bus about each key and delivers it on the answer: a key that follows within it, as no
+            # hand types, would overtake the one that is held.
+            down = ["keydown", held, "sleep", "0.2"] if held else []
+            subprocess.run(["xdotool", *down, "key", last, *(["keyup", held] if held else [])], check=True)
+            self.pump(0.3)
+
+    def reach(self, name, role):
+        """Tab, until it has the focus."""
+        for _ in range(40):
+            if "focused" in states(self.named(name, role)):
+                return
+            self.key("Tab")
+        raise AssertionError("Tab doesn't lead to " + name)
+
     def leave(self, button):
         """Closes the form in front; the console goes on when its pass is over."""
         self.press(button)

@@ -90,7 +90,6 @@ TEST_F(ViewerTest, AsksEachAmplifierWhatItHas) {
 }
 
 TEST_F(ViewerTest, AcknowledgedUntilTheDeviceDropsTheAlarm) {
-  m_replies = AmplifierReplies();
   m_replies["A?"] = "A=CTFfu?[`{@?[`{@?[`{@";  // what is latched and active counts as latched; the rest is no alarm
   m_replies["ZA"] = "A=C";                     // not decoded
   View([this] {
@@ -191,7 +190,6 @@ TEST_F(ViewerTest, ClearingNeedsManualModeAndNoLockoutBeforeAndBehindALostLink) 
 }
 
 TEST_F(ViewerTest, ClosedItAsksNothingMore) {
-  m_replies = AmplifierReplies();
   EXPECT_EQ(View([this] { ClickOn("cmdExit"); }), "CT?");
   EXPECT_EQ(View([this] { Front().close(); }), "CT?");
   EXPECT_EQ(View([this] { m_yielder.OnYield([this] { Front().close(); }); }), "CT? A?");
@@ -200,7 +198,6 @@ TEST_F(ViewerTest, ClosedItAsksNothingMore) {
 }
 
 TEST_F(ViewerTest, AStalledPollIsShownAnewUntilItIsClosed) {
-  m_replies = AmplifierReplies();
   const std::string traffic = View([this] {
     m_yielder.OnYield([this] {
       EXPECT_EQ(HidesAtWatchdog(), 0) << "a pass has ended since";

@@ -19,10 +19,8 @@ class EndingTest : public ProgramTest {
 
   /// A session in which `act` is done, and which ends only because the program does.
   void InSession(std::function<void()> act) {
-    m_replies = AmplifierReplies();
     Start();
     m_yielder.OnYieldAfter(13, std::move(act));
-    m_yielder.OnYield([] { QCoreApplication::processEvents(); });
     Connect();
     m_port.SetPortOpen(false);
   }

@@ -1,22 +1,15 @@
-#include <cstdint>
-
 #include "support/program_test.h"
 
-#ifdef __GLIBC__
+#ifdef __GLIBC__  // which tells what is in use
 #include <malloc.h>
-#endif
 
 namespace tarnwell::test {
 namespace {
 
 /// Bytes that the program has taken and not given back.
 std::int64_t BytesInUse() {
-#ifdef __GLIBC__
   const auto memory = mallinfo2();
   return static_cast<std::int64_t>(memory.uordblks + memory.hblkhd);
-#else
-  return 0;
-#endif
 }
 
 class OpeningsTest : public ProgramTest {
@@ -36,7 +29,6 @@ class OpeningsTest : public ProgramTest {
 TEST_F(OpeningsTest, FormsLeaveNothingBehind) {
   constexpr int kOpenings = 200;
   constexpr std::int64_t kEach = 1000;  ///< of all four forms; one picture of a button takes 9 kB
-  m_replies = AmplifierReplies();
   Start();
   m_yielder.OnYieldAfter(13, [this] {
     OpenOften(20);
@@ -50,3 +42,5 @@ TEST_F(OpeningsTest, FormsLeaveNothingBehind) {
 
 }  // namespace
 }  // namespace tarnwell::test
+
+#endif

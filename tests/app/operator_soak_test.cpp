@@ -35,12 +35,12 @@ const char* const kPowers =
     "txtSSPAAddress U=; updwnSSPAAddress U=; updwnReflectedMax T3=; txtRFTCComp RT; txtRFTCTemp RT; txtTCComp "
     "H; txtTCTemp H; txtRFVolts R0 R1 R2; txtPiNDAC P0 P1 P2 P3 P4";
 
-bool MaySend(const QString& control, const std::string& order) {
+bool MaySend(const QStringList& controls, const std::string& order) {
   static const QStringList kRows = QString::fromLatin1(kPowers).split(QStringLiteral("; "));
   return std::any_of(kRows.begin(), kRows.end(), [&](const QString& row) {
     QStringList words = row.split(QLatin1Char(' '));
     const auto begins = [&](const QString& word) { return order.starts_with(word.toStdString()); };
-    return words.takeFirst() == control && std::any_of(words.begin(), words.end(), begins);
+    return controls.contains(words.takeFirst()) && std::any_of(words.begin(), words.end(), begins);
   });
 }
 
@@ -59,9 +59,13 @@ class RandomOperator final : public platform::Yielder {
   void Watch(forms::frmMain& main, SimulatedPort& port) {
     m_main = &main;
     port.OnOutput([this](const std::string& command) {
-      if (command.back() != '?') m_orders.push_back({command, MayFollowFromAHold(command)});
+      const bool mayBeTold = command == "S=X";  // a mute that the device tells is sent on
+      if (command.back() != '?') m_orders.push_back({command, mayBeTold || MaySend(m_late, command)});
       if (Chance(6)) ActInHold();
-      ExpectOnlyDrawing(command);
+      // As while the device is awaited: the windows are drawn, and what is due waits until the thread is free.
+      EXPECT_FALSE(std::exchange(m_holds, true)) << command << " in the middle of another";
+      m_drawing.LetDraw();
+      m_holds = false;
     });
     for (const auto* timer : main.findChildren<forms::Timer*>()) {
       QObject::connect(timer, &forms::Timer::Tick, &main, [this] { EXPECT_FALSE(m_holds) << "a tick"; });
@@ -69,7 +73,7 @@ class RandomOperator final : public platform::Yielder {
   }
 
   void Yield(std::int64_t deadline) override {
-    ExpectNoOrders("a poll");
+    Judge({QStringLiteral("opt7316_12")}, "a poll");  // whose writer yields
     if (mend) mend();
     if (m_main != nullptr && Chance(3)) Act();
     QCoreApplication::processEvents();
@@ -78,10 +82,7 @@ class RandomOperator final : public platform::Yielder {
 
   /// One act, and the judgement of what it sent.
   void Act() {
-    if (m_counter.Seconds() > m_end) {
-      EndAll();
-      return;
-    }
+    if (Ended()) return EndAll();
     Settle();  // what was done in a hold comes first
     const int kind = Pick(10);
     kind < 5 ? Click() : kind < 9 ? PressKey() : LookAway();
@@ -89,11 +90,10 @@ class RandomOperator final : public platform::Yielder {
 
   bool Ended() const { return m_counter.Seconds() > m_end; }
 
-  struct Tally {
-    int orders, forms, snapshots;
-    int behind;  ///< acts while the thread is held, on a form that isn't in front
-  };
-  const Tally& Done() const { return m_done; }
+  /// What was done; `behind` are acts while the thread is held, on a form that isn't in front.
+  struct {
+    int orders, forms, snapshots, behind;
+  } done = {};
 
  private:
   bool Chance(int oneIn) { return Pick(oneIn) == 0; }
@@ -104,32 +104,13 @@ class RandomOperator final : public platform::Yielder {
     return modal != nullptr ? *modal : *m_main;
   }
 
-  /// A mute that the device tells is sent on as well.
-  bool MayFollowFromAHold(const std::string& order) const {
-    const auto sends = [&](const QString& control) { return MaySend(control, order); };
-    return order == "S=X" || std::any_of(m_late.begin(), m_late.end(), sends);
-  }
-
   /// Orders that none of the controls may have sent are a fault.
   void Judge(const QStringList& controls, const char* what) {
     for (const auto& [order, allowed] : std::exchange(m_orders, {})) {
-      ++m_done.orders;
-      const auto sends = [&order = order](const QString& control) { return MaySend(control, order); };
-      EXPECT_TRUE(allowed || std::any_of(controls.begin(), controls.end(), sends))
+      ++done.orders;
+      EXPECT_TRUE(allowed || MaySend(controls, order))
           << order << " after " << what << " on " << controls.join(QLatin1Char(' ')).toStdString();
     }
-  }
-  void ExpectNoOrders(const char* when) {
-    for (const auto& [order, allowed] : std::exchange(m_orders, {})) {
-      EXPECT_TRUE(allowed || order == "CM=2") << order << " out of " << when;  // its writer yields
-    }
-  }
-
-  /// As while the device is awaited: the windows are drawn, and what is due waits until the thread is free.
-  void ExpectOnlyDrawing(const std::string& command) {
-    EXPECT_FALSE(std::exchange(m_holds, true)) << command << " in the middle of another";
-    m_drawing.LetDraw();
-    m_holds = false;
   }
 
   QString Focused() { return Front().focusWidget() != nullptr ? Front().focusWidget()->objectName() : QString(); }
@@ -167,7 +148,7 @@ class RandomOperator final : public platform::Yielder {
     }
     if (forms.isEmpty()) return;
     QPointer<QWidget> form = forms[Pick(static_cast<int>(forms.size()))];
-    m_done.behind += form == &Front() ? 0 : 1;
+    done.behind += form == &Front() ? 0 : 1;
     const platform::Moment made = m_clock.Now();
     const int kind = Pick(8);
     if (kind == 0 && form != m_main) return Later(form, [=, this] { DeliverClose(*form, m_clock, made); });
@@ -251,7 +232,7 @@ class RandomOperator final : public platform::Yielder {
   }
 
   void OpenForm(const std::function<void()>& open) {
-    ++m_done.forms;
+    ++done.forms;
     platform::PostCall(*qApp, [this] { InForm(); });
     open();
     Judge({}, "opening and closing a form");
@@ -265,7 +246,7 @@ class RandomOperator final : public platform::Yielder {
       snapshot->txtSnapShotID.SetText(QStringLiteral("soak"));
       chooseFile();
       snapshot->cmdOk.click();
-      ++m_done.snapshots;
+      ++done.snapshots;
     }
     if (auto* settings = dynamic_cast<forms::frmSettings*>(form.data())) InSettings(*settings);
     for (int i = Pick(30); i > 0 && form != nullptr && !form->Unloaded(); --i) Act();
@@ -322,7 +303,6 @@ class RandomOperator final : public platform::Yielder {
   ManualClock m_clock;
   QPointer<QWidget> m_clicked;  ///< last; a key made after that may go there, though the focus isn't there yet
   QStringList m_late;           ///< the controls that were acted on in the last holds, while they were in front
-  Tally m_done = {};
   std::mt19937 m_random;
   forms::frmMain* m_main = nullptr;
   platform::MonotonicCounter m_realTime;
@@ -360,7 +340,7 @@ TEST_P(OperatorSoak, NothingIsSentThatNobodyAskedFor) {
     }
     hands.Act();
   }
-  const auto [orders, forms, snapshots, behind] = hands.Done();
+  const auto [orders, forms, snapshots, behind] = hands.done;
   EXPECT_TRUE(orders > 50 && forms > 20 && snapshots > 2 && behind > 100) << "too little was tried";
 }
 

@@ -13,26 +13,13 @@ struct Choice {
 
 class CommandsTest : public ProgramTest {
  protected:
-  /// The commands that `act` causes in a session, up to the end of the yield in which it happens.
-  std::string CommandsOf(std::function<void()> act) {
-    std::string caused;
-    m_yielder.OnYieldAfter(1, [&] {
-      m_port.TakeTranscript();
-      act();
-      QCoreApplication::processEvents();
-      caused = m_port.Commands();
-    });
-    Connect(1);
-    return caused;
-  }
-
   /// What goes out when the operator changes from one option to the other, and which is shown as soon as that is over.
   std::string Story(const char* query, const Choice& from, const Choice& to, Device device, Qt::Key key) {
     m_replies = std::string_view(to.option).substr(0, 7) == "opt7316" ? ControllerReplies() : AmplifierReplies();
     m_replies[to.command] = *query == 'P' ? to.command : "S=";
     m_replies[query] = from.told;
     std::string shown;
-    const std::string commands = CommandsOf([&] {
+    const std::string paces = PacesOf([&] {
       if (device == Device::kObeys) m_replies[query] = to.told;
       if (device == Device::kIsSilent) m_replies.erase(to.command);
       if (key != 0) {
@@ -51,7 +38,7 @@ class CommandsTest : public ProgramTest {
         EXPECT_FALSE(Find<QAbstractButton>(option).isDown());
       }
     });
-    return commands + shown;
+    return paces + shown;
   }
 };
 
@@ -71,16 +58,17 @@ TEST_F(CommandsTest, AnOptionSendsReadsBackAndShowsWhatTheDeviceSays) {
       const Choice& from = choices[1 - chosen];
       const Choice& to = choices[chosen];
       const std::string command = to.command;
-      const std::string sent = command + ' ' + query;
+      const std::string sent = "100 " + command + " 50 " + query + " 100";
       for (const Qt::Key key : {Qt::Key(0), chosen == 0 ? Qt::Key_Left : Qt::Key_Right}) {
         SCOPED_TRACE(std::string(to.option) + (key == 0 ? " by the mouse" : " by a key"));
         EXPECT_EQ(Story(query, from, to, Device::kObeys, key), sent + " > " + to.option);
         // a mute that the device tells is taken over as the operator's own, and sent
-        const std::string taken = command == "S=T" ? " S=X S?" : "";
+        const std::string taken = command == "S=T" ? " S=X 50 S? 200" : "";
         EXPECT_EQ(Story(query, from, to, Device::kRefuses, key), sent + taken + " > " + from.option);
         // the next status is at hand; of a path nothing is known yet
         EXPECT_EQ(Story(query, from, to, Device::kIsSilent, key),
-                  command + ' ' + command + ' ' + command + (*query == 'P' ? "" : std::string(" > ") + to.option));
+                  "100 " + command + " 2050 " + command + " 2050 " + command + " 2150" +
+                      (*query == 'P' ? "" : std::string(" > ") + to.option));
       }
     }
   }
@@ -104,12 +92,11 @@ TEST_F(CommandsTest, GainByKeysAndSpin) {
                {"0", "25+", "G= 0", "0.0"},  // what is half typed is never sent
                {"0", "25\033", "", "0.0"},
                {"0", "25l", "", "0.0"}};
-  m_replies = AmplifierReplies();
   m_replies.merge(ReplyTable{{"G=-3.41", "G=-3.4"}, {"G=-20", "G=-20"}, {"G= 0", "G=0"}, {"G=-.2", "G=-0.2"}});
   Start();
   for (const auto& c : cases) {
     m_replies["G?"] = std::string("G=") + c.read;
-    const std::string commands = CommandsOf([&] {
+    const std::string paces = PacesOf([&] {
       auto& field = Find<forms::TextBox>("txtGainAdjust");
       QWidget& spin = Find("updwnGainAdjust");
       field.setFocus();
@@ -130,7 +117,7 @@ TEST_F(CommandsTest, GainByKeysAndSpin) {
       }
       EXPECT_EQ(field.Text().toStdString(), c.shown) << c.act;
     });
-    EXPECT_EQ(commands, c.command) << c.act;
+    EXPECT_EQ(paces, *c.command == 0 ? "0" : std::string("50 ") + c.command + " 50") << c.act;
   }
 }
 

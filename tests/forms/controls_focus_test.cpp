@@ -9,7 +9,6 @@
 #include "forms/test_form.h"
 
 namespace tarnwell::forms {
-
 namespace {
 
 using OptionTest = ControlTest;
@@ -186,5 +185,4 @@ TEST_F(FocusTest, AccessKeysOfFramesAndLabelsLeadToTheirControl) {
 }
 
 }  // namespace
-
 }  // namespace tarnwell::forms

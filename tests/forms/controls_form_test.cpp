@@ -7,7 +7,6 @@
 #include "forms/test_form.h"
 
 namespace tarnwell::forms {
-
 namespace {
 
 /// A form whose life is noted in its transcript.
@@ -130,5 +129,4 @@ TEST_F(FormTest, ATitleIsShownAsGivenWithoutControlCharacters) {
 }
 
 }  // namespace
-
 }  // namespace tarnwell::forms

@@ -7,7 +7,6 @@
 #include "forms/test_form.h"
 
 namespace tarnwell::forms {
-
 namespace {
 
 using LookTest = ControlTest;
@@ -137,5 +136,4 @@ TEST_F(LookTest, DisabledTextCanBeReadOnEveryPalette) {
 }
 
 }  // namespace
-
 }  // namespace tarnwell::forms

@@ -11,7 +11,6 @@
 #include <string>
 
 #include "forms/controls/command_button.h"
-#include "forms/controls/control.h"
 #include "forms/controls/frame.h"
 #include "forms/controls/option_button.h"
 #include "forms/controls/text_box.h"

@@ -13,7 +13,6 @@
 #include "tests/forms/test_form.h"
 
 namespace tarnwell::forms {
-
 namespace {
 
 /// All five forms, with values in their fields as a device gives them, the longest where it matters.
@@ -97,21 +96,6 @@ TEST(Views, NothingIsCutOffOrStandsOnAnother) {
       EXPECT_EQ(Blemishes(form).Found(), "") << "without " << parts << " at " << size.width();
     }
   }
-}
-
-TEST(Views, BlemishesAreSeen) {
-  SampleForms forms;
-  frmMain& f = forms.main;
-  forms.ShowAt({640, 480});
-  f.fra7316Status.hide();
-  f.optOnline.resize(20, 20);
-  f.lblRF.move(f.lblRFLevel.pos());
-  f.fraTemp.move(f.Inner().width() - 20, 0);
-  f.lblMod1.move(f.lblMod1.x(), f.lblMod1.y() + 12);
-  f.lblMod2.setBuddy(nullptr);
-  EXPECT_EQ(Blemishes(f).Found(),
-            "fraTemp: leaves its frame; lblMod2: names no field; lblMod1: not beside its field; "
-            "optOnline: drawn at 50 %; lblRF stands on lblRFLevel; lblRF: not beside its field");
 }
 
 TEST(Views, TabGoesDownTheColumnsOfTheAlarms) {
@@ -254,5 +238,4 @@ TEST(Layout, FontSizesFollowTheFit) {
 }
 
 }  // namespace
-
 }  // namespace tarnwell::forms

@@ -4,7 +4,6 @@
 
 #include <QTest>
 #include <atomic>
-#include <memory>
 #include <semaphore>
 #include <thread>
 #include <utility>

@@ -17,24 +17,26 @@
 namespace tarnwell::platform {
 namespace {
 
-/// Shows the message and runs `look` on its box, which must close it. False where no box came.
+/// Shows the message, and `another` when it is about to come up. `look` runs on each box, and must close it; how many
+/// came.
 template <typename Look>
-bool Show(const Message& message, Look look) {
-  bool seen = false;
+int Show(const Message& message, Look look, const std::optional<Message>& another = {}) {
+  int seen = 0;
+  ToolkitDesktop desktop;
   QTimer lookout;
   lookout.callOnTimeout([&] {
     auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (box == nullptr) return;
-    lookout.stop();
-    seen = true;
+    if (box == nullptr || OnlyClosesAreTaken()) return;
+    ++seen;
     look(*box);
-    // A box that the keys left open would hold the test for ever.
-    const bool closed = !box->isVisible();
-    box->close();
-    EXPECT_TRUE(closed);
+    EXPECT_FALSE(box->isVisible());
+    box->close();  // one that the keys left open would hold the test for ever
   });
   lookout.start(0);
-  ToolkitDesktop().ShowMessage(message);
+  const auto showAnother = [&] { desktop.ShowMessage(*another); };
+  if (another) QMetaObject::invokeMethod(&lookout, showAnother, Qt::QueuedConnection);
+  desktop.ShowMessage(message);
+  QTest::qWait(0);
   return seen;
 }
 
@@ -42,7 +44,7 @@ TEST(Desktop, AWindowThatWasToCloseIsClosedAheadOfTheMessage) {
   QWidget window;
   window.show();
   QCoreApplication::postEvent(window.windowHandle(), new QCloseEvent);
-  EXPECT_FALSE(Show({QStringLiteral("Connection Failed")}, [](QMessageBox&) {})) << "with no window left";
+  EXPECT_EQ(Show({QStringLiteral("Connection Failed")}, [](QMessageBox&) {}), 0) << "with no window left";
   EXPECT_FALSE(window.isVisible());
 }
 
@@ -50,46 +52,37 @@ TEST(Desktop, AWindowThatWasToCloseIsClosedAheadOfTheMessage) {
 TEST(Desktop, AMessageThatComesWithAnotherIsShownBehindIt) {
   QWidget window;
   window.show();
-  ToolkitDesktop desktop;
   QStringList seen;
-  QTimer lookout;
-  lookout.callOnTimeout([&] {
-    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (box == nullptr || OnlyClosesAreTaken()) return;
-    seen << box->text();
-    QTest::keyClick(box, Qt::Key_Escape);
-    EXPECT_FALSE(box->isVisible());
-    box->close();
-  });
-  lookout.start(0);
-  QMetaObject::invokeMethod(
-      &window, [&] { desktop.ShowMessage({QStringLiteral("Not stored")}); }, Qt::QueuedConnection);
-  desktop.ShowMessage({QStringLiteral("Address Change Failed")});
-  EXPECT_EQ(seen, QStringList{QStringLiteral("Address Change Failed")});
-  QTest::qWait(0);
-  EXPECT_EQ(seen.size(), 2);
+  const auto note = [&](QMessageBox& box) {
+    seen << box.text();
+    QTest::keyClick(&box, Qt::Key_Escape);
+  };
+  Show({QStringLiteral("Address Change Failed")}, note, Message{QStringLiteral("Not stored")});
+  EXPECT_EQ(seen, QStringList({QStringLiteral("Address Change Failed"), QStringLiteral("Not stored")}));
 }
 
 TEST(Desktop, AMessageShowsItsTextsAsTheyAreAndClosesByKey) {
   const QString text = QStringLiteral("<b>Unable</b> to open COM1\x1B");
   const QString details = QStringLiteral("<i>/dev/ttyUSB0</i>: in use");
-  EXPECT_TRUE(Show({text, MessageIcon::kWarning, details}, [&](QMessageBox& box) {
+  const auto look = [&](QMessageBox& box) {
     EXPECT_EQ(box.icon(), QMessageBox::Warning);
     EXPECT_EQ(box.text(), QStringLiteral("<b>Unable</b> to open COM1\uFFFD"));
     EXPECT_EQ(box.informativeText(), details);
     for (const auto* label : box.findChildren<QLabel*>()) EXPECT_EQ(label->textFormat(), Qt::PlainText);
     EXPECT_TRUE(box.textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
     QTest::keyClick(&box, Qt::Key_Escape);
-  }));
+  };
+  EXPECT_EQ(Show({text, MessageIcon::kWarning, details}, look), 1);
   QWidget window;
   window.show();
   QWindow other;  // as another program's: none of the program's windows is active
   other.show();
   other.requestActivate();
-  EXPECT_TRUE(Show({text, MessageIcon::kCritical}, [&](QMessageBox& box) {
+  const auto pressReturn = [&](QMessageBox& box) {
     EXPECT_EQ(box.parentWidget(), &window);
     QTest::keyClick(QApplication::focusWidget() == nullptr ? &box : QApplication::focusWidget(), Qt::Key_Return);
-  }));
+  };
+  EXPECT_EQ(Show({text, MessageIcon::kCritical}, pressReturn), 1);
 }
 
 TEST(Desktop, TheFileDialogGivesThePathAsTyped) {

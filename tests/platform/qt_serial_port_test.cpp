@@ -2,14 +2,12 @@
 
 #include <gtest/gtest.h>
 #include <sys/ioctl.h>
-#include <termios.h>
 
 #include <QAbstractEventDispatcher>
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
 
-#include "platform/yield.h"
 #include "support/pty.h"
 #include "tests/platform/clocks.h"
 
@@ -126,9 +124,7 @@ TEST_F(QtSerialPortTest, RestsInTheSystemUntilAByteComes) {
 }
 
 TEST_F(QtSerialPortTest, AWaitForAByteLetsTheWindowsDrawFiveTimesASecond) {
-  MonotonicCounter counter;
-  EventLoopYielder yielder(counter);
-  QtSerialPort port(&yielder);
+  QtSerialPort port(&m_yielder);
   const QObject context;
   int rounds = 0;
   QObject::connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::awake, &context,

@@ -63,19 +63,13 @@ TEST_F(YieldTest, TheCounterRestsUntilShortlyBeforeACountAndNeverLater) {
   m_counter.RestUntil(CountAfter(-1000));
 }
 
-/// Notes the moments at which it is drawn.
-class Canvas final : public QWidget {
- public:
-  int drawn = 0;
-
- protected:
-  void paintEvent(QPaintEvent*) override { ++drawn; }
-};
-
 TEST_F(YieldTest, InAWaitForTheDeviceNothingHappensButDrawing) {
   QStringList happened;
   const auto notes = [&](const char* what) { return [&happened, what] { happened += QLatin1String(what); }; };
-  Canvas canvas;
+  struct : QWidget {
+    int drawn = 0;
+    void paintEvent(QPaintEvent*) override { ++drawn; }
+  } canvas;
   canvas.show();
   QCoreApplication::processEvents();
   QTimer tick;

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "protocol/vocabulary.h"
+
 namespace tarnwell::protocol {
 namespace {
 
@@ -14,25 +16,12 @@ TEST(NumberText, IsWhatTheDeviceTakes) {
 }
 
 TEST(LeadingNumber, ReadsNoMoreThanADecimalNumber) {
-  const std::pair<const char*, double> cases[] = {{" -3.26 dBm", -3.26},
-                                                  {"-", 0},
-                                                  {".", 0},
-                                                  {"-.5", -.5},
-                                                  {"+7", 7},
-                                                  {"5.", 5},
-                                                  {"1.2.3", 1.2},
-                                                  {"1e3", 1},
-                                                  {"0x1F", 0},
-                                                  {"nan", 0},
-                                                  {"-inf", 0},
-                                                  {"- 5", 0},
-                                                  {"--5", 0},
-                                                  {"12,5", 12},
-                                                  {"P255V1.5", 0},
-                                                  {"\t8", 0},
-                                                  {"+-5", 0},
-                                                  {"007", 7}};
+  const std::pair<const char*, double> cases[] = {{" -3.26 dBm", -3.26}, {"-.5", -.5}, {"+7", 7},    {"5.", 5},
+                                                  {"1.2.3", 1.2},        {"1e3", 1},   {"12,5", 12}, {"007", 7}};
   for (const auto& [text, value] : cases) EXPECT_EQ(LeadingNumber(text), value) << '"' << text << '"';
+  for (const char* none : {"-", ".", "0x1F", "nan", "-inf", "- 5", "--5", "+-5", "P255V1.5", "\t8"}) {
+    EXPECT_EQ(LeadingNumber(none), 0) << '"' << none << '"';
+  }
   EXPECT_EQ(LeadingNumber(std::string(400, '9')), 0) << "a number that no double holds is none";
 }
 
@@ -52,6 +41,15 @@ TEST(FixedText, RoundsAndKeepsItsDecimals) {
       {0, 1, LeadingZero::kAlways, "0.0"},     {-10.005, 2, LeadingZero::kAlways, "-10.01"},
       {1.005, 2, LeadingZero::kAlways, "1.01"}};
   for (const auto& [value, decimals, zero, text] : cases) EXPECT_EQ(FixedText(value, decimals, zero), text) << value;
+}
+
+TEST(SetFixedCompensation, NamesThePointByItsTemperatureAndNotByItsHeadInTheReply) {
+  const std::tuple<int, double, const char*, const char*> cases[] = {
+      {-50, -1.25, "H-050=-1.25", "-050="}, {-25, kDisabledValue, "H-025=D", "-025="}, {0, 1, "H+000= 1", "000="}};
+  for (const auto& [degrees, value, text, expected] : cases) {
+    const Request request = SetFixedCompensation(degrees, value);
+    EXPECT_EQ(request.text + ' ' + request.expected, std::string(text) + ' ' + expected);
+  }
 }
 
 TEST(WholeNumber, IsTheWholeTextOrNothing) {

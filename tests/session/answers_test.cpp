@@ -7,10 +7,7 @@ namespace {
 /// A device that leaves one question or command unanswered, while it answers the others.
 class AnswersTest : public ProgramTest {
  protected:
-  void SetUp() override {
-    m_replies = AmplifierReplies();
-    Start();
-  }
+  void SetUp() override { Start(); }
 
   /// Next in the coming session, when all questions have been asked, or asked again.
   void Round(std::function<void()> act) { m_yielder.OnYieldAfter(13, std::move(act)); }
@@ -154,6 +151,7 @@ TEST_F(AnswersTest, ANewSessionShowsNothingOfTheFormerDevice) {
   Connect(13);
   EXPECT_TRUE(Main().optOnline.Value() && CaptionOf("lblTempMod1") == "41°C") << "a disconnect leaves the last values";
   EXPECT_TRUE(IsOld("lblRFLevel"));
+  EXPECT_EQ(Find("txtGainAdjust").toolTip(), QStringLiteral("As of 09:26:41"));
   for (auto* label : readings) {
     label->SetCaption(QStringLiteral("ALARM"));
     label->SetBackground(Qt::red);

@@ -5,10 +5,7 @@ namespace {
 
 class ConnectionTest : public ProgramTest {
  protected:
-  void SetUp() override {
-    m_replies = AmplifierReplies();
-    Start();
-  }
+  void SetUp() override { Start(); }
 
   /// A session of so many polls, with whom, and what it asks.
   void ExpectSession(int polls, const char* device, const char* traffic) {

@@ -147,8 +147,8 @@ TEST_F(ReadBackTest, RemoteLockoutShowsAllAndLocksAll) {
 
 TEST_F(ReadBackTest, WhatAReplySelects) {
   for (const std::string row :
-       {"U=_ -> Address: 31", "U=@ -> Address: 0", "T1=D -> 55.8 D", "T2=12.25 -> 12.2 D", "T1=-12.5 -> 55.8 D?",
-        "T1= .5 -> 55.8 0.5", "T2=120.5 -> 100.0? D", "T2= -> 0.0? D", "TX=0 -> Vorel *Generic",
+       {"U=_ -> Address: 31", "U=@ -> Address: 0", "U=` -> Address: 31?", "T1=D -> 55.8 D", "T2=12.25 -> 12.2 D",
+        "T1=-12.5 -> 55.8 D?", "T1= .5 -> 55.8 0.5", "T2=120.5 -> 100.0? D", "T2= -> 0.0? D", "TX=0 -> Vorel *Generic",
         "TX= -> Vorel *Generic", "CS=? -> Shutdown: *On Off", "CA=? -> *Fleeting Latching", "CX=HIGH -> Low *High",
         "CF=OFF -> FanCtrl: On *Off", "S=HSULC -> TempComp: *On", "S=LHS -> On Off Min *Max",
         "S=MSU -> Mode: Online *Stby Maint", "S=T -> Mode: Online Stby Maint"}) {

@@ -170,11 +170,14 @@ TEST_F(AddressTest, TheConsoleFollowsTheDevice) {
                                                                           {5, "0", "50 U=@ 100 U? 50", "0 0 0"}};
   for (const auto& row : cases) {
     AttachAt(std::get<0>(row), true);
+    m_replies["U?"] = "U=`";
     OpenOn(1, [&] {
-      Form().txtSSPAAddress.SetText(QString::fromLatin1(std::get<1>(row)));
+      Form().txtSSPAAddress.selectAll();
+      Form().txtSSPAAddress.insert(QString::fromLatin1(std::get<1>(row)));
       KeyTo(Form().txtSSPAAddress, Qt::Key_Return);
       EXPECT_EQ(TakePaces(), std::get<2>(row));
       EXPECT_EQ(Addresses(), std::get<3>(row));
+      EXPECT_FALSE(forms::IsOld(Form().txtSSPAAddress)) << "it stood beyond what can be set";
     });
     EXPECT_EQ(m_linkAfter, "up up ") << "polled at the new address";
   }

@@ -42,6 +42,8 @@ inline std::string ValuesOf(const QWidget& frame) {
 /// The program in a session with a simulated device that stands still, and its settings form.
 class SettingsTest : public ProgramTest {
  protected:
+  SettingsTest() { m_replies.clear(); }
+
   /// Puts a device of that kind on the line; empty texts stand for what the kind has. A row of m_replies goes before
   /// its own answer.
   void Attach(const char* kind, const char* firmware = "", const char* platform = "") {

@@ -49,6 +49,7 @@ class WriterTest : public testing::Test {
   bool IsController() const { return m_shared.SSPAType == link::kRedundancyController; }
 
   QString Path() const { return m_folder.filePath(QStringLiteral("snapshot")); }
+  QString New() const { return Path() + QStringLiteral(".new"); }  ///< while it is written
 
   /// The file's bytes; `m_complete` says what the writer returned.
   std::string Write() { return WriteTo(Path()); }
@@ -178,14 +179,14 @@ const std::string kMark = "#ERROR: FILE MAY BE INCOMPLETE\r\n";
 
 TEST_F(WriterTest, AFileThatCannotBeCreatedOrWasRemovedMeanwhileIsToldOf) {
   Use("c240");
-  for (const char* path : {"", "/no/folder"}) {
-    WriteTo(m_folder.path() + QLatin1String(path));
+  for (const std::string& path : {std::string(), std::string("/no/folder"), '/' + std::string(256, 'x')}) {
+    WriteTo(m_folder.path() + QString::fromStdString(path));
     EXPECT_EQ(Message(), "(!) Error with Save Snapshot") << path;
     EXPECT_EQ(m_port.Commands(), "") << "nothing is asked for no file";
   }
   EXPECT_TRUE(QDir(m_folder.path()).isEmpty());
   Use("controller");
-  m_port.Expect("CT?").Answer("CT=7316 RCP").Do([this] { QFile::remove(Path()); });
+  m_port.Expect("CT?").Answer("CT=7316 RCP").Do([this] { QFile::remove(New()); });
   Write();
   EXPECT_EQ(Message(), "(!) Error with Save 7316 Snapshot");
 }
@@ -214,18 +215,33 @@ TEST_F(WriterTest, AnOlderFileStaysUntilTheNewOneIsWhole) {
   for (const QString& path : {Path(), link}) {
     m_port.Expect("CT?").Answer("CT=OTHER").Do([&] { EXPECT_EQ(Bytes(Path()), whole); });
     EXPECT_EQ(WriteTo(path).substr(3 * kLine, 12), "[sspa] OTHER");
-    EXPECT_FALSE(QFile::exists(Path() + QStringLiteral(".new")));
     EXPECT_EQ(QFile::permissions(Path()) & QFile::ReadOther, QFile::Permissions());
     EXPECT_TRUE(m_complete && WriteTo(path) == whole && QFileInfo(link).isSymLink());
   }
-  for (const char* beside : {".new", ".new2"}) {
+  for (const char* beside : {".new", ".new", ".new2"}) {  // a leftover is replaced, anything else isn't
+    const QString name = Path() + QLatin1String(beside);
+    EXPECT_TRUE(name == New() || (QFile::remove(New()) && QFile::link(Path(), New())));
     m_replies = {{"U?", "U="}};
     m_complete = m_writer.WriteSSPASnapshot(Path());
     const QString told = m_desktop.TakeMessages().value(0);
-    EXPECT_TRUE(!m_complete && told.endsWith(QLatin1String("snapshot") + QLatin1String(beside))) << told.toStdString();
+    EXPECT_TRUE(!m_complete && told.endsWith(name)) << told.toStdString();
     EXPECT_EQ(Bytes(Path()), whole);
-    EXPECT_EQ(Bytes(Path() + QLatin1String(beside)), whole.substr(0, 4 * kLine) + kMark);
+    EXPECT_EQ(Bytes(name), whole.substr(0, 4 * kLine) + kMark);
   }
+}
+
+TEST_F(WriterTest, ANewFileTakesItsNameWhenItIsWhole) {
+  Use("controller");
+  const QString link = m_folder.filePath(QStringLiteral("link"));
+  ASSERT_TRUE(QFile::link(Path(), link));
+  m_port.Expect("CT?").Answer("CT=7316").Do([this] { EXPECT_TRUE(QFile::exists(New()) && !QFile::exists(Path())); });
+  EXPECT_FALSE(WriteTo(link).empty());
+  EXPECT_TRUE(m_complete && QFileInfo(link).isSymLink() && !QFile::exists(New()));
+  QFile::remove(Path());
+  m_port.Expect("CT?").Answer("CT=7316").Do([this] { QDir().mkdir(Path()); });
+  Write();
+  EXPECT_TRUE(m_desktop.TakeMessages().value(0).endsWith(New())) << "the name was taken meanwhile";
+  EXPECT_EQ(Bytes(New()).size(), 16 * kLine);
 }
 
 TEST_F(WriterTest, WhatNoFileMayHoldEndsIt) {
@@ -236,7 +252,7 @@ TEST_F(WriterTest, WhatNoFileMayHoldEndsIt) {
     m_replies = {{command, reply}};
     QFile::remove(Path());
     // the message is up before the file's last line is written
-    m_desktop.OnMessage([&] { EXPECT_EQ(QFile(Path()).size(), static_cast<qint64>(kLine) * lines); });
+    m_desktop.OnMessage([&] { EXPECT_EQ(QFile(New()).size(), static_cast<qint64>(kLine) * lines); });
     EXPECT_EQ(Write(), whole.substr(0, kLine * static_cast<std::size_t>(lines)) + kMark) << reply;
     EXPECT_EQ(Message(), "(!) Error with Save Snapshot");
   }

@@ -27,7 +27,10 @@ class ManualClock final : public platform::InputClock {
     if (stamp == 0) return std::nullopt;
     return static_cast<platform::Moment>(stamp);
   }
+  bool LetGo(quint64 stamp) const override { return stamp != 0 && stamp == letGo; }
   std::optional<platform::Moment> CloseAsked(const QWindow&) override { return m_closeAsked; }
+
+  quint64 letGo = 0;  ///< the stamp at which a key was let go
 
   /// The thread is held for so long.
   void Pass(int milliseconds) { m_now += milliseconds; }

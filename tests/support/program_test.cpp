@@ -55,8 +55,6 @@ ProgramTest::ProgramTest() {
   });
 }
 
-ProgramTest::~ProgramTest() = default;
-
 void ProgramTest::SaveProperty(const char* key, const char* text) {
   Store().setValue(PropertyPath(key), QString::fromLatin1(text));
 }
@@ -98,6 +96,19 @@ void ProgramTest::ClickOn(const char* name) {
 
 void ProgramTest::DisconnectAfter(int polls) {
   m_yielder.OnYieldAfter(polls - 1, [this] { ClickOn("cmdConnect"); });
+}
+
+std::string ProgramTest::PacesOf(const std::function<void()>& act) {
+  std::string paces;
+  m_yielder.OnYieldAfter(1, [&] {
+    TakePaces();
+    act();
+    QCoreApplication::processEvents();
+    paces = TakePaces();
+    DisconnectAfter(1);  // whatever yields meanwhile, a form's own poll as well
+  });
+  Connect();
+  return paces;
 }
 
 int ProgramTest::HidesAtWatchdog() {

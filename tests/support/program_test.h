@@ -4,15 +4,10 @@
 
 #include <QStringList>
 #include <QtTest/QTest>
-#include <functional>
 #include <map>
-#include <optional>
-#include <string>
-#include <vector>
 
 #include "app/program.h"
 #include "support/scripted_port.h"
-#include "support/virtual_counter.h"
 
 namespace tarnwell::test {
 
@@ -56,12 +51,11 @@ using ReplyTable = std::map<std::string, std::string>;
 ReplyTable AmplifierReplies();   ///< class 3, two modules, platform 2; online, RF on, gain -3.4
 ReplyTable ControllerReplies();  ///< 1:2, manual, no priority
 
-/// The whole program on a scripted port, a virtual counter and an empty store. A session runs inside Connect(): what is
-/// to happen in it is queued as actions of the yield.
+/// The whole program on a scripted port, a virtual counter and an empty store. The device is an amplifier unless
+/// m_replies are changed. A session runs inside Connect(): what is to happen in it is queued as actions of the yield.
 class ProgramTest : public testing::Test {
  protected:
   ProgramTest();
-  ~ProgramTest() override;
 
   void SaveProperty(const char* key, const char* text);
   QString StoredProperty(const char* key);
@@ -90,19 +84,12 @@ class ProgramTest : public testing::Test {
     QCoreApplication::processEvents();
   }
 
-  /// The commands sent since the last Take.
-  std::string TakeCommands() {
-    const std::string commands = m_port.Commands();
-    m_port.TakeTranscript();
-    return commands;
-  }
+  /// The commands sent since the last Take, and the same with the pauses around them.
+  std::string TakeCommands() { return Taken(m_port.Commands()); }
+  std::string TakePaces() { return Taken(m_port.Paces()); }
 
-  /// The same with the pauses around them.
-  std::string TakePaces() {
-    const std::string paces = m_port.Paces();
-    m_port.TakeTranscript();
-    return paces;
-  }
+  /// What `act` sends in a session, with the pauses, up to the end of the yield in which it happens.
+  std::string PacesOf(const std::function<void()>& act);
 
   /// How often the form in front is hidden when its watchdog looks for a pass of the poll since its last look.
   int HidesAtWatchdog();
@@ -133,10 +120,16 @@ class ProgramTest : public testing::Test {
   VirtualYielder m_yielder{m_counter};
   ScriptedPort m_port{m_counter};
   FakeDesktop m_desktop;
-  ReplyTable m_replies;
+  ReplyTable m_replies = AmplifierReplies();
   std::map<QString, QString> m_states;
   QDateTime m_timeOfDay = QDateTime(QDate(2007, 3, 14), QTime(9, 26, 41));
   std::optional<app::Program> m_program;
+
+ private:
+  std::string Taken(std::string sent) {
+    m_port.TakeTranscript();
+    return sent;
+  }
 };
 
 }  // namespace tarnwell::test

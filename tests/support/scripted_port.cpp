@@ -2,27 +2,18 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cctype>
 #include <utility>
 
 namespace tarnwell::test {
 
-namespace {
-
-char Checksum(std::string_view addressAndText) {
-  int sum = 0;
-  for (const char byte : addressAndText) sum += static_cast<unsigned char>(byte);
-  const int low = sum % 256;
-  return static_cast<char>(((low % 64) ^ (low / 64)) + ' ');
-}
-
-}  // namespace
-
 std::string Framed(std::string_view text, std::uint8_t address) {
   std::string body(1, static_cast<char>('@' + address));
   body += text;
-  return "{" + body + Checksum(body) + "}";
+  int sum = 0;
+  for (const char byte : body) sum += static_cast<unsigned char>(byte);
+  const int low = sum % 256;
+  return "{" + body + static_cast<char>(((low % 64) ^ (low / 64)) + ' ') + "}";
 }
 
 ScriptedPort::~ScriptedPort() {
@@ -35,10 +26,6 @@ ScriptedPort::~ScriptedPort() {
 }
 
 Exchange& ScriptedPort::Expect(std::string command) { return m_script.emplace_back(Exchange{std::move(command)}); }
-
-void ScriptedPort::ExpectSilence(const std::string& command, int tries) {
-  for (; tries > 0; --tries) Expect(command);
-}
 
 std::string ScriptedPort::Joined(bool commandsAlone) const {
   std::string text;
@@ -130,10 +117,7 @@ void ScriptedPort::Output(std::string_view bytes) {
   EXPECT_TRUE(m_open) << "sent on a closed port: " << bytes;
   const std::string command = CommandOf(bytes);
   Record(command, true);
-  if (m_script.empty() && m_model) {
-    Reply({command, m_model(command)});
-    return;
-  }
+  if (m_script.empty() && m_model) return Reply({command, m_model(command)});
   if (m_script.empty() || m_script.front().command != command) {
     ADD_FAILURE() << "sent \"" << command << "\", expected "
                   << (m_script.empty() ? "nothing" : '"' + m_script.front().command + '"')
@@ -181,13 +165,12 @@ void ScriptedPort::Reply(const Exchange& exchange) {
     m_received.push_back({m_counter.Now() + std::llround(seconds * VirtualCounter::kRate), byte});
     seconds += exchange.gap;
   }
-  const auto earlier = [](const ReceivedByte& a, const ReceivedByte& b) { return a.at < b.at; };
-  std::stable_sort(m_received.begin(), m_received.end(), earlier);
+  std::ranges::stable_sort(m_received, {}, &ReceivedByte::at);
 }
 
 int ScriptedPort::Arrived() const {
-  const auto later = [this](const ReceivedByte& received) { return received.at > m_counter.Now(); };
-  return static_cast<int>(std::find_if(m_received.begin(), m_received.end(), later) - m_received.begin());
+  const auto later = std::ranges::upper_bound(m_received, m_counter.Now(), {}, &ReceivedByte::at);
+  return static_cast<int>(later - m_received.begin());
 }
 
 }  // namespace tarnwell::test

@@ -52,8 +52,6 @@ class ScriptedPort final : public platform::SerialPort {
 
   /// The next request of the script. The reference is good until the request has come.
   Exchange& Expect(std::string command);
-  /// The same request `tries` times, with no answer to any.
-  void ExpectSilence(const std::string& command, int tries = 3);
   /// Requests that come when the script is at its end are answered by `model`.
   void AnswerAlways(Model model) { m_model = std::move(model); }
   /// The address that requests must carry and that replies echo, 0 to 31; 0 unless told.

@@ -68,7 +68,12 @@ class VirtualYielder final : public platform::Yielder {
 
   void Yield(std::int64_t deadline) override {
     ++m_yields;
-    m_idle = RunQueued() ? 0 : m_idle + 1;
+    m_idle = m_queued.empty() ? m_idle + 1 : 0;
+    if (!m_queued.empty()) {
+      const std::function<void()> action = std::move(m_queued.front());
+      m_queued.pop_front();
+      action();
+    }
     QCoreApplication::processEvents();
     m_counter.AdvanceTo(deadline);
     if (m_idle >= kIdleLimit) {
@@ -80,14 +85,6 @@ class VirtualYielder final : public platform::Yielder {
   int Yields() const { return m_yields; }
 
  private:
-  bool RunQueued() {
-    if (m_queued.empty()) return false;
-    const std::function<void()> action = std::move(m_queued.front());
-    m_queued.pop_front();
-    action();
-    return true;
-  }
-
   VirtualCounter& m_counter;
   std::deque<std::function<void()>> m_queued;
   int m_yields = 0;

@@ -5,6 +5,7 @@
 #include "tools/vorel-line/commands.h"
 #include "tools/vorel-line/line_plot.h"
 #include "tools/vorel-line/plot.h"
+#include "tools/vorel-line/readers.h"
 
 namespace tarnwell::vorel_line {
 namespace {
@@ -59,6 +60,7 @@ TEST(Events, ASessionAsAnOperatorsLog) {
   Ask(steps, 12.1, "S=M", "S=M", 5);
   Ask(steps, 13, "U=F", "U=F", 5);
   Ask(steps, 13.2, "S?", "S=A", 6);
+  Ask(steps, 13.4, "S?", "S=A", 5);
   std::string faults;
   Turns turns([&](const Turn& turn) {
     if (turn.fault != Fault::kNone) faults += std::string(FaultText(turn.fault)) + (turn.last ? "!" : ";");
@@ -81,10 +83,11 @@ TEST(Events, ASessionAsAnOperatorsLog) {
             "5 command manual (S=M): manual; answered 23:13:32.150\n"
             "5 status manual\n"
             "5 setting address 6 (U=F): address 6; answered 23:13:33.050\n"
-            "6 status automatic\n");
+            "6 status automatic\n"
+            "5 status status A\n");
 }
 
-TEST(Events, ACommandStandsWhereItWasFirstSentAndALoosePlugIsOneLine) {
+TEST_F(Files, ACommandStandsWhereItWasFirstSentAndALoosePlugIsOneLine) {
   std::vector<Step> steps = StepsOf("1>S=X 2-device_gone 3.1-device_back 4>S=X 4.5<S=OX 10>S=X 12.5>S=X 15>S=X");
   for (int i = 0; i < 9; ++i) {
     steps.push_back({20 + i * 1.0, '-', std::string(kDeviceGone)});
@@ -102,6 +105,13 @@ TEST(Events, ACommandStandsWhereItWasFirstSentAndALoosePlugIsOneLine) {
             "20 recorder device back\n"
             "38 recorder device back since 23:13:48.500, after 16 changes from 23:13:41.000\n"
             "50 link back\n");
+  steps = StepsOf("1>G=-3.5 1.005<G=-3.5 3.1>U? 3.2<U=A");
+  EXPECT_EQ(LogOf(steps), "command gain adjust -3.5 dB (G=-3.5): gain adjust -3.5 dB; answered 23:13:21.005\n");
+  Write(steps);
+  testing::internal::CaptureStdout();
+  PrintShow({Path()}, false, false);
+  const std::string told = testing::internal::GetCapturedStdout();
+  EXPECT_NE(told.find("21.005+00:00 < {AG=-3.5*}  gain adjust -3.5 dB [5.0 ms], as what"), std::string::npos) << told;
 }
 
 /// What is told of each model's answers besides "connected" and of commands.

@@ -73,8 +73,10 @@ TEST(CommandLine, TakesTheConsolesFormatAndTheOldOneAndPrintsNamesHarmlessly) {
   testing::internal::CaptureStderr();
   vorel_line::Complain("a\x1b[2J\n\x7f\xC2\x9B b\xC3\xA4\xC2\xB0\\.rec");
   EXPECT_EQ(vorel_line::Run({"events", "--csv", "a", "--csv"}), vorel_line::kExitUnusable);
+  EXPECT_EQ(vorel_line::Run({"record", "a", "--link", "b", "-o", "-"}), vorel_line::kExitUnusable);
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "vorel-line: a\\x1B[2J\\x0A\\x7F\\xC2\\x9B b\xC3\xA4\xC2\xB0\\.rec\nvorel-line: --csv is given twice\n"
+            "vorel-line --help tells how it is used.\nvorel-line: record: -o: - is no file; one of that name is ./-\n"
             "vorel-line --help tells how it is used.\n");
 }
 

@@ -100,10 +100,11 @@ TEST_F(Files, ARotationThatFailsLosesNoTimeAndNoOlderFile) {
 }
 
 TEST_F(Files, AFurtherFileTellsTheFormatAndTheDeviceByItself) {
-  const std::string model = Framed("CT=7316 CONTROLLER", 1), format = std::string(kFormat) + "300,n,8,1";
-  const std::string text(70, 'x');
-  Write({{0, '-', format}, {0, '>', Framed("CT?", 0)}, {1, '<', model}, {2, '<', text}}, "", {{}, 150, 1});
-  EXPECT_EQ(Read(), (Texts{format, std::string(kKnown) + "@" + model, text}));
+  const std::string model = Framed("CT=7316", 1), text(70, '{');
+  Write(StepsOf("0-format_300,n,8,1 0>" + Framed("CT?", 0) + " 1<" + model + " 2>" + Framed("U=E", 0) + " 2<" +
+                Framed("U=E", 5) + " 3<" + text),
+        "", {{}, 150, 1});
+  EXPECT_EQ(Read(), (Texts{"format 300,n,8,1", std::string(kKnown) + "E" + model, text})) << "where it is by now";
 }
 
 TEST_F(Files, AFileThatOthersTakeAwayIsBegunAnewAndThatIsTold) {

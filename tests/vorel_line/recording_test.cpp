@@ -102,6 +102,8 @@ TEST(Turns, TellWhatTheConsoleTookACopyFor) {
       {"1>G=-3.5 1.005<G=-3.5 1.1>U? 3.2>G=-3.5 3.205<G=-3.5 3.3>G=-3.5 5.4>U=B 5.405<U=B 5.5>VR? 5.6<VR=1",
        "silence U? echo G=-3.5 silence G=-3.5 echo G=-3.5 try 2 dropped G=-3.5 try 2 silence G=-3.5 try 3 answer U=B "
        "answer VR? "},
+      {"1>VR? 1.1<VR=1 9>G=-3.5 9.1<G=-3.5 9.2>U? 9.205<U? 9.3<U=A 9.4>G=-3.5 9.405<G=-3.5 9.5<G=-3.5",
+       "answer VR? echo U? answer U? echo G=-3.5 dropped G=-3.5 echo G=-3.5 try 2 answer G=-3.5 try 2 "},
       {"1>G=-3.5 1.005<G=-3.5 1.1>G=-3.5 1.2<G=-3.5", "answer G=-3.5 answer G=-3.5 "},
       {"1>G=-3.5 1.005<G=-3.5", "echo G=-3.5 dropped G=-3.5 "},
       {"1>G=-3.5 1.005<G=-3.5 9>VR? 9.005<VR=1 10>G=-3.5 10.005<G=-3.5 19-recording_ended",

@@ -10,9 +10,9 @@ namespace {
 
 TEST_F(SnapshotCommands, DiffTellsWhatTheServiceVisitChanged) {
   Write("a.txt", SampleFile("amplifier.txt"));
-  const auto diff = [&](const std::string& after, const char* options = "") {
+  const auto diff = [&](const std::string& after, const std::string& options = "") {
     Write("b.txt", after);
-    const int code = Run(QStringLiteral("diff a.txt b.txt") + QLatin1String(options));
+    const int code = Run("diff a.txt b.txt" + options);
     return std::to_string(code) + m_out.substr(m_out.find("\n\n") + 1);
   };
   const std::string drifted =
@@ -54,7 +54,7 @@ TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {
                           {36, "[rf temp comp points (\xB0\x43,dB)] (-20, .5), (#ERR, #ERR), (30, D)"},
                           {47, "[pin diode table (dB,DAC)] (0, 12), (1, 18), (2, 24), (3, -)"},
                           {48, "[pin diode table (dB,DAC)] (4, x), (5, 42), (5, 48), (7, 54)"}}));
-  EXPECT_EQ(Run(QStringLiteral("export a.txt --csv")), 1);
+  EXPECT_EQ(Run("export a.txt --csv"), 1);
   EXPECT_EQ(m_err,
             "a.txt:24: column 13: not the unit V\na.txt:47: column 60: no point in brackets\na.txt:48: column 32: no "
             "point in brackets\n"
@@ -67,7 +67,7 @@ TEST_F(SnapshotCommands, ExportKeepsNumbersUnitsAndWhatIsNotThereApart) {
                "pin diode table,3,DAC,24,,", "pin diode table,4,DAC,,,lost", "pin diode table,5,DAC,,,lost",
                "pin diode table,6,DAC,42,,", "pin diode table,7,DAC,,,lost", "pin diode table,8,DAC,54,,"});
 
-  EXPECT_EQ(Run(QStringLiteral("export a.txt --json")), 1);
+  EXPECT_EQ(Run("export a.txt --json"), 1);
   const QJsonObject json = QJsonDocument::fromJson(QByteArray::fromStdString(m_out)).object();
   EXPECT_EQ(json[QLatin1String("damage")].toArray().size(), 4);
   EXPECT_EQ(json[QLatin1String("schema")].toInt(), 1);
@@ -92,7 +92,7 @@ TEST_F(SnapshotCommands, AnEntryOfAWholeLineThatCannotBeReadIsLostAlone) {
        {"(33, 2.48), (34 2.69, (35, 2.90)", "(33, 2.48), 34, 2.69), (35, 2.90)", "(33, 2.48), (34, 2.69, (35, 2.90)",
         "(33, 2.48), (34, (35, 2.90)", "(33, 2.48) (34, 2.69), (35, 2.90)", "(33, 2.48), 34), (2.69), (35, 2.90)"}) {
     Write("a.txt", Changed({{42, "[rf level table (dBm,V)] " + std::string(points) + ", (36, 3.11)"}}));
-    EXPECT_EQ(Run(QStringLiteral("export a.txt --csv")), 1);
+    EXPECT_EQ(Run("export a.txt --csv"), 1);
     EXPECT_EQ(m_err.find("rather than"), std::string::npos) << m_err;
     ExpectLines({"rf level table,9,level,33,dBm,", "rf level table,10,level,,dBm,lost",
                  "rf level table,11,level,35,dBm,", "rf level table,12,level,36,dBm,"});
@@ -104,11 +104,11 @@ TEST_F(SnapshotCommands, ALineThatTheConsoleCutIsWholeAsFarAsItGoes) {
   Write("a.txt",
         Changed({{40, "[rf level table (dBm,V)] (25, 0.8000000), (26, 1111111111), (27, 1.2222), (28, 1.43000)"},
                  {47, "[pin diode table (dB,DAC)] (#ERR, #ERR), (#ERR, #ERR), (#ERR, #ERR), (#ERR, #ERR)"}}));
-  EXPECT_EQ(Run(QStringLiteral("verify a.txt")), 0) << m_out;
-  EXPECT_EQ(Run(QStringLiteral("export a.txt --csv")), 0);
+  EXPECT_EQ(Run("verify a.txt"), 0) << m_out;
+  EXPECT_EQ(Run("export a.txt --csv"), 0);
   ExpectLines({"rf level table,3,detector,1.2222,V,", "rf level table,4,detector,,V,cut",
                "pin diode table,4,attenuation,,dB,#ERR"});
-  EXPECT_EQ(Run(QStringLiteral("show a.txt")), 0);
+  EXPECT_EQ(Run("show a.txt"), 0);
   ExpectLines({"      4          cut           cut"});
 }
 
@@ -116,9 +116,9 @@ TEST_F(SnapshotCommands, ATimeThatTheReadersZoneSkipsIsATime) {
   qputenv("TZ", "CET-1CEST,M3.5.0,M10.5.0/3");
   const auto back = qScopeGuard([] { qunsetenv("TZ"); });
   Write("a.txt", Changed({{3, "[time dd/mm/yyyy hh:mm:ss] 25/03/2007 02:30:00"}}));
-  EXPECT_EQ(Run(QStringLiteral("trend a.txt --of rf_level -o t.csv")), 0) << m_err;
+  EXPECT_EQ(Run("trend a.txt --of rf_level -o t.csv"), 0) << m_err;
   EXPECT_NE(Load("t.csv").indexOf(",2007-03-25T02:30:00,43.2,"), -1) << Load("t.csv").toStdString();
-  EXPECT_EQ(Run(QStringLiteral("list a.txt")), 0);
+  EXPECT_EQ(Run("list a.txt"), 0);
   EXPECT_EQ(m_out.substr(0, 21), "2007-03-25 02:30:00  ");
 }
 

@@ -1,7 +1,6 @@
 #include <unistd.h>
 
 #include <QDateTime>
-#include <QDir>
 #include <QImage>
 #include <QPainter>
 #include <QTimeZone>
@@ -34,16 +33,16 @@ TEST_F(SnapshotCommands, PlotDrawsTheGoodPointsAndTellsTheOthers) {
             "\xC3\x97 disabled: points 38 to 41; damaged: points 1 to 4|33 x37x38x39x40\n"
             "this amplifier has none|\n"
             "\xC3\x97 disabled: points 5, 7 to 8|4 1 x30\n");
-  EXPECT_EQ(Run(QStringLiteral("plot a.txt -o p.png")), 1);
+  EXPECT_EQ(Run("plot a.txt -o p.png"), 1);
   EXPECT_EQ(QImage(m_folder.filePath(QStringLiteral("p.png"))).size(), QSize(2400, 1908))
       << "no place for what it lacks";
-  EXPECT_EQ(Run(QStringLiteral("plot a.txt -o p.SVG")), 1);
+  EXPECT_EQ(Run("plot a.txt -o p.SVG"), 1);
   QXmlStreamReader svg(Load("p.SVG"));
   while (!svg.atEnd() && svg.name() != QLatin1String("title")) svg.readNext();
   EXPECT_EQ(svg.readElementText().toStdString(), "240W C-BAND   \xC2\xB7   R&D \"<2>\"");
   while (!svg.atEnd()) svg.readNext();
   EXPECT_FALSE(svg.hasError()) << svg.errorString().toStdString();
-  EXPECT_EQ(Run(QStringLiteral("plot a.txt -o nowhere/p.png")), 2);
+  EXPECT_EQ(Run("plot a.txt -o nowhere/p.png"), 2);
 }
 
 TEST_F(SnapshotCommands, PlotLaysTwoFilesOverEachOther) {
@@ -60,7 +59,7 @@ TEST_F(SnapshotCommands, PlotLaysTwoFilesOverEachOther) {
   EXPECT_EQ(page.charts[0].series[0].runs[0].size() + 1, page.charts[0].series[1].runs[0].size());
   Write("a.txt", before);
   Write("b.txt", after);
-  EXPECT_EQ(Run(QStringLiteral("plot a.txt b.txt -o p.png")), 0);
+  EXPECT_EQ(Run("plot a.txt b.txt -o p.png"), 0);
 }
 
 TEST_F(SnapshotCommands, TrendFollowsValuesOverTimeByDevice) {
@@ -71,15 +70,13 @@ TEST_F(SnapshotCommands, TrendFollowsValuesOverTimeByDevice) {
                     {25, address == 10 ? "[9.3v rail] 9.31 V" : "[11v rail] 11.04 V"},
                     {17, "[rf max] " + std::string(max)}});
   };
-  ASSERT_TRUE(QDir(m_folder.path()).mkpath(QStringLiteral("f.d")));
   Write("f.d/z", at("01/02/2007", 2, "43.2 dBm", "47 dBm"));
   Write("f.d/y", at("01/03/2008", 2, "#ERR", "DISABLED"));
   Write("f.d/x", at("05/01/2009", 2, "42.9 dBm", "46 dBm"));
   Write("f.d/v", at("01/02/2008", 10, "40 dBm", "47 dBm").replace(At(17, 80), 1, "\x7F"));
   Write("f.d/w", at("31/02/2008", 10, "40 dBm", "47 dBm"));
   Write("f.d/c", SampleFile("controller.txt"));
-  EXPECT_EQ(Run(QStringLiteral("trend f.d --of rf_level --of rf_max --of 9.3v_rail --of pin_diode_table:3 -o t.csv")),
-            1);
+  EXPECT_EQ(Run("trend f.d --of rf_level --of rf_max --of 9.3v_rail --of pin_diode_table:3 -o t.csv"), 1);
   EXPECT_NE(m_err.find("f.d/w: left out"), std::string::npos) << m_err;
   QString told = QString::fromUtf8(Load("t.csv")).remove(m_folder.path() + QStringLiteral("/f.d/"));
   told.remove(QStringLiteral(",\"240W C-BAND, address")).replace(QStringLiteral("\",2"), QStringLiteral(" 2"));
@@ -94,10 +91,10 @@ TEST_F(SnapshotCommands, TrendFollowsValuesOverTimeByDevice) {
             "9.3v rail 10 2008-02-01 9.31,V,,v\n"
             "\"pin diode table, point 3\" 2 2007-02-01 24,,,z\n\"pin diode table, point 3\" 2 2008-03-01 24,,,y\n"
             "\"pin diode table, point 3\" 2 2009-01-05 24,,,x\n\"pin diode table, point 3\" 10 2008-02-01 24,,,v\n");
-  EXPECT_EQ(Run(QStringLiteral("trend f.d --of rf_level -o t.png")), 1);
+  EXPECT_EQ(Run("trend f.d --of rf_level -o t.png"), 1);
   EXPECT_EQ(QImage(m_folder.filePath(QStringLiteral("t.png"))).width(), 2400);
-  EXPECT_EQ(Run(QStringLiteral("trend f.d/c -o u.svg")), 3);
-  EXPECT_EQ(Run(QStringLiteral("trend f.d --of rf_level_table:27 -o t.svg")), 2);
+  EXPECT_EQ(Run("trend f.d/c -o u.svg"), 3);
+  EXPECT_EQ(Run("trend f.d --of rf_level_table:27 -o t.svg"), 2);
 }
 
 TEST_F(SnapshotCommands, TrendDrawsACurveADeviceWithAGapWhereAValueIsMissing) {
@@ -149,7 +146,7 @@ TEST_F(SnapshotCommands, ChartsHaveRoomForAnyNumber) {
   for (const auto& [level, tick] :
        {std::pair{"99999999999999999999", "1e20"}, {"-12345678", "−1.2e7"}, {"43", "42.5"}}) {
     Write("a.txt", Changed({{13, "[rf level] " + std::string(level) + " dBm"}}));
-    EXPECT_EQ(Run(QStringLiteral("trend a.txt --of rf_level -o t.svg")), 0);
+    EXPECT_EQ(Run("trend a.txt --of rf_level -o t.svg"), 0);
     EXPECT_TRUE(!Load("t.svg").contains("nan") && Load("t.svg").contains('>' + QByteArray(tick) + '<')) << tick;
   }
 }

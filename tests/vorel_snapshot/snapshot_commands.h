@@ -24,9 +24,9 @@ class SnapshotCommands : public testing::Test {
  protected:
   /// The exit code; "_" is a blank within a word; what is printed stands in m_out and m_err, the folder's name taken
   /// out.
-  int Run(const QString& command) {
+  int Run(const std::string& command) {
     vorel_snapshot::Output output;
-    QStringList arguments = command.split(QLatin1Char(' '));
+    QStringList arguments = QString::fromStdString(command).split(QLatin1Char(' '));
     for (QString& word : arguments) {
       word.replace(QLatin1Char('_'), QLatin1Char(' '));
       if (word.contains(QLatin1Char('.')) && !word.front().isDigit()) word = m_folder.filePath(word);
@@ -45,6 +45,7 @@ class SnapshotCommands : public testing::Test {
 
   void Write(const char* name, const std::string& bytes) {
     QFile file(m_folder.filePath(QLatin1String(name)));
+    QDir().mkpath(QFileInfo(file).path());
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(bytes.data(), static_cast<qint64>(bytes.size()));
   }

@@ -69,6 +69,7 @@ bool IsSnapshotOrRecording(const QByteArray& bytes) {
 /// Why the file may not be put there; empty: nothing is against it.
 QString Objection(const QString& name) {
   const QFileInfo target(name);
+  if (name == QLatin1String("-")) return QString::fromLatin1(kDashIsNoFile);
   if (HasEscape(name)) return QStringLiteral("a name that is no UTF-8 is only read");
   const bool taken = target.exists() || target.isSymLink();
   if (!taken) return {};

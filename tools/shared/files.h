@@ -21,6 +21,9 @@ QString ShownName(const QString& name);
 /// The name and what is wrong with it, as a message.
 QString Told(const QString& name, const QString& why);
 
+/// Why "-" is refused behind -o: elsewhere it stands for a stream, and a file of that name nobody wants.
+inline constexpr const char* kDashIsNoFile = "is no file; one of that name is ./-";
+
 /// Some ten snapshots; what is larger is something else.
 inline constexpr std::size_t kMostBytes = 1 << 16;
 

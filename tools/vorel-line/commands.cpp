@@ -7,6 +7,7 @@
 #include <span>
 #include <string_view>
 
+#include "tools/shared/files.h"
 #include "tools/vorel-line/device.h"
 #include "tools/vorel-line/plain_text.h"
 #include "tools/vorel-line/plot.h"
@@ -75,6 +76,7 @@ int Record(const Parsed& parsed) {
   options.wait = parsed.Has("--wait");
   options.dataFormat = DataFormatOf(parsed.Value("--format"));
   if (parsed.operands.size() != 1) return Refuse("record: one device");
+  if (options.file.path == "-") return Refuse(std::string("record: -o: - ") + tools::kDashIsNoFile);
   if (options.link.empty()) return Refuse("record: --link is needed: what the console opens");
   const auto whole = [](const std::string& path) { return std::filesystem::absolute(path).lexically_normal(); };
   if (whole(options.device) == whole(options.link)) return Refuse("record: the link can't be the device itself");

@@ -43,7 +43,13 @@ void Events::Take(const Turn& turn) {
   m_offset = turn.offset;
   if (m_pending && turn.at - m_pending->at > kLastChance) TellPending();
   if (m_flapping.IsSettled(turn.at)) TellFlapping();
-  if (const auto move = m_addresses.Take(turn)) m_devices[move->second] = Device(m_devices[move->first]);
+  const auto move = m_addresses.Take(turn);
+  if (move) m_devices[move->second] = Device(m_devices[move->first]);
+  TakeTurn(turn);
+  if (move) m_devices.erase(move->first);  // who answers there is another one
+}
+
+void Events::TakeTurn(const Turn& turn) {
   switch (turn.what) {
     case What::kNote:
       return TakeNote(turn);
@@ -114,7 +120,8 @@ void Events::Answered(const Turn& turn) {
   const std::string reply(link::ReplyPayload(turn.bytes));
   const std::string modelBefore = device.words.Model();
   device.words.Learn(reply);
-  if (m_commandOpen) TellAnswered(turn, device, reply);
+  // Not the last request: behind the copy of a setting the console may ask "U?" to know what that was.
+  if (KindOf(turn.request) != RequestKind::kQuery) TellAnswered(turn, device, reply);
   FollowLink(turn, device, true);
   if (turn.request == protocol::kModelQuery.text && m_afterPause) Connected(turn, device, modelBefore);
   if (turn.request == protocol::kClearAlarms.text) device.cleared = true;

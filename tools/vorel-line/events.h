@@ -57,6 +57,7 @@ class Events {
     std::map<std::string, std::string, std::less<>> replies;  // the last one to each watched query, by its tag
   };
 
+  void TakeTurn(const Turn& turn);
   void TakeNote(const Turn& turn);
   void Asked(const Turn& turn);
   void Answered(const Turn& turn);

@@ -36,10 +36,15 @@ std::string Milliseconds(std::int64_t microseconds) {
 class Transcript {
  public:
   void Print(const Turn& turn) {
-    if (const auto move = m_addresses.Take(turn)) m_words[move->second] = Words(m_words[move->first]);
+    const auto move = m_addresses.Take(turn);
+    if (move) m_words[move->second] = Words(m_words[move->first]);
     const std::string meaning = Meaning(turn);
+    if (move) m_words.erase(move->first);
     std::string line = TimeText(turn.at, turn.offset) + Sign(turn.what) + Readable(turn.bytes);
     if (!meaning.empty()) line += std::string(turn.bytes.empty() ? "" : "  ") + meaning;
+    // What a setting's copy was is known only by what followed it.
+    if (turn.at < m_latest) line += ", as what followed it tells";
+    m_latest = std::max(m_latest, turn.at);
     std::printf("%s\n", line.c_str());
   }
 
@@ -93,6 +98,7 @@ class Transcript {
 
   std::map<char, Words> m_words;
   AddressFollower m_addresses;
+  std::int64_t m_latest = 0;  ///< of the lines so far
 };
 
 void PrintRaw(const Record& record) {

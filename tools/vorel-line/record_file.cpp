@@ -238,8 +238,9 @@ void RecordFile::Learn(const Turn& turn) {
     const auto& [from, to] = *move;
     for (const protocol::Request* identity : kIdentity) {
       const auto found = m_known.find(from + identity->text);
-      if (found != m_known.end())
-        m_known[to + identity->text] = std::string(kKnown) + to + found->second.substr(kKnown.size() + 1);
+      if (found == m_known.end()) continue;
+      m_known[to + identity->text] = std::string(kKnown) + to + found->second.substr(kKnown.size() + 1);
+      m_known.erase(found);
     }
   }
   if (turn.what != What::kAnswer || turn.fault != Fault::kNone) return;

@@ -13,6 +13,7 @@ namespace tarnwell::vorel_line {
 namespace {
 
 constexpr auto kReplyWindow = static_cast<std::int64_t>(link::kReplyWindow * 1e6);  // microseconds
+constexpr auto kWithoutHolds = static_cast<std::int64_t>(link::kWithoutHolds * 1e6);
 constexpr std::int64_t kRetryWithin = 2'500'000;
 constexpr std::int64_t kStray = 1'000'000;  // bytes of a request that isn't whole by then never will be
 constexpr std::size_t kLongestGathered = 255;
@@ -101,6 +102,7 @@ void Turns::Ask(const Record& record, std::string_view frame) {
               asked,
               {},
               {},
+              {},
               {}};
   m_open = true;
   m_gathered.clear();
@@ -120,7 +122,9 @@ void Turns::SettleCopy(const Record& next, std::string_view frame) {
 
 bool Turns::MayAsk() const { return !m_asking.asked && TriesFor(m_asking.request) > 1; }
 
-bool Turns::WentUnasked(std::int64_t now) const { return MayAsk() && now > m_asking.until + kRetryWithin; }
+bool Turns::WentUnasked(std::int64_t now) const {
+  return MayAsk() && (m_asking.isLate || now > m_asking.until + kRetryWithin);
+}
 
 void Turns::TellCopy(bool confirmed, std::int64_t now) {
   Tell(confirmed ? What::kAnswer : What::kEcho, *std::exchange(m_asking.copyAt, std::nullopt), m_asking.frame);
@@ -153,6 +157,7 @@ void Turns::Answer(const Record& record, std::string_view bytes) {
     m_gathered.clear();
     if (CopyMayConfirm()) {
       m_asking.copyAt = m_gatheredAt;
+      m_asking.isLate = m_gatheredUntil > m_asking.until && !m_echoes.HearsItself();
       return;
     }
     m_echoes.Heard();
@@ -166,7 +171,7 @@ bool Turns::CopyMayConfirm() const { return link::CopyMayConfirm(m_asking.reques
 
 bool Turns::IsCopy() const {
   return !m_asking.copied && m_gathered == m_asking.frame &&
-         (!CopyMayConfirm() || m_echoes.MayBeEcho(m_gatheredUntil <= m_asking.until));
+         (!CopyMayConfirm() || m_echoes.MayBeEcho(m_gatheredUntil <= m_asking.until, m_now));
 }
 
 Fault Turns::Judge() const {
@@ -202,7 +207,7 @@ void Turns::CloseAnswered() {
   if (m_asking.copyAt) Tell(What::kEcho, *std::exchange(m_asking.copyAt, std::nullopt), m_asking.frame);
   const Fault fault = Judge();
   m_asking.failed = fault != Fault::kNone;
-  if (fault == Fault::kNone && !m_asking.copied && !CopyMayConfirm()) m_echoes.AnsweredWithout();
+  if (fault == Fault::kNone && !m_asking.copied && !CopyMayConfirm()) m_echoes.AnsweredWithout(m_now + kWithoutHolds);
   Tell(What::kAnswer, m_gatheredAt, std::exchange(m_gathered, {}), fault);
 }
 

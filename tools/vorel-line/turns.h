@@ -68,7 +68,8 @@ class Turns {
   /// Nothing came but the copy of a setting: what the console asks next says what it took that for.
   void SettleCopy(const Record& next, std::string_view frame);
   bool MayAsk() const;
-  /// The console has had the time to ask. One on RS-232 hears no echo and takes each copy for the confirmation.
+  /// The console has had the time to ask, or likely had nothing to ask. One on RS-232 hears no echo and takes each copy
+  /// for the confirmation.
   bool WentUnasked(std::int64_t now) const;
   void TellCopy(bool confirmed, std::int64_t now);
   void TellNothing(std::int64_t now);
@@ -91,6 +92,7 @@ class Turns {
     bool failed = false;
     bool copied = false;                 ///< its copy came, and was dropped
     std::optional<std::int64_t> copyAt;  ///< when, as long as it may be the confirmation
+    bool isLate = false;                 ///< it came when an answer would: it likely is one
   };
   Asking m_asking;                ///< the request in force
   std::optional<Asking> m_asked;  ///< the setting behind whose copy the console asks for its echo now

@@ -33,9 +33,14 @@ QWidget& AimOfKey(QWidget& receiver) {
 
 }  // namespace
 
-void HeldKey::Released(int key, quint64 moment) {
-  m_key = key;
-  m_moment = moment;
+bool SpentKey::ClosedAPopup(int key, std::optional<Moment> made) {
+  const QWidget* popup = QApplication::activePopupWidget();
+  if (key != m_key || made != m_made) {
+    m_key = key;
+    m_made = made;
+    m_popup = popup;
+  }
+  return m_popup != nullptr && m_popup != popup;
 }
 
 InputGate& InputGate::Instance() {
@@ -48,11 +53,7 @@ InputGate& InputGate::Instance() {
   return *gate;
 }
 
-InputGate::InputGate()
-    : m_systemClock(platform::SystemInputClock()),
-      m_clock(m_systemClock.get()),
-      m_stands(*m_clock),
-      m_marksHeldKeys(QGuiApplication::platformName() == QLatin1String("xcb")) {
+InputGate::InputGate() : m_systemClock(platform::SystemInputClock()), m_clock(m_systemClock.get()), m_stands(*m_clock) {
   m_dropping.setInterval(0);
   connect(&m_dropping, &QTimer::timeout, this, [this] {
     if (--m_roundsLeft == 0) m_dropping.stop();
@@ -70,6 +71,7 @@ void InputGate::ActLater(std::function<void()> act) {
 }
 
 void InputGate::Act() {
+  if (m_dropsAll) return;  // no input would reach what an act opens now; ~InputPause goes on
   if (platform::OnlyClosesAreTaken()) {
     // No input would reach a form or a box that an act opens now.
     if (!m_due.empty()) platform::PostCall(*this, [this] { Act(); });
@@ -82,6 +84,12 @@ void InputGate::Act() {
   }
 }
 
+InputPause::~InputPause() {
+  InputGate& gate = InputGate::Instance();
+  gate.m_dropsAll = false;
+  if (!gate.m_due.empty()) platform::PostCall(gate, [&gate] { gate.Act(); });
+}
+
 void InputGate::HandlerEnded() {
   // A round of the event loop may run its timers ahead of the keys that the window system holds: in the first round
   // and in the second, never in the third.
@@ -91,11 +99,7 @@ void InputGate::HandlerEnded() {
 
 bool InputGate::eventFilter(QObject* watched, QEvent* event) {
   m_stands.Follow(*watched, *event, m_made);
-  // Else a press that is cut by the end of a pause would count as a fresh one.
-  if (event->type() == QEvent::KeyRelease) {
-    const auto* key = static_cast<QKeyEvent*>(event);
-    m_held.Released(key->key(), key->timestamp());
-  }
+  if (event->type() == QEvent::KeyRelease) m_spent = {};
   if (!IsInput(*watched, *event)) return false;
   if (m_dropsAll) {
     event->setAccepted(event->type() != QEvent::Close);
@@ -105,18 +109,34 @@ bool InputGate::eventFilter(QObject* watched, QEvent* event) {
   if (BeginsAnAct(*event)) Act();
   if (receiver == nullptr) return true;
   TakeMoment(*watched, *event);
-  if (Loses(*watched, *event)) return true;
   const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+  if (key && m_spent.ClosedAPopup(static_cast<QKeyEvent*>(event)->key(), m_made)) {
+    event->accept();
+    return true;
+  }
+  if (Loses(*watched, *event)) return true;
   return key && watched->isWidgetType() && Swallows(static_cast<QWidget&>(*watched), static_cast<QKeyEvent&>(*event));
 }
 
 void InputGate::TakeMoment(const QObject& watched, const QEvent& event) {
-  if (event.isInputEvent()) {
+  if (event.type() == QEvent::KeyPress || event.type() == QEvent::ShortcutOverride) {
+    TakeKey(watched, static_cast<const QKeyEvent&>(event));
+  } else if (event.isInputEvent()) {
     m_made = m_clock->Made(static_cast<const QInputEvent&>(event).timestamp());
   } else if (event.type() == QEvent::Close) {
     m_made = m_clock->CloseAsked(static_cast<const QWindow&>(watched));
   }
   // An access key has no stamp of its own: its key has just been here.
+}
+
+// A key goes from the window on to a control.
+void InputGate::TakeKey(const QObject& watched, const QKeyEvent& key) {
+  const PressedKey told = {key.key(), m_clock->Made(key.timestamp()),
+                           key.isAutoRepeat() || m_clock->LetGo(key.timestamp())};
+  if (watched.isWindowType()) m_key = m_pressedKeys.Complete(key.type(), told);
+  const bool itself = told.made || told.key != m_key.key;
+  m_made = itself ? told.made : m_key.made;
+  m_repeats = told.repeats || (!itself && m_key.repeats);
 }
 
 bool InputGate::Acts(const QWidget& control) const { return !m_made || m_stands.Stood(control, *m_made); }
@@ -181,8 +201,7 @@ bool InputGate::LosesKey(QWidget& receiver, QKeyEvent& key) {
 }
 
 bool InputGate::Swallows(QWidget& receiver, QKeyEvent& key) {
-  const bool repeats = key.isAutoRepeat() || (m_marksHeldKeys && m_held.Repeats(key.key(), key.timestamp()));
-  if (repeats && AnswersMessage(receiver, key)) {
+  if (m_repeats && AnswersMessage(receiver, key)) {
     key.accept();
     return true;
   }
@@ -190,14 +209,14 @@ bool InputGate::Swallows(QWidget& receiver, QKeyEvent& key) {
   if (form == nullptr || Edits(receiver, key)) return false;
   // A held access key acts once. An override that is accepted keeps the key from the access keys.
   const bool pending = m_dropping.isActive();
-  const bool dropped = repeats && (pending || (key.modifiers() & Qt::AltModifier) != 0);
+  const bool dropped = m_repeats && (pending || (key.modifiers() & Qt::AltModifier) != 0);
   const bool moves = key.type() == QEvent::KeyPress && IsTab(key) && qobject_cast<QMenuBar*>(&receiver) == nullptr;
   if (moves && !dropped) form->MoveFocus(IsForward(key));
   if (dropped || moves) {
     key.accept();
     return true;
   }
-  const bool unmarked = repeats && !key.isAutoRepeat() && key.type() == QEvent::KeyPress;
+  const bool unmarked = m_repeats && !key.isAutoRepeat() && key.type() == QEvent::KeyPress;
   if (unmarked) DeliverAsRepeat(receiver, key);
   return unmarked;
 }

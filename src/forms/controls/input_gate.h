@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 
+#include "forms/controls/pressed_keys.h"
 #include "forms/controls/stands.h"
 
 class QKeyEvent;
@@ -14,16 +15,17 @@ class QMouseEvent;
 
 namespace tarnwell::forms {
 
-/// Knows the repeats of a held key that the X server sends and the toolkit doesn't mark: a release and a press of the
-/// key at the same moment, in milliseconds of the server's time.
-class HeldKey {
+/// Knows a key that an open list or menu has taken already. A list closes at the shortcut override, ahead of the press,
+/// which then goes to the form behind it where the window system gives that the keys: Return would press its OK.
+class SpentKey {
  public:
-  void Released(int key, quint64 moment);
-  bool Repeats(int key, quint64 moment) const { return key == m_key && moment == m_moment; }
+  /// To be asked at each delivery of a key. True where an earlier delivery of this one closed a popup.
+  bool ClosedAPopup(int key, std::optional<Moment> made);
 
  private:
   int m_key = 0;
-  quint64 m_moment = 0;
+  std::optional<Moment> m_made;
+  const QWidget* m_popup = nullptr;  ///< what was open at the key's first delivery; only compared, it may be gone
 };
 
 /// Stands before all input of the program. The thread is held for seconds while a device is silent; what the operator
@@ -69,6 +71,7 @@ class InputGate : public QObject {
 
   void Act();
   void TakeMoment(const QObject& watched, const QEvent& event);
+  void TakeKey(const QObject& watched, const QKeyEvent& key);
   bool Loses(QObject& watched, QEvent& event);
   bool LosesClose(QWindow& window, QEvent& event) const;
   bool LosesMouse(QWindow& window, const QMouseEvent& mouse);
@@ -83,20 +86,22 @@ class InputGate : public QObject {
   bool m_pressLost = false;      ///< the mouse button that is down was pressed in vain
   std::deque<std::function<void()>> m_due;
 
-  HeldKey m_held;
-  bool m_marksHeldKeys;
+  PressedKeys m_pressedKeys;
+  PressedKey m_key = {};   ///< that came to a window last
+  bool m_repeats = false;  ///< the key that is being delivered is held down
+  SpentKey m_spent;
 
   bool m_dropsAll = false;
   QTimer m_dropping;  ///< runs while repeats are dropped
   int m_roundsLeft = 0;
 };
 
-/// Clicks and keys that are handled while it lives are lost. Wraps a yield behind work with its buttons off: what was
-/// pressed meanwhile must not hit what can be pressed again a moment later.
+/// Clicks and keys that are handled while it lives are lost, and acts wait for its end. Wraps a yield behind work with
+/// its buttons off: what was pressed meanwhile must not hit what can be pressed again a moment later.
 class InputPause {
  public:
   InputPause() { InputGate::Instance().m_dropsAll = true; }
-  ~InputPause() { InputGate::Instance().m_dropsAll = false; }
+  ~InputPause();
   InputPause(const InputPause&) = delete;
   InputPause& operator=(const InputPause&) = delete;
 };
