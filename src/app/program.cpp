@@ -39,6 +39,7 @@ void Program::WireForm() {
   On(m_main, &Form::Load, [this] { m_startUp.Form_Load(); });
   On(m_main, &Form::Activate, [this] { m_startUp.Form_Activate(); });
   On(m_main, &Form::Unload, [this] { m_session.PollRunning = false; });
+  On(m_main, &Form::Blocked, [this] { m_readers.DoubtPolled(); });
   On(m_main.cmdConnect, &CommandButton::Click, [this] { m_connection.cmdConnect_Click(); });
   On(m_main.cmdViewAlarms, &CommandButton::Click, [this] { OpenAlarms(); });
   On(m_main.mnuSWOpt, &Menu::Click, [this] { OpenOptions(); });

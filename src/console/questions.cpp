@@ -31,12 +31,18 @@ forms::Shown ShownBy(forms::frmMain& f, Question question) {
   return {};
 }
 
-forms::Shown ShownByAny(forms::frmMain& form) {
+forms::Shown ShownByPoll(forms::frmMain& form) {
   forms::Shown all;
-  for (int question = 0; question <= static_cast<int>(kLastQuestion); ++question) {
+  for (int question = 0; question < static_cast<int>(Question::kGain); ++question) {
     const forms::Shown controls = ShownBy(form, static_cast<Question>(question));
     all.insert(all.end(), controls.begin(), controls.end());
   }
+  return all;
+}
+
+forms::Shown ShownByAny(forms::frmMain& form) {
+  forms::Shown all = ShownByPoll(form);
+  all.push_back(&form.txtGainAdjust);
   return all;
 }
 

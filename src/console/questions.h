@@ -19,10 +19,12 @@ enum class Question {
   kPriority,
   kGain,
 };
-inline constexpr Question kLastQuestion = Question::kGain;
 
 /// The controls of the main form that show what `question` is answered.
 forms::Shown ShownBy(forms::frmMain& form, Question question);
+
+/// The controls that the poll asks for again and again: all but the gain's, which says itself of when it is.
+forms::Shown ShownByPoll(forms::frmMain& form);
 
 /// All of them.
 forms::Shown ShownByAny(forms::frmMain& form);

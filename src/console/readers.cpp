@@ -82,6 +82,10 @@ void Readers::DoubtAll() {
   m_session.GainInDoubt = m_shared.SSPAType != link::kRedundancyController;
 }
 
+void Readers::DoubtPolled() {
+  if (m_session.PollRunning) forms::ShowUnanswered(ShownByPoll(m_form));
+}
+
 void Readers::TakeGain(std::string_view text) {
   m_session.GainInDoubt = false;
   Confirm(Question::kGain);

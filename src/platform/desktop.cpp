@@ -93,6 +93,15 @@ bool TakeRequestsToClose() {
 
 }  // namespace
 
+QWidget* FrontWindow() {
+  if (QWidget* modal = QApplication::activeModalWidget()) return modal;
+  const auto windows = QApplication::topLevelWidgets();
+  const auto shown = std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
+    return window->isVisible() && window->windowType() == Qt::Window;
+  });
+  return shown != windows.end() ? *shown : nullptr;
+}
+
 bool OnlyClosesAreTaken() { return ClosesOnly::Lives(); }
 
 void SetMessageFont(const QFont& font) { QApplication::setFont(font, "QMessageBox"); }
@@ -122,7 +131,7 @@ void ToolkitDesktop::ShowWaiting() {
 void ToolkitDesktop::ShowBox(const Message& message) {
   // The box names the program, not the window's title: the title says the link's state and may be a lost one.
   QMessageBox box(ToolkitIcon(message.icon), QCoreApplication::applicationName(), Printable(message.text),
-                  QMessageBox::Ok, QApplication::activeWindow());
+                  QMessageBox::Ok, FrontWindow());
   box.setInformativeText(Printable(message.details));
   box.setDefaultButton(QMessageBox::Ok);
   box.setEscapeButton(QMessageBox::Ok);
@@ -138,11 +147,10 @@ void ToolkitDesktop::ShowBox(const Message& message) {
 
 std::optional<QString> ToolkitDesktop::ChooseSaveFile(const SaveDialog& dialog) {
   if (EndAsked()) return std::nullopt;
-  QWidget* modal = QApplication::activeModalWidget();
   const QFileInfo proposed(dialog.fileName);
   // In two parts: the toolkit would take a folder of that name for the place to save in.
   PlainIcons icons;
-  QFileDialog box(modal != nullptr ? modal : QApplication::activeWindow(), QString(), proposed.path());
+  QFileDialog box(FrontWindow(), QString(), proposed.path());
   box.setIconProvider(&icons);
   box.setAcceptMode(QFileDialog::AcceptSave);
   box.setNameFilters(dialog.filters);

@@ -54,6 +54,11 @@ class Desktop {
   virtual void SetBusyPointer(bool busy) = 0;
 };
 
+/// The program's window that the operator can act on: the modal one that is up, else the main form; nothing before that
+/// is shown. What opens over it belongs to it, also while another program's window is active: a desktop that places its
+/// windows by itself would else put it anywhere.
+QWidget* FrontWindow();
+
 /// True while only requests to close are taken, ahead of a message: what would open a window now has to wait, since
 /// no input would reach it.
 bool OnlyClosesAreTaken();

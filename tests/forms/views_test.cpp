@@ -168,12 +168,15 @@ TEST(Views, StartAsTheLogicExpects) {
   }
 }
 
-TEST(Views, AllFormsHaveOneIcon) {
-  const frmMain main;
-  const qint64 key = main.windowIcon().cacheKey();
-  const frmOptions options;
-  EXPECT_TRUE(main.windowIcon().cacheKey() == key && options.windowIcon().cacheKey() == key);
-  EXPECT_EQ(main.windowIcon().pixmap(32).toImage().pixelColor(16, 4), QColor(0x1d3f6e));
+TEST(Views, AllFormsHaveOneIconAndTheConsoleAloneButtonsForItsSize) {
+  const SampleForms f;
+  const qint64 key = f.main.windowIcon().cacheKey();
+  for (const Form* form :
+       std::initializer_list<const Form*>{&f.main, &f.settings, &f.alarms, &f.options, &f.snapshot}) {
+    const bool sizes = form->windowFlags().testAnyFlags(Qt::WindowMinMaxButtonsHint);
+    EXPECT_TRUE(form->windowIcon().cacheKey() == key && sizes == (form == &f.main)) << qPrintable(form->objectName());
+  }
+  EXPECT_EQ(f.main.windowIcon().pixmap(32).toImage().pixelColor(16, 4), QColor(0x1d3f6e));
 }
 
 TEST(Layout, FontsStepUpThenDownByQuarters) {

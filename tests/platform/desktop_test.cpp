@@ -12,6 +12,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 namespace tarnwell::platform {
 namespace {
@@ -72,7 +73,13 @@ TEST(Desktop, AMessageShowsItsTextsAsTheyAreAndClosesByKey) {
     QTest::keyClick(&box, Qt::Key_Escape);
   };
   EXPECT_EQ(Show({text, MessageIcon::kWarning, details}, look), 1);
-  const auto pressReturn = [](QMessageBox& box) {
+  QWidget window;
+  window.show();
+  QWindow other;  // as another program's: none of the program's windows is active
+  other.show();
+  other.requestActivate();
+  const auto pressReturn = [&](QMessageBox& box) {
+    EXPECT_EQ(box.parentWidget(), &window);
     QTest::keyClick(QApplication::focusWidget() == nullptr ? &box : QApplication::focusWidget(), Qt::Key_Return);
   };
   EXPECT_EQ(Show({text, MessageIcon::kCritical}, pressReturn), 1);

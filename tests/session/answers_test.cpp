@@ -52,6 +52,31 @@ TEST_F(AnswersTest, AValueWhoseOwnQuestionIsNotAnsweredIsOldUntilItIs) {
   }
 }
 
+TEST_F(AnswersTest, WhatThePollShowsIsOldBehindAnotherFormUntilTheNextAnswers) {
+  const auto expectOld = [this](bool old, const char* where) {
+    for (const char* name : {m_replies.count("O?") != 0 ? "lbl7316SSPA1State" : "lblRFLevel", "optREM", "imgOk"}) {
+      const auto* control = Main().findChild<QWidget*>(QLatin1String(name));
+      EXPECT_TRUE(forms::IsOld(*control) == old && control->isEnabled()) << name << ' ' << where;
+    }
+    EXPECT_FALSE(forms::IsOld(Main().txtGainAdjust)) << "nothing would ask for it";
+  };
+  const auto close = [&] {
+    expectOld(true, "behind it");
+    Front().UnloadForm();
+  };
+  for (const ReplyTable& replies : {AmplifierReplies(), ControllerReplies()}) {
+    m_replies = replies;
+    for (const char* opener : {"mnuSSPASettings", "mnuSWOpt", "mnuSnapshot", "cmdViewAlarms"}) {
+      Round([&, opener] {
+        expectOld(false, opener);
+        Open([&] { *opener == 'c' ? ClickOn(opener) : Choose(opener); }, close);
+        expectOld(true, "on the return");
+      });
+    }
+    Connect(14);
+  }
+}
+
 TEST_F(AnswersTest, APathShowsTheOptionThatItsLabelNames) {
   m_replies = ControllerReplies();
   Round([&] {

@@ -13,6 +13,7 @@
 #include "forms/controls/dimming.h"
 #include "forms/controls/input_gate.h"
 #include "forms/controls/option_button.h"
+#include "platform/desktop.h"
 #include "platform/posted_call.h"
 #include "platform/text_encoding.h"
 
@@ -98,11 +99,11 @@ void Form::Show() {
 }
 
 void Form::ShowModal() {
-  QWidget* opener = QApplication::activeWindow();
+  QWidget* opener = platform::FrontWindow();
   if (!Open()) return;
   setWindowModality(Qt::ApplicationModal);
   winId();
-  if (opener != nullptr && opener != this) windowHandle()->setTransientParent(opener->windowHandle());
+  if (opener != nullptr) windowHandle()->setTransientParent(opener->windowHandle());
   QEventLoop loop;
   m_modalLoop = &loop;
   show();
@@ -148,6 +149,7 @@ void Form::keyPressEvent(QKeyEvent* event) {
 bool Form::event(QEvent* event) {
   if (event->type() == QEvent::LayoutRequest) PlaceInner();
   if (event->type() == QEvent::ApplicationPaletteChange) AdoptPalette();
+  if (event->type() == QEvent::WindowBlocked) Q_EMIT Blocked();
   if (event->type() == QEvent::WindowActivate) {
     if (focusWidget() == nullptr || !focusWidget()->isVisible()) {
       ParkFocus(m_focusedControl);

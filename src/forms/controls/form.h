@@ -106,6 +106,8 @@ class Form : public QWidget {
   void Activate();
   void Resize();
   void Unload();
+  /// Another form, a message or a dialog has come in front: what runs in this form's yields stands still until it goes.
+  void Blocked();
 
  protected:
   bool focusNextPrevChild(bool next) override;
