@@ -29,9 +29,7 @@ class InputTest : public ControlTest {
     form.verbs["ask"] = [this](QWidget&) {  // an assistive tool about Return, which comes as a copy on its answer
       qt_sendShortcutOverrideEvent(form.windowHandle(), static_cast<ulong>(Made()), Qt::Key_Return, {}, {}, false, 1);
     };
-    form.verbs["answer"] = [this](QWidget&) {
-      DeliverKey(form, Qt::Key_Return, 0);
-    };
+    form.verbs["answer"] = [this](QWidget&) { DeliverKey(form, Qt::Key_Return, 0); };
     form.verbs["tab"] = [this](QWidget&) { DeliverKey(form, Qt::Key_Tab, Made()); };
     form.verbs["arrow"] = [this](QWidget&) { DeliverKey(form, Qt::Key_Right, Made()); };
     form.verbs["access"] = [this](QWidget&) { DeliverKey(form, Qt::Key_C, Made(), Qt::AltModifier); };
