@@ -23,6 +23,7 @@
 #include "link/frame_codec.h"
 #include "link/send_command.h"
 #include "platform/qt_serial_port.h"
+#include "platform/yield.h"
 
 // The real port and the real transaction over a pseudo-terminal: what the console adds to the time that a device takes,
 // and by how much the transmit window and the pauses overshoot, on an idle machine and beside busy processes, with
@@ -127,7 +128,9 @@ class WatchedPort final : public platform::SerialPort {
   bool DevicePresent() override { return m_port.DevicePresent(); }
 
  private:
-  platform::QtSerialPort m_port;
+  platform::MonotonicCounter m_counter;
+  platform::EventLoopYielder m_drawing{m_counter};
+  platform::QtSerialPort m_port{&m_drawing};  // lets the windows draw in long waits, as the console's does
 };
 
 class NoYield final : public platform::Yielder {
