@@ -1,6 +1,6 @@
 #include "platform/alarm_sound.h"
 
-#include <QObject>
+#include <QCoreApplication>
 #include <atomic>
 #include <system_error>
 #include <thread>
@@ -8,12 +8,15 @@
 
 namespace tarnwell::platform {
 
-struct Sounder::State final : QObject {
+struct Sounder::State {
   State(Source s, std::function<void()> b) : source(std::move(s)), beep(std::move(b)) {}
 
   void Run(bool aloud) {
     heard = source(aloud);
-    if (aloud && heard == AlarmSound::kSystemBeep) QMetaObject::invokeMethod(this, beep, Qt::QueuedConnection);
+    QCoreApplication* program = QCoreApplication::instance();
+    if (aloud && heard == AlarmSound::kSystemBeep && program != nullptr) {
+      QMetaObject::invokeMethod(program, beep, Qt::QueuedConnection);
+    }
     busy.clear();
   }
 

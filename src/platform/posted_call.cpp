@@ -42,9 +42,12 @@ class EventKeeper final : public QObject {
     return *keeper;
   }
 
-  void Keep(bool keeps) {
-    m_keeps = keeps;
-    if (keeps) return;
+  bool Keeps() const { return m_depth > 0; }
+
+  void BeginKeeping() { ++m_depth; }
+
+  void EndKeeping() {
+    if (--m_depth > 0) return;
     for (KeptEvent& kept : std::exchange(m_kept, {})) {
       if (kept.receiver != nullptr) QCoreApplication::postEvent(kept.receiver, kept.event.release());
     }
@@ -52,14 +55,15 @@ class EventKeeper final : public QObject {
 
  protected:
   bool eventFilter(QObject* receiver, QEvent* event) override {
-    if (m_keeps) return Keeps(*receiver, *event);
+    if (Keeps()) return Keep(*receiver, *event);
     if (event->type() != PostedCall::Kind()) return false;
     static_cast<PostedCall*>(event)->run();
     return true;
   }
 
  private:
-  bool Keeps(QObject& receiver, QEvent& event) {
+  /// True where `event` is kept, and not for now.
+  bool Keep(QObject& receiver, QEvent& event) {
     if (event.type() == PostedCall::Kind()) {
       Add(receiver, std::make_unique<PostedCall>(std::move(static_cast<PostedCall&>(event).run)));
       return true;
@@ -76,7 +80,10 @@ class EventKeeper final : public QObject {
         Add(receiver, std::unique_ptr<QEvent>(event.clone()));
         return true;
       default:
-        return false;
+        // The window system's own inputs wait in its queue; the toolkit posts those that an assistive tool gave back.
+        if (!event.isInputEvent()) return false;
+        Add(receiver, std::unique_ptr<QEvent>(event.clone()));
+        return true;
     }
   }
 
@@ -91,7 +98,7 @@ class EventKeeper final : public QObject {
     if (std::none_of(m_kept.begin(), m_kept.end(), same)) Add(receiver, std::make_unique<QTimerEvent>(timer));
   }
 
-  bool m_keeps = false;
+  int m_depth = 0;
   std::vector<KeptEvent> m_kept;
 };
 
@@ -102,8 +109,10 @@ void PostCall(QObject& receiver, std::function<void()> call) {
   QCoreApplication::postEvent(&receiver, new PostedCall(std::move(call)));
 }
 
-DrawingOnly::DrawingOnly() { EventKeeper::Instance().Keep(true); }
+bool DrawsOnly() { return EventKeeper::Instance().Keeps(); }
 
-DrawingOnly::~DrawingOnly() { EventKeeper::Instance().Keep(false); }
+DrawingOnly::DrawingOnly() { EventKeeper::Instance().BeginKeeping(); }
+
+DrawingOnly::~DrawingOnly() { EventKeeper::Instance().EndKeeping(); }
 
 }  // namespace tarnwell::platform

@@ -9,8 +9,8 @@ namespace tarnwell::platform {
 /// queued calls it never runs while only drawing is let through (DrawingOnly).
 void PostCall(QObject& receiver, std::function<void()> call);
 
-/// While it lives, no tick, posted call or typed text reaches the program, and no request to end. What comes is handed
-/// on when it goes, in the order in which it came.
+/// While it lives, no tick, posted call, input or typed text reaches the program, and no request to end. What comes is
+/// handed on when the last one goes, in the order in which it came.
 class DrawingOnly {
  public:
   DrawingOnly();
@@ -18,5 +18,8 @@ class DrawingOnly {
   DrawingOnly(const DrawingOnly&) = delete;
   DrawingOnly& operator=(const DrawingOnly&) = delete;
 };
+
+/// True while a DrawingOnly lives.
+bool DrawsOnly();
 
 }  // namespace tarnwell::platform

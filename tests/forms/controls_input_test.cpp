@@ -86,6 +86,12 @@ TEST_F(InputTest, AKeyThatComesAsACopyActsAsItWasPressed) {
       "ask, answer -> Connect");
   clock.letGo = static_cast<quint64>(clock.Now()) + 1;
   form.Expect("ask, answer ->");  // held down since
+  PressedKeys keys;
+  keys.Complete(QEvent::ShortcutOverride, {Qt::Key_C, 100, false}, 100);
+  keys.ForgetLast();
+  EXPECT_FALSE(keys.Complete(QEvent::KeyPress, {Qt::Key_C, {}, false}, 200).made) << "that was an access key";
+  keys.Complete(QEvent::ShortcutOverride, {Qt::Key_C, 300, false}, 300);
+  EXPECT_FALSE(keys.Complete(QEvent::KeyPress, {Qt::Key_C, {}, false}, 60'000).made) << "the tool has kept it";
 }
 
 // No input would reach what an act opens then.

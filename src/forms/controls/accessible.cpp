@@ -34,15 +34,6 @@ QString Spoken(const QString& caption) {
   return spoken.trimmed();
 }
 
-/// Runs when the tool's call is over: it mustn't wait for what a handler does.
-template <typename Control>
-void ActLater(Control& control, void (*act)(Control&)) {
-  if (!TakesAssistiveAct(control)) return;
-  InputGate::Instance().ActLater([control = QPointer<Control>(&control), act] {
-    if (control != nullptr && TakesAssistiveAct(*control)) act(*control);
-  });
-}
-
 class AccessibleFrame : public AccessibleControl {
  public:
   explicit AccessibleFrame(Frame& frame) : AccessibleControl(&frame, QAccessible::Grouping) {}
@@ -118,11 +109,10 @@ class AccessibleOption : public AccessibleButton {
 
   void doAction(const QString& action) override {
     auto& option = As<OptionButton>();
-    if (!TakesAssistiveAct(option)) return;
     if (action == pressAction() || action == toggleAction()) {
-      option.click();
+      ActLater<OptionButton>(option, [](OptionButton& pressed) { pressed.click(); });
     } else if (action == setFocusAction() && option.GroupTabStop() == &option) {
-      option.setFocus(Qt::OtherFocusReason);  // at any other one the focus alone would be a command
+      AccessibleButton::doAction(action);  // at any other one the focus alone would be a command
     }
   }
 };
@@ -159,10 +149,7 @@ class AccessibleUpDown : public AccessibleControl, public QAccessibleValueInterf
   UpDown& Spin() const { return As<UpDown>(); }
 
   void Set(int value) {
-    if (!TakesAssistiveAct(Spin())) return;
-    InputGate::Instance().ActLater([spin = QPointer<UpDown>(&Spin()), value] {
-      if (spin != nullptr && TakesAssistiveAct(*spin)) spin->Choose(value);
-    });
+    ActLater<UpDown>(Spin(), [value](UpDown& spin) { spin.Choose(value); });
   }
 };
 

@@ -1,9 +1,6 @@
 #include "forms/controls/accessible_text.h"
 
-#include <QPointer>
-
 #include "forms/controls/accessible_control.h"
-#include "forms/controls/input_gate.h"
 #include "forms/controls/text_box.h"
 
 namespace tarnwell::forms {
@@ -81,10 +78,7 @@ class AccessibleTextBox : public AccessibleControl,
 
   template <typename Act>
   void Later(Act act) {
-    if (!TakesAssistiveAct(Box()) || Box().isReadOnly()) return;
-    InputGate::Instance().ActLater([box = QPointer<TextBox>(&Box()), act] {
-      if (box != nullptr && TakesAssistiveAct(*box)) act(*box);
-    });
+    if (!Box().isReadOnly()) ActLater<TextBox>(Box(), act);
   }
 };
 

@@ -99,6 +99,7 @@ void InputGate::HandlerEnded() {
 
 bool InputGate::eventFilter(QObject* watched, QEvent* event) {
   m_stands.Follow(*watched, *event, m_made);
+  if (platform::DrawsOnly() && event->isInputEvent()) return false;  // it is kept, and comes anew
   if (event->type() == QEvent::KeyRelease) m_spent = {};
   if (!IsInput(*watched, *event)) return false;
   if (m_dropsAll) {
@@ -126,14 +127,15 @@ void InputGate::TakeMoment(const QObject& watched, const QEvent& event) {
   } else if (event.type() == QEvent::Close) {
     m_made = m_clock->CloseAsked(static_cast<const QWindow&>(watched));
   }
-  // An access key has no stamp of its own: its key has just been here.
+  // An access key has no stamp of its own: its key has just been here, and comes no more.
+  if (event.type() == QEvent::Shortcut) m_pressedKeys.ForgetLast();
 }
 
 // A key goes from the window on to a control.
 void InputGate::TakeKey(const QObject& watched, const QKeyEvent& key) {
   const PressedKey told = {key.key(), m_clock->Made(key.timestamp()),
                            key.isAutoRepeat() || m_clock->LetGo(key.timestamp())};
-  if (watched.isWindowType()) m_key = m_pressedKeys.Complete(key.type(), told);
+  if (watched.isWindowType()) m_key = m_pressedKeys.Complete(key.type(), told, m_clock->Now());
   const bool itself = told.made || told.key != m_key.key;
   m_made = itself ? told.made : m_key.made;
   m_repeats = told.repeats || (!itself && m_key.repeats);

@@ -4,9 +4,9 @@
 
 namespace tarnwell::forms {
 
-// Presses come in the order of their overrides. An override without a press belongs to an access key; it goes with the
-// next press.
-PressedKey PressedKeys::Complete(QEvent::Type type, PressedKey told) {
+// Presses come in the order of their overrides.
+PressedKey PressedKeys::Complete(QEvent::Type type, PressedKey told, platform::Moment now) {
+  while (!m_awaited.empty() && *m_awaited.front().made < now - kLongestAsked) m_awaited.pop_front();
   const bool isPress = type == QEvent::KeyPress;
   if (told.made && !isPress) {
     m_awaited.push_back(told);
@@ -18,6 +18,10 @@ PressedKey PressedKeys::Complete(QEvent::Type type, PressedKey told) {
   if (!told.made) told = *first;
   m_awaited.erase(m_awaited.begin(), isPress ? first + 1 : first);
   return told;
+}
+
+void PressedKeys::ForgetLast() {
+  if (!m_awaited.empty()) m_awaited.pop_back();
 }
 
 }  // namespace tarnwell::forms

@@ -20,10 +20,16 @@ struct PressedKey {
 /// The key's shortcut override has come at once, with its stamp.
 class PressedKeys {
  public:
-  /// `told` is what an override or a press that comes to a window says itself, and is filled up.
-  PressedKey Complete(QEvent::Type type, PressedKey told);
+  /// `told` is what an override or a press that comes to a window at `now` says itself, and is filled up.
+  PressedKey Complete(QEvent::Type type, PressedKey told, platform::Moment now);
+
+  /// The last override was an access key's: no press follows.
+  void ForgetLast();
 
  private:
+  /// A tool that takes a key for itself never gives it back. The longest hold is shorter.
+  static constexpr platform::Moment kLongestAsked = 15'000;
+
   std::deque<PressedKey> m_awaited;  ///< those whose press hasn't come yet, the oldest first
 };
 
