@@ -12,7 +12,6 @@ namespace tarnwell::snapshot {
 namespace {
 
 constexpr std::string_view kLineEnd = "\r\n";  // also where the platform's own is shorter
-constexpr std::string_view kStart = "[software] ";
 constexpr std::string_view kErrorMark = "#ERROR: FILE MAY BE INCOMPLETE";
 
 constexpr int kMostOfName = 60;  // characters, so that there is room for what is added, in UTF-8 too
@@ -44,11 +43,10 @@ bool CanBeNamed(const QFileInfo& target) {
   return found == std::filesystem::file_type::not_found && !target.fileName().isEmpty();
 }
 
-/// What a console that was killed left: nobody else begins a file like this.
-bool IsLeftover(const QString& path) {
-  QFile file(path);
-  if (!QFileInfo(path).isFile() || QFileInfo(path).isSymLink() || !file.open(QIODevice::ReadOnly)) return false;
-  return file.size() == 0 || file.read(static_cast<qint64>(kStart.size())).toStdString() == kStart;
+/// The first characters of `name`; no pair of surrogates is cut, since half a pair can't be in a file's name.
+QString StartOf(const QString& name) {
+  const bool cutsPair = name.size() > kMostOfName && name[kMostOfName - 1].isHighSurrogate();
+  return name.left(cutsPair ? kMostOfName - 1 : kMostOfName);
 }
 
 }  // namespace
@@ -59,11 +57,10 @@ bool SnapshotFile::Open() {
 }
 
 bool SnapshotFile::OpenBeside(const QFileInfo& target) {
-  const QString start = target.dir().filePath(target.fileName().left(kMostOfName));
+  const QString start = target.dir().filePath(StartOf(target.fileName()));
   for (int number = 1; number <= kMostBeside; ++number) {
     const QString path = start + (number == 1 ? QStringLiteral(".new") : QStringLiteral(".new%1").arg(number));
     m_reason = QStringLiteral("%1 is there already").arg(path);
-    if (IsLeftover(path)) QFile::remove(path);
     if (QFileInfo(path).exists() || QFileInfo(path).isSymLink()) continue;
     m_file.setFileName(path);
     const bool opened = m_file.open(QIODevice::WriteOnly | QIODevice::NewOnly | QIODevice::Unbuffered);
