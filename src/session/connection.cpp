@@ -149,10 +149,11 @@ void Connection::StartPolling() {
 }
 
 void Connection::FailConnection() {
+  const QString port = QStringLiteral("COM%1").arg(m_port.CommPort());
   const QString device = QString::fromStdString(m_port.DevicePath());
-  const QString details = QStringLiteral("COM%1 is %2").arg(m_port.CommPort()).arg(device);
-  m_desktop.ShowMessage(
-      {QStringLiteral("Connection Failed"), platform::MessageIcon::kWarning, device.isEmpty() ? QString() : details});
+  const bool telling = !device.isEmpty() && device != port;  // Windows' device has the port's own name
+  m_desktop.ShowMessage({QStringLiteral("Connection Failed"), platform::MessageIcon::kWarning,
+                         telling ? QStringLiteral("%1 is %2").arg(port, device) : QString()});
   EndAttempt();
 }
 

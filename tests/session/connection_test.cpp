@@ -71,6 +71,9 @@ TEST_F(ConnectionTest, AnAttemptThatFailsTellsWhy) {
     m_replies.erase(silent);
     ExpectFailure(QStringLiteral("(!) Connection Failed | COM1 is /dev/ttyS0"), silent);
   }
+  ASSERT_TRUE(m_port.SetCommPort(2));
+  ExpectFailure(QStringLiteral("(!) Connection Failed"), "G?");
+  ASSERT_TRUE(m_port.SetCommPort(1));
   m_port.RefuseOpening("/dev/ttyS0: no such device");
   ExpectFailure(QStringLiteral("(i) Unable to open COM1 | /dev/ttyS0: no such device"), "");
   m_port.RefuseOpening("");

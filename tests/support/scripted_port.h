@@ -94,7 +94,7 @@ class ScriptedPort final : public platform::SerialPort {
   bool SetPortOpen(bool open) override;
   bool SetInputMode(int mode) override;
   std::string OpenFailure() const override { return m_openFailure; }
-  std::string DevicePath() const override { return "/dev/ttyS0"; }
+  std::string DevicePath() const override { return m_commPort == 1 ? "/dev/ttyS0" : "COM2"; }
   void SetRTSEnable(bool on) override { Record(on ? "RTS=1" : "RTS=0"); }
   bool CTSHolding() const override { return m_ctsHolding; }
   int InBufferCount() override;
