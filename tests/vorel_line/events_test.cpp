@@ -111,7 +111,7 @@ TEST_F(Files, ACommandStandsWhereItWasFirstSentAndALoosePlugIsOneLine) {
   testing::internal::CaptureStdout();
   PrintShow({Path()}, false, false);
   const std::string told = testing::internal::GetCapturedStdout();
-  EXPECT_NE(told.find("21.005+00:00 < {AG=-3.5*}  gain adjust -3.5 dB [5.0 ms], as what"), std::string::npos) << told;
+  EXPECT_NE(told.find(" < {AG=-3.5*}  gain adjust -3.5 dB [5.0 ms], as what"), std::string::npos) << told;
 }
 
 /// What is told of each model's answers besides "connected" and of commands.
