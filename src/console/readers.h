@@ -39,7 +39,7 @@ class Readers {
   /// What `question` shows isn't known to be so any more, and is drawn as old until it is answered.
   void Doubt(Question question) { forms::ShowUnanswered(ShownBy(m_form, question)); }
   void DoubtAll();
-  /// What the poll shows while it stands still: nothing is asked, and each answer behind that confirms its own.
+  /// What the poll shows while it stands still: nothing is asked, and each answer afterwards confirms its own.
   void DoubtPolled();
 
   void ReadStatus();
